@@ -1,0 +1,17 @@
+# What every target of ours is compiled and linked with, as one interface target.
+add_library(vorlane_options INTERFACE)
+target_compile_features(vorlane_options INTERFACE cxx_std_20)
+target_compile_definitions(vorlane_options INTERFACE UNICODE _UNICODE $<$<CONFIG:Debug>:_DEBUG>)
+target_compile_options(vorlane_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
+  # Without it a structured exception cannot be caught as a C++ exception.
+  $<$<COMPILE_LANGUAGE:CXX>:-fnon-call-exceptions>
+  # The place of a failed assertion is told relative to the source tree.
+  -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=
+  $<$<BOOL:${VORLANE_COVERAGE}>:--coverage>
+  $<$<BOOL:${VORLANE_UBSAN}>:-fsanitize=undefined>
+  $<$<BOOL:${VORLANE_UBSAN}>:-fsanitize-undefined-trap-on-error>)
+target_link_options(vorlane_options INTERFACE
+  # No run-time DLL of the compiler is left over.
+  -static
+  $<$<BOOL:${VORLANE_COVERAGE}>:--coverage>)

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "foundation/Platform.h"
+
+/// Place and text of the last broken ASSERT. One static object for the process, overwritten by each and not locked.
+/// Texts are cut to 259 characters.
+struct AssertRecord {
+    int line;
+    char function[260];
+    char file[260];
+    char condition[260];
+};
+
+/// The structured exception that a broken ASSERT raises; its one parameter is the address of the static record.
+inline constexpr DWORD assertExceptionCode = 1359; // ERROR_INTERNAL_ERROR
+
+/// The static record. It is filled once an ASSERT has broken.
+const AssertRecord& LastAssert() noexcept;
+
+/// Stops at a debugger if there is one, fills the static record and raises `assertExceptionCode`.
+/// `function` is a plain name or what __PRETTY_FUNCTION__ gives; the record keeps the qualified name only.
+[[noreturn]] void AssertFailed(int line, const char* function, const char* file, const char* condition);
+
+/// Tells the debug trace about a broken debug assertion.
+void DebugAssertFailed(int line, const char* file, const char* condition) noexcept;
+
+/// A broken assumption in any build is an internal failure: see `AssertFailed`.
+#define ASSERT(condition) ASSERT_IN(__PRETTY_FUNCTION__, condition)
+
+/// ASSERT under a function name of one's own, for templates, whose instances have a settled name.
+#define ASSERT_IN(function, condition)                                                                                 \
+    do {                                                                                                               \
+        if (!(condition)) ::AssertFailed(__LINE__, function, __FILE__, "ASSERT(" #condition ")");                      \
+    } while (false)
+
+/// In a debug build a broken condition is reported to the trace and the code goes on; a release build doesn't look.
+#ifdef _DEBUG
+#define DEBUG_ASSERT(condition)                                                                                        \
+    do {                                                                                                               \
+        if (!(condition)) ::DebugAssertFailed(__LINE__, __FILE__, #condition);                                         \
+    } while (false)
+#else
+#define DEBUG_ASSERT(condition)                                                                                        \
+    do {                                                                                                               \
+        (void)sizeof((condition) ? 1 : 0);                                                                             \
+    } while (false)
+#endif

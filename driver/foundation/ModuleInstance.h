@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "foundation/Platform.h"
+
+/// Remembers the handle of the module that this code runs in. Called once at start, by the module's entry; it is the
+/// only routine here that two threads must not enter at once.
+void SetModuleInstance(HINSTANCE instance) noexcept;
+
+/// The handle given to `SetModuleInstance`; null, which the platform reads as the program itself, if it never was.
+HINSTANCE GetModuleInstance() noexcept;

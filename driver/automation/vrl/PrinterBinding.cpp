@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#include "vrl/PrinterBinding.h"
+
+#include "vrl/Bstr.h"
+#include "vrl/VRException.h"
+#include "vrl/XPrinter.h"
+
+namespace {
+
+HRESULT ReadName(IPrinter& printer, OString& name)
+{
+    OBstr text;
+    const HRESULT result = printer.get_Name(text.Receive());
+    if (SUCCEEDED(result)) name = FromBstr(text.Get());
+    return result;
+}
+
+} // namespace
+
+HRESULT BindToPrinter(XPrinterRef& xPrinter, IPrinter* printer)
+{
+    xPrinter.Release();
+    if (!printer) throw InvalidArgument_E();
+
+    OString name;
+    const HRESULT result = ReadName(*printer, name);
+    if (FAILED(result)) return result;
+    xPrinter = XPrinterRef::Acquire(name);
+    return S_OK;
+}
+
+HRESULT RebindToPrinter(XPrinterRef& xPrinter, IPrinter* printer)
+{
+    OString name;
+    const HRESULT result = ReadName(*printer, name);
+    if (FAILED(result)) return result;
+    if (xPrinter && xPrinter->GetPrinterName().CompareNoCase(name) != 0) xPrinter.Release();
+    if (!xPrinter) xPrinter = XPrinterRef::Acquire(name);
+    return S_OK;
+}

@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# The main job on real input: a script opens a printer through Vorlane.Printer, reads and changes it, and sends it a
+# label file; once on the simulated spooler, once on a real one. Installs what it needs on Debian 12.
+set -euo pipefail
+cd "$(dirname "$0")"
+source scripts/common.sh
+
+label=samples/labels/shipping.lbl
+work=build/demo
+
+same_bytes() {
+    cmp "$label" "$1"
+    printf '\n   -> %s bytes arrived, the same as in %s\n' "$(stat -c %s "$1")" "$label"
+}
+
+on_the_simulator() {
+    local output=$work/simulated
+    rm -rf "$output"
+    mkdir -p "$output"
+    sed "s|@OUTPUT@|$(windows_path "$output" | sed 's|\\|\\\\|g')|" samples/spooler/warehouse.ini >"$work/warehouse.ini"
+    VORLANE_SPOOLER_CONFIG=$(windows_path "$work/warehouse.ini") spooler=simulator \
+        under_wine release cscript //nologo "$(windows_path samples/vbscript/printer.vbs)" "Gate 7 Labels" \
+        "$(windows_path "$label")"
+    same_bytes "$(find "$output" -type f)"
+}
+
+on_a_real_spooler() {
+    local received=$work/received.lbl
+    scripts/cups-queue.sh "$work/cups" Label "$received" scripts/run-sample.sh release vbscript/printer.vbs Label "$label"
+    same_bytes "$received"
+}
+
+scripts/install-packages.sh "${build_packages[@]}" "${run_packages[@]}" "${cups_packages[@]}"
+say "Building Vorlane.dll"
+build release
+register release
+mkdir -p "$work"
+
+say "A script on the simulated spooler"
+on_the_simulator
+say "The same script on a real spooler: Wine's, over a CUPS queue whose device is 127.0.0.1:9100"
+on_a_real_spooler
+say "Done: build/release/bin/Vorlane.dll"

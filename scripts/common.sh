@@ -1,0 +1,40 @@
+# What demo.sh and test.sh have in common; to be sourced from the root of the repository.
+
+build_packages=(cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev googletest)
+run_packages=(wine wine64)
+cups_packages=(cups cups-client socat)
+lint_packages=(clang-format-14 clang-tidy-14 python3)
+
+say() { printf '\n== %s\n' "$*"; }
+
+# build PRESET: configures and builds it.
+build() {
+    cmake --preset "$1" >"$(log_of "$1" configure)" 2>&1 || { cat "$(log_of "$1" configure)"; return 1; }
+    cmake --build --preset "$1"
+}
+
+log_of() {
+    mkdir -p build/logs
+    printf 'build/logs/%s-%s.log' "$1" "$2"
+}
+
+# under_wine PRESET COMMAND...: runs a Windows program in the preset's prefix, on the spooler that $spooler names:
+# "simulator" is the winspool.drv beside Vorlane.dll, anything else Wine's own.
+under_wine() {
+    local preset=$1 override=b
+    shift
+    [ "${spooler:-}" = simulator ] && override=n
+    env -u DISPLAY WINEPREFIX="$PWD/build/$preset/wine" WINEDEBUG=-all \
+        WINEDLLOVERRIDES="winspool.drv=$override;mscoree=;mshtml=" wine "$@"
+}
+
+# register PRESET: makes the preset's prefix and registers its Vorlane.dll there.
+register() {
+    cmake/make-wine-prefix.sh "$PWD/build/$1/wine"
+    spooler=simulator under_wine "$1" regsvr32 /s "$(windows_path "build/$1/bin/Vorlane.dll")"
+}
+
+# windows_path FILE: the file as a Windows program names it.
+windows_path() {
+    printf 'Z:%s' "$(realpath -m "$1" | tr / '\\')"
+}

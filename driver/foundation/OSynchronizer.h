@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "foundation/ThreadAnnotations.h"
+
+/// Something that one thread at a time can hold. `OLockGuard` holds it for a scope.
+class CAPABILITY("lock") OSynchronizer {
+public:
+    OSynchronizer() = default;
+    OSynchronizer(const OSynchronizer&) = delete;
+    OSynchronizer& operator=(const OSynchronizer&) = delete;
+    virtual ~OSynchronizer() = default;
+
+    /// Waits without limit until the calling thread holds it.
+    virtual void Lock() ACQUIRE() = 0;
+
+    /// Lets go of it once; the calling thread must hold it.
+    virtual void Unlock() RELEASE() = 0;
+};

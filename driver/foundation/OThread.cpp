@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include "foundation/OThread.h"
+
+#include "foundation/Assert.h"
+#include "foundation/TickCount.h"
+
+#include <process.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr DWORD pollIntervalMs = 100;
+
+unsigned __stdcall RunThreadable(void* threadable) noexcept
+{
+    static_cast<IThreadable*>(threadable)->TheadStart();
+    return 0;
+}
+
+} // namespace
+
+void OThread::Start()
+{
+    _hThread.Reset(reinterpret_cast<HANDLE>(::_beginthreadex(nullptr, 0, RunThreadable, _threadable, 0, &_threadId)));
+    ASSERT(_hThread);
+}
+
+bool OThread::Stop(DWORD timeoutMs)
+{
+    const DWORD start = TickCount();
+    while (GetThreadExitCode() == STILL_ACTIVE) {
+        _threadable->ThreadStop();
+        const DWORD elapsedMs = TickCount() - start;
+        if (elapsedMs > timeoutMs) break;
+        ::Sleep(std::min(timeoutMs - elapsedMs, pollIntervalMs));
+    }
+    return GetThreadExitCode() != STILL_ACTIVE;
+}
+
+DWORD OThread::GetThreadExitCode() const
+{
+    if (!_hThread) return 0;
+    DWORD exitCode = 0;
+    const BOOL rc = ::GetExitCodeThread(_hThread.Get(), &exitCode);
+    ASSERT(rc);
+    return exitCode;
+}

@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <string>
+
+/// Runs `body` and tells which ASSERT it broke as "function ASSERT(condition)", or "" if it broke none.
+/// The body's destructors run; what the body throws by itself passes through. One call at a time on a thread.
+std::string BrokenAssert(const std::function<void()>& body);

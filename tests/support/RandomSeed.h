@@ -1,0 +1,8 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+
+/// The seed of this run's random tests: VORLANE_SEED of the environment, or one from the clock. It is printed, so that
+/// a run that failed can be had again.
+std::uint64_t RandomSeed();

@@ -112,7 +112,7 @@ private:
         STDMETHODIMP EnumConnections(IEnumConnections** enumerator) noexcept override
         try {
             if (!enumerator) return E_POINTER;
-            OLockGuard guard(&_source.Self().ObjectLock(), false);
+            OLockGuard guard(_source.Self().ObjectLock());
             *enumerator = SnapshotEnumerator<ConnectionPolicy>::Create(_source._sinks.Connections()).Detach();
             return S_OK;
         } catch (const std::bad_alloc&) {
@@ -136,7 +136,7 @@ private:
 
         Microsoft::WRL::ComPtr<IDispatch> events;
         if (FAILED(sink->QueryInterface(__uuidof(Events), &events))) return CONNECT_E_CANNOTCONNECT;
-        OLockGuard guard(&Self().ObjectLock(), false);
+        OLockGuard guard(Self().ObjectLock());
         return _sinks.Add(std::move(events), cookie);
     }
 
@@ -144,7 +144,7 @@ private:
     {
         if (_connectionCount-- == 1) Self().LastSinkGone();
         Microsoft::WRL::ComPtr<IDispatch> gone; // released behind the lock: it is foreign code
-        OLockGuard guard(&Self().ObjectLock(), false);
+        OLockGuard guard(Self().ObjectLock());
         gone = _sinks.Remove(cookie);
         return gone ? S_OK : CONNECT_E_NOCONNECTION;
     }

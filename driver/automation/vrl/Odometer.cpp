@@ -34,15 +34,15 @@ Odometer::Odometer(unsigned long pages, double distance) : _pages(pages), _dista
 
 Odometer::Odometer(const Odometer& other)
 {
-    OLockGuard guard(&other._lock, false);
+    OLockGuard guard(other._lock);
     _pages = other._pages;
     _distance = other._distance;
 }
 
 Odometer& Odometer::operator=(const Odometer& other)
 {
-    OLockGuard guard(&_lock, false);
-    OLockGuard otherGuard(&other._lock, false);
+    OLockGuard guard(_lock);
+    OLockGuard otherGuard(other._lock);
     _pages = other._pages;
     _distance = other._distance;
     return *this;
@@ -50,8 +50,8 @@ Odometer& Odometer::operator=(const Odometer& other)
 
 Odometer& Odometer::operator+=(const Odometer& other)
 {
-    OLockGuard guard(&_lock, false);
-    OLockGuard otherGuard(&other._lock, false);
+    OLockGuard guard(_lock);
+    OLockGuard otherGuard(other._lock);
     _pages += other._pages;
     _distance += other._distance;
     return *this;
@@ -59,40 +59,40 @@ Odometer& Odometer::operator+=(const Odometer& other)
 
 bool Odometer::operator==(const Odometer& other) const
 {
-    OLockGuard guard(&_lock, false);
-    OLockGuard otherGuard(&other._lock, false);
+    OLockGuard guard(_lock);
+    OLockGuard otherGuard(other._lock);
     return _pages == other._pages && _distance == other._distance;
 }
 
 unsigned long Odometer::GetPages() const
 {
-    OLockGuard guard(&_lock, false);
+    OLockGuard guard(_lock);
     return _pages;
 }
 
 double Odometer::GetDistance() const
 {
-    OLockGuard guard(&_lock, false);
+    OLockGuard guard(_lock);
     return _distance;
 }
 
 void Odometer::Clear()
 {
-    OLockGuard guard(&_lock, false);
+    OLockGuard guard(_lock);
     _pages = 0;
     _distance = 0.0;
 }
 
 void Odometer::AddPages(unsigned long pages, unsigned long paperLength)
 {
-    OLockGuard guard(&_lock, false);
+    OLockGuard guard(_lock);
     _pages += pages;
     _distance += static_cast<double>(pages) * static_cast<double>(paperLength) / 10.0;
 }
 
 bool Odometer::ReadStored(HANDLE printer)
 {
-    OLockGuard guard(&_lock, false);
+    OLockGuard guard(_lock);
     unsigned long pages = 0;
     double distance = 0.0;
     const bool pagesRead = ReadValue(printer, pagesName, &pages);
@@ -105,7 +105,7 @@ bool Odometer::ReadStored(HANDLE printer)
 
 bool Odometer::WriteStored(HANDLE printer) const
 {
-    OLockGuard guard(&_lock, false);
+    OLockGuard guard(_lock);
     const bool pagesWritten = WriteValue(printer, pagesName, REG_DWORD, _pages);
     const bool distanceWritten = WriteValue(printer, distanceName, REG_BINARY, _distance);
     return pagesWritten && distanceWritten;

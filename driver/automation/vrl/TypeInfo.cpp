@@ -29,7 +29,7 @@ class TypeInfoCache {
 public:
     HRESULT Find(REFIID iid, ITypeInfo** typeInfo)
     {
-        OLockGuard guard(&_lock, false);
+        OLockGuard guard(_lock);
         for (size_t i = 0; i < _count; ++i) {
             if (_entries[i].iid == iid) return _entries[i].typeInfo->QueryInterface(IID_PPV_ARGS(typeInfo));
         }

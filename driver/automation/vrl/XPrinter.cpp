@@ -53,7 +53,7 @@ XPrinter::~XPrinter()
 
 void XPrinter::Open(const OString& name)
 {
-    OLockGuard guard(&_printerLock, false);
+    OLockGuard guard(_printerLock);
     _printerName = OString(name.wstring()); // a text of its own: the caller's may be in use on another thread
 
     _hPrinter = OpenPrinterWithAccess(_printerName.wstring(), PRINTER_ALL_ACCESS);
@@ -88,7 +88,7 @@ void XPrinter::InitOdometer()
 
 OString XPrinter::GetPrinterName() const
 {
-    OLockGuard guard(&_printerLock, false);
+    OLockGuard guard(_printerLock);
     return OString(_printerName.wstring()); // a copy of the text: the caller is on a thread of his own
 }
 
@@ -129,7 +129,7 @@ OString XPrinter::GetLocation() const
 
 void XPrinter::SetShareName(const OString& shareName)
 {
-    OLockGuard guard(&_printerLock, false);
+    OLockGuard guard(_printerLock);
     if (shareName.FindOneOf(OString(forbiddenInShareName)) >= 0) throw PrinterShareNameNotValid_E();
 
     const SpoolerBuffer info = ReadPrinter(_hPrinter, 2);
@@ -148,7 +148,7 @@ void XPrinter::SetShareName(const OString& shareName)
 
 void XPrinter::SetPortName(const OString& portName)
 {
-    OLockGuard guard(&_printerLock, false);
+    OLockGuard guard(_printerLock);
     const SpoolerBuffer info = ReadPrinter(_hPrinter, 2);
     if (!info) return;
     info.As<PRINTER_INFO_2W>()->pPortName = const_cast<wchar_t*>(portName.wstring());
@@ -215,7 +215,7 @@ bool XPrinter::IsShared() const
 
 void XPrinter::SetShared(bool shared)
 {
-    OLockGuard guard(&_printerLock, false);
+    OLockGuard guard(_printerLock);
     if (IsShared() == shared) return;
     if (shared && GetShareName().IsEmpty()) {
         SetShareName(_printerName);
@@ -241,7 +241,7 @@ void XPrinter::Purge()
 
 bool XPrinter::EnumJobIds(OTypedArray<unsigned long>& jobIds) const
 {
-    OLockGuard guard(&_printerLock, false);
+    OLockGuard guard(_printerLock);
     DWORD count = 0;
     bool emptyQueue = false;
     const SpoolerBuffer jobs =
@@ -255,7 +255,7 @@ bool XPrinter::EnumJobIds(OTypedArray<unsigned long>& jobIds) const
 
 OString XPrinter::GetStatusText() const
 {
-    OLockGuard guard(&_printerLock, false);
+    OLockGuard guard(_printerLock);
     return _driver->GetStatusText();
 }
 
@@ -266,7 +266,7 @@ bool XPrinter::SendFile(const OString& fileName, const OString& jobName)
 
 void XPrinter::StartStatusThread()
 {
-    OLockGuard guard(&_threadLock, false);
+    OLockGuard guard(_threadLock);
     if (_statusThread) return;
     _statusThread = std::make_unique<XJobStatusThread>(this);
     _statusThreadRunner = std::make_unique<OThread>(_statusThread.get());
@@ -275,13 +275,13 @@ void XPrinter::StartStatusThread()
 
 void XPrinter::AddPrinterReference(Printer* printer)
 {
-    OLockGuard guard(&_printerRefLock, false);
+    OLockGuard guard(_printerRefLock);
     AddReference(_printerRefs, printer, "Printer added to reference array\n");
 }
 
 void XPrinter::RemovePrinterReference(Printer* printer)
 {
-    OLockGuard guard(&_printerRefLock, false);
+    OLockGuard guard(_printerRefLock);
     RemoveReference(_printerRefs, printer, "Printer removed from reference array\n");
 }
 
@@ -303,13 +303,13 @@ void XPrinter::UnlockPrinterReferences()
 
 void XPrinter::AddQueueReference(PrintQueue* queue)
 {
-    OLockGuard guard(&_queueRefLock, false);
+    OLockGuard guard(_queueRefLock);
     AddReference(_queueRefs, queue, "PrintQueue added to reference array\n");
 }
 
 void XPrinter::RemoveQueueReference(PrintQueue* queue)
 {
-    OLockGuard guard(&_queueRefLock, false);
+    OLockGuard guard(_queueRefLock);
     RemoveReference(_queueRefs, queue, "PrintQueue removed from reference array\n");
 }
 
@@ -331,14 +331,14 @@ void XPrinter::UnlockQueueReferences()
 
 OString XPrinter::ReadText(wchar_t* PRINTER_INFO_2W::*field) const
 {
-    OLockGuard guard(&_printerLock, false);
+    OLockGuard guard(_printerLock);
     const SpoolerBuffer info = ReadPrinter(_hPrinter, 2);
     return info ? OString(static_cast<const wchar_t*>(info.As<PRINTER_INFO_2W>()->*field)) : OString();
 }
 
 DWORD XPrinter::ReadNumber(DWORD PRINTER_INFO_2W::*field, DWORD without) const
 {
-    OLockGuard guard(&_printerLock, false);
+    OLockGuard guard(_printerLock);
     const SpoolerBuffer info = ReadPrinter(_hPrinter, 2);
     return info ? info.As<PRINTER_INFO_2W>()->*field : without;
 }
@@ -350,7 +350,7 @@ bool XPrinter::HasAttribute(DWORD attribute) const
 
 void XPrinter::WriteText(wchar_t* PRINTER_INFO_2W::*field, const OString& text)
 {
-    OLockGuard guard(&_printerLock, false);
+    OLockGuard guard(_printerLock);
     const SpoolerBuffer info = ReadPrinter(_hPrinter, 2);
     if (!info) return;
     info.As<PRINTER_INFO_2W>()->*field = const_cast<wchar_t*>(text.wstring());
@@ -359,7 +359,7 @@ void XPrinter::WriteText(wchar_t* PRINTER_INFO_2W::*field, const OString& text)
 
 void XPrinter::WriteNumber(DWORD PRINTER_INFO_2W::*field, DWORD value)
 {
-    OLockGuard guard(&_printerLock, false);
+    OLockGuard guard(_printerLock);
     const SpoolerBuffer info = ReadPrinter(_hPrinter, 2);
     if (!info) return;
     info.As<PRINTER_INFO_2W>()->*field = value;

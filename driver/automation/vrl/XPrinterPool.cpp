@@ -17,7 +17,7 @@ OPointerArray<XPrinter> openPrinters GUARDED_BY(poolLock); // in order of openin
 
 XPrinter* XPrinterPool::Acquire(const OString& name)
 {
-    OLockGuard guard(&poolLock, false);
+    OLockGuard guard(poolLock);
     for (int i = 0; i < openPrinters.GetSize(); ++i) {
         XPrinter* const open = openPrinters.GetAt(i);
         if (open->_printerName.CompareNoCase(name) != 0) continue;
@@ -34,7 +34,7 @@ XPrinter* XPrinterPool::Acquire(const OString& name)
 
 void XPrinterPool::Release(XPrinter* xPrinter)
 {
-    OLockGuard guard(&poolLock, false);
+    OLockGuard guard(poolLock);
     if (--xPrinter->_referenceCount > 0) return;
 
     const std::unique_ptr<XPrinter> gone(xPrinter);
@@ -47,6 +47,6 @@ void XPrinterPool::Release(XPrinter* xPrinter)
 
 int XPrinterPool::GetCount()
 {
-    OLockGuard guard(&poolLock, false);
+    OLockGuard guard(poolLock);
     return openPrinters.GetSize();
 }

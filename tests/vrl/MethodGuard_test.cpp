@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: MIT
+#include "vrl/MethodGuard.h"
+
+#include "support/ErrorInformation.h"
+
+#include "foundation/Assert.h"
+#include "foundation/OException.h"
+#include "foundation/SehTranslator.h"
+#include "vrl/VRException.h"
+
+#include <gtest/gtest.h>
+
+#include <new>
+#include <stdexcept>
+#include <thread>
+
+namespace {
+
+constexpr CLSID testClass = {
+    0x7a1c3c52, 0x94c1, 0x4f52, {0x8e, 0x0b, 0x5d, 0x3e, 0x1c, 0x63, 0x7a, 0x21}
+};
+
+/// Result of a guarded body, and what it left for the caller.
+struct Outcome {
+    HRESULT result;
+    ErrorInformation error;
+};
+
+template <class Body>
+Outcome Run(Body&& body)
+{
+    ::SetErrorInfo(0, nullptr);
+    const HRESULT result = MethodGuard("Test::Member", testClass, body);
+    return {result, TakeErrorInformation()};
+}
+
+constexpr HRESULT FromSystem(unsigned long code)
+{
+    return static_cast<HRESULT>(0x80070000 | code);
+}
+
+TEST(MethodGuard, BodyThatEndsGivesSuccessWithoutErrorInformation)
+{
+    const Outcome outcome = Run([] {});
+    EXPECT_EQ(outcome.result, S_OK);
+    EXPECT_FALSE(outcome.error.present);
+}
+
+TEST(MethodGuard, BodyMayChooseItsResult)
+{
+    const Outcome outcome = Run([] { return S_FALSE; });
+    EXPECT_EQ(outcome.result, S_FALSE);
+    EXPECT_FALSE(outcome.error.present);
+}
+
+TEST(MethodGuard, FailureThatTheBodyReturnsGetsNoFreshText)
+{
+    const Outcome outcome = Run([] { return E_ACCESSDENIED; });
+    EXPECT_EQ(outcome.result, E_ACCESSDENIED);
+    EXPECT_FALSE(outcome.error.present);
+}
+
+TEST(MethodGuard, ExpectedFailureBecomesItsCodeAndText)
+{
+    const Outcome outcome = Run([] { throw PrinterNotInitialized_E(); });
+    EXPECT_EQ(outcome.result, static_cast<HRESULT>(0x80042000));
+    EXPECT_EQ(outcome.error.description, "Printer object not initialized");
+    EXPECT_EQ(outcome.error.guid, IID_NULL);
+    EXPECT_EQ(outcome.error.helpContext, 0u);
+}
+
+TEST(MethodGuard, OwnedTextOfAFailureReachesTheCaller)
+{
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    const Outcome outcome = Run([] {
+        ::SetLastError(ERROR_ACCESS_DENIED);
+        throw SystemError_E();
+    });
+    EXPECT_EQ(outcome.result, E_ACCESSDENIED);
+    EXPECT_FALSE(outcome.error.description.empty());
+}
+
+TEST(MethodGuard, RootOfTheFamilyIsAnUnspecificFailure)
+{
+    const Outcome outcome = Run([] { throw OStdException("odd"); });
+    EXPECT_EQ(outcome.result, E_FAIL);
+    EXPECT_EQ(outcome.error.description, "odd");
+}
+
+TEST(MethodGuard, WantOfMemoryHasItsText)
+{
+    const Outcome outcome = Run([] { throw std::bad_alloc(); });
+    EXPECT_EQ(outcome.result, static_cast<HRESULT>(0x8007000E));
+    EXPECT_EQ(outcome.error.description, "Out of memory");
+}
+
+TEST(MethodGuard, WantOfMemoryThrownByPointerIsTheSame)
+{
+    static const std::bad_alloc exhausted;
+    const Outcome outcome = Run([] { throw &exhausted; });
+    EXPECT_EQ(outcome.result, static_cast<HRESULT>(0x8007000E));
+    EXPECT_EQ(outcome.error.description, "Out of memory");
+}
+
+TEST(MethodGuard, InternalFailureBecomesItsSystemCode)
+{
+    const Outcome outcome = Run([] { throw OException(5, "denied"); });
+    EXPECT_EQ(outcome.result, FromSystem(5));
+    EXPECT_EQ(outcome.error.description, "denied");
+}
+
+TEST(MethodGuard, OnlyTheLowHalfOfAnInternalCodeGoesOut)
+{
+    const Outcome outcome = Run([] { throw OException(0x12340005, "denied"); });
+    EXPECT_EQ(outcome.result, FromSystem(5));
+}
+
+TEST(MethodGuard, InternalFailureWithoutCodeIsAnInternalError)
+{
+    for (const long code : {0L, -1L, -5L}) {
+        const Outcome outcome = Run([code] { throw OException(code, "odd"); });
+        EXPECT_EQ(outcome.result, static_cast<HRESULT>(0x8007054F)) << code;
+        EXPECT_EQ(outcome.error.description, "odd") << code;
+    }
+}
+
+TEST(MethodGuard, InternalFailureWithoutTextIsUnspecified)
+{
+    const Outcome outcome = Run([] { throw OException(0x1FFFF, nullptr); });
+    EXPECT_EQ(outcome.error.description, "Unspecified error");
+}
+
+TEST(MethodGuard, ForeignExceptionIsUnspecified)
+{
+    const Outcome outcome = Run([] { throw std::runtime_error("from elsewhere"); });
+    EXPECT_EQ(outcome.result, E_FAIL);
+    EXPECT_EQ(outcome.error.description, "Unspecified error");
+}
+
+TEST(MethodGuard, BareTextIsUnspecified)
+{
+    const Outcome outcome = Run([] { throw L"Refresh_DriverInfo() Failed."; });
+    EXPECT_EQ(outcome.result, E_FAIL);
+    EXPECT_EQ(outcome.error.description, "Unspecified error");
+}
+
+TEST(MethodGuard, AccessViolationIsAnInvalidAddress)
+{
+    const Outcome outcome = Run([] {
+        int* volatile nowhere = nullptr;
+        *nowhere = 1;
+    });
+    EXPECT_EQ(outcome.result, FromSystem(ERROR_INVALID_ADDRESS));
+    EXPECT_FALSE(outcome.error.description.empty());
+}
+
+TEST(MethodGuard, DivisionByZeroHasItsText)
+{
+    volatile int zero = 0;
+    volatile int result = 0;
+    const Outcome outcome = Run([&] { result = 1 / zero; });
+    EXPECT_EQ(outcome.result, FromSystem(ERROR_INTERNAL_ERROR));
+    EXPECT_EQ(outcome.error.description, "Division by zero.");
+}
+
+TEST(MethodGuard, BrokenAssertionTellsItsCondition)
+{
+    const bool ready = false;
+    const Outcome outcome = Run([&] { ASSERT(ready); });
+    EXPECT_EQ(outcome.result, FromSystem(ERROR_INTERNAL_ERROR));
+    EXPECT_EQ(outcome.error.description, "ASSERT(ready)");
+}
+
+TEST(MethodGuard, DestructorsRunBetweenFaultAndResult)
+{
+    bool destroyed = false;
+    struct Flag {
+        bool& raised;
+        ~Flag() { raised = true; }
+    };
+    Run([&] {
+        const Flag flag{destroyed};
+        int* volatile nowhere = nullptr;
+        *nowhere = 1;
+    });
+    EXPECT_TRUE(destroyed);
+}
+
+TEST(MethodGuard, GuardsNest)
+{
+    const Outcome outcome = Run([] {
+        const Outcome inner = Run([] { throw InvalidArgument_E(); });
+        EXPECT_EQ(inner.result, E_INVALIDARG);
+        throw InvalidPort_E();
+    });
+    EXPECT_EQ(outcome.error.description, "Invalid port");
+}
+
+TEST(MethodGuard, TranslatorIsThatOfBeforeAfterwards)
+{
+    const SehTranslator before = SetSehTranslator(nullptr);
+    Run([] {});
+    EXPECT_EQ(SetSehTranslator(before), nullptr);
+    Run([] { throw InvalidArgument_E(); });
+    EXPECT_EQ(SetSehTranslator(before), before);
+}
+
+TEST(MethodGuard, ErrorInformationBelongsToItsThread)
+{
+    ::SetErrorInfo(0, nullptr);
+    std::jthread([] { Run([] { throw InvalidArgument_E(); }); }).join();
+    EXPECT_FALSE(TakeErrorInformation().present);
+}
+
+} // namespace

@@ -1,47 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "support/AssertCatcher.h"
 
-#include "foundation/Platform.h"
-
 #include "foundation/Assert.h"
-#include "foundation/OHandle.h"
+#include "support/TranslatorScope.h"
 
 namespace {
 
 struct AssertBroken {};
 
-thread_local bool catching = false;
-
-[[noreturn]] void Throw()
+void ThrowAssertBroken(unsigned code, EXCEPTION_POINTERS* pointers)
 {
-    throw AssertBroken();
-}
-
-/// Goes on as if the raising code had called `Throw`: a C++ exception then leaves the body in the ordinary way.
-LONG CALLBACK DivertAssert(EXCEPTION_POINTERS* exception)
-{
-    if (!catching || exception->ExceptionRecord->ExceptionCode != assertExceptionCode) return EXCEPTION_CONTINUE_SEARCH;
-    CONTEXT& context = *exception->ContextRecord;
-    context.Rsp -= sizeof(DWORD64);
-    *reinterpret_cast<DWORD64*>(context.Rsp) = context.Rip;
-    context.Rip = reinterpret_cast<DWORD64>(&Throw);
-    return EXCEPTION_CONTINUE_EXECUTION;
-}
-
-void RemoveHandler(void* handler) noexcept
-{
-    catching = false;
-    ::RemoveVectoredExceptionHandler(handler);
+    const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
+    if (code != assertExceptionCode || record.NumberParameters == 0) return;
+    if (record.ExceptionInformation[0] == reinterpret_cast<ULONG_PTR>(&LastAssert())) throw AssertBroken();
 }
 
 } // namespace
 
 std::string BrokenAssert(const std::function<void()>& body)
 {
-    const OHandle<RemoveHandler, void*> handler(::AddVectoredExceptionHandler(1, DivertAssert));
-    catching = true;
+    const TranslatorScope scope(ThrowAssertBroken);
     try {
-        body();
+        RunTranslated(body);
         return "";
     } catch (const AssertBroken&) {
         return std::string(LastAssert().function) + " " + LastAssert().condition;

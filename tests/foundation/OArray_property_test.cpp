@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <functional>
 #include <random>
+#include <string>
 #include <vector>
 
-#include "foundation/OPointerArray.h"
+#include "foundation/OStringArray.h"
 #include "foundation/OTypedArray.h"
 #include "support/RandomSeed.h"
 
@@ -190,6 +192,22 @@ struct RawArray : OBaseArray<elementSize> {
     int Find(const Element& value, int start) const { return Base::Find(value.data(), start); }
 };
 
+struct TextArray : OStringArray {
+    using Element = std::string;
+    static Element Make(int number) { return number == 0 ? std::string() : std::to_string(number * 7); }
+    std::vector<Element> Elements() const
+    {
+        std::vector<Element> elements;
+        for (int index = 0; index < GetSize(); ++index) elements.emplace_back((*this)[index].nstring());
+        return elements;
+    }
+    void SetAt(int index, const Element& value) { OStringArray::SetAt(index, value.c_str()); }
+    void SetAtGrow(int index, const Element& value) { OStringArray::SetAtGrow(index, value.c_str()); }
+    int Add(const Element& value) { return OStringArray::Add(value.c_str()); }
+    void InsertAt(int index, const Element& value, int count) { OStringArray::InsertAt(index, value.c_str(), count); }
+    int Find(const Element& value, int start) const { return OStringArray::Find(value.c_str(), start); }
+};
+
 TEST(OArrayProperty, TypedArrayBehavesAsAVector)
 {
     PropertyRun<IntArray>().Go();
@@ -208,6 +226,89 @@ TEST(OArrayProperty, BaseArrayOfOneByteBehavesAsAVector)
 TEST(OArrayProperty, BaseArrayOfTwentyFourBytesBehavesAsAVector)
 {
     PropertyRun<RawArray<24>>().Go();
+}
+
+TEST(OArrayProperty, StringArrayBehavesAsAVector)
+{
+    PropertyRun<TextArray>().Go();
+}
+
+class OStringArrayRoundTrip : public ::testing::Test {
+protected:
+    static constexpr int rounds = 5'000;
+
+    /// A new random array of up to nine texts, some of them empty.
+    void Roll()
+    {
+        array.RemoveAll();
+        for (int count = dice.Upto(9); count > 0; --count) array.Add(TextArray::Make(dice.Upto(5)));
+        elements = array.Elements();
+    }
+
+    Dice dice;
+    TextArray array;
+    std::vector<std::string> elements;
+};
+
+TEST_F(OStringArrayRoundTrip, SplitTakesApartWhatJoinPutTogether)
+{
+    for (int round = 0; round < rounds; ++round) {
+        Roll();
+        array.Add("end"); // a single empty element would join to nothing
+        OString joined;
+        array.Join(joined, "--");
+        TextArray pieces;
+        pieces.Split(joined.nstring(), "--");
+        ASSERT_EQ(pieces.Elements(), array.Elements()) << joined.nstring();
+        pieces.Split(joined.wstring(), L"--");
+        ASSERT_EQ(pieces.Elements(), array.Elements()) << joined.nstring();
+    }
+}
+
+template <typename Char>
+std::vector<std::string> Repacked(const OStringArray& array, int mode)
+{
+    OBuffer<Char> packed;
+    array.Pack(packed, mode);
+    TextArray unpacked;
+    unpacked.Unpack(packed, mode);
+    return unpacked.Elements();
+}
+
+TEST_F(OStringArrayRoundTrip, UnpackGivesWhatWasPackedInCountedAndLineMode)
+{
+    for (int round = 0; round < rounds; ++round) {
+        Roll();
+        ASSERT_EQ(Repacked<char>(array, OStringArray::packCounted), elements);
+        ASSERT_EQ(Repacked<wchar_t>(array, OStringArray::packCounted), elements);
+        ASSERT_EQ(Repacked<char>(array, OStringArray::packLines), elements);
+        ASSERT_EQ(Repacked<wchar_t>(array, OStringArray::packLines), elements);
+    }
+}
+
+TEST_F(OStringArrayRoundTrip, TerminatedModeLosesJustTheEmptyTexts)
+{
+    for (int round = 0; round < rounds; ++round) {
+        Roll();
+        std::erase(elements, "");
+        ASSERT_EQ(Repacked<char>(array, OStringArray::packTerminated), elements);
+        ASSERT_EQ(Repacked<wchar_t>(array, OStringArray::packTerminated), elements);
+        array.RemoveEmpty();
+        ASSERT_EQ(array.Elements(), elements);
+    }
+}
+
+TEST_F(OStringArrayRoundTrip, SortOrdersAsTheBytesDo)
+{
+    for (int round = 0; round < rounds; ++round) {
+        Roll();
+        std::sort(elements.begin(), elements.end());
+        array.Sort();
+        ASSERT_EQ(array.Elements(), elements);
+        std::reverse(elements.begin(), elements.end());
+        array.SortDescending();
+        ASSERT_EQ(array.Elements(), elements);
+    }
 }
 
 } // namespace

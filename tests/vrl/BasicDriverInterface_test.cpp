@@ -2,7 +2,7 @@
 #include "vrl/BasicDriverInterface.h"
 
 #include "support/SpoolerTest.h"
-#include "support/TemporaryFile.h"
+#include "support/TemporaryDirectory.h"
 #include "vrl/AdvancedDriverInterface.h"
 #include "vrl/Spooler.h"
 
@@ -215,6 +215,22 @@ TEST(AdvancedDriverInterface, ConditionsOutsideTheTableAreFalse)
 
 // ---- sending a file ----
 
+/// Makes a folder the current one for a scope.
+class WorkingFolder {
+public:
+    explicit WorkingFolder(const OString& folder)
+    {
+        ::GetCurrentDirectoryW(MAX_PATH, _before);
+        ::SetCurrentDirectoryW(folder.wstring());
+    }
+    WorkingFolder(const WorkingFolder&) = delete;
+    WorkingFolder& operator=(const WorkingFolder&) = delete;
+    ~WorkingFolder() { ::SetCurrentDirectoryW(_before); }
+
+private:
+    wchar_t _before[MAX_PATH];
+};
+
 class SendFileTest : public BasicDriverInterfaceTest {
 protected:
     static std::vector<BYTE> Content(size_t size)
@@ -223,6 +239,15 @@ protected:
         std::iota(content.begin(), content.end(), BYTE{0});
         return content;
     }
+
+    /// The path of a new file of that size.
+    OString File(size_t size) const
+    {
+        const std::vector<BYTE> content = Content(size);
+        return OString(_folder.Make(L"label.lbl", {reinterpret_cast<const char*>(content.data()), size}).c_str());
+    }
+
+    OString Folder() const { return OString(_folder.Path().c_str()); }
 
     static OString DocumentSent()
     {
@@ -249,6 +274,7 @@ protected:
         ::SpoolerInject(failure);
     }
 
+    TemporaryDirectory _folder;
     const std::vector<SpoolerCall> wholeSequence{SpoolerCall::StartDocPrinter, SpoolerCall::StartPagePrinter,
                                                  SpoolerCall::WritePrinter, SpoolerCall::EndPagePrinter,
                                                  SpoolerCall::EndDocPrinter};
@@ -256,38 +282,38 @@ protected:
 
 TEST_F(SendFileTest, BytesGoOutAsOneDocumentOfOnePageInOneWrite)
 {
-    const TemporaryFile file(Content(5000));
-    EXPECT_TRUE(driver.SendFile(file.Path(), OString("Job")));
+    const OString file = File(5000);
+    EXPECT_TRUE(driver.SendFile(file, OString("Job")));
     EXPECT_EQ(Calls(), wholeSequence);
     EXPECT_EQ(SpoolerJobBytes(printerName, JobSent()), Content(5000));
 }
 
 TEST_F(SendFileTest, JobNameIsTheDocumentNameAsItStands)
 {
-    const TemporaryFile file(Content(1));
-    EXPECT_TRUE(driver.SendFile(file.Path(), OString("C:\\folder\\job")));
+    const OString file = File(1);
+    EXPECT_TRUE(driver.SendFile(file, OString("C:\\folder\\job")));
     EXPECT_EQ(DocumentSent(), "C:\\folder\\job");
 }
 
 TEST_F(SendFileTest, EmptyJobNameTakesTheFileNameBehindTheLastBackslash)
 {
-    const TemporaryFile file(Content(1));
-    EXPECT_TRUE(driver.SendFile(file.Path(), OString()));
-    EXPECT_EQ(DocumentSent(), file.Name());
+    const OString file = File(1);
+    EXPECT_TRUE(driver.SendFile(file, OString()));
+    EXPECT_EQ(DocumentSent(), "label.lbl");
 }
 
 TEST_F(SendFileTest, FileNameWithoutBackslashIsTheDocumentNameWhole)
 {
-    const TemporaryFile file(Content(1));
-    const WorkingFolder folder(file.Folder());
-    EXPECT_TRUE(driver.SendFile(file.Name(), OString()));
-    EXPECT_EQ(DocumentSent(), file.Name());
+    File(1);
+    const WorkingFolder folder(Folder());
+    EXPECT_TRUE(driver.SendFile(OString("label.lbl"), OString()));
+    EXPECT_EQ(DocumentSent(), "label.lbl");
 }
 
 TEST_F(SendFileTest, EmptyFileMakesOneWriteOfNoBytes)
 {
-    const TemporaryFile file(Content(0));
-    EXPECT_TRUE(driver.SendFile(file.Path(), OString("Job")));
+    const OString file = File(0);
+    EXPECT_TRUE(driver.SendFile(file, OString("Job")));
     EXPECT_EQ(Calls(), wholeSequence);
     EXPECT_EQ(SpoolerLog()[2].bytes, 0u);
 }
@@ -306,44 +332,44 @@ TEST_F(SendFileTest, EmptyFileNameReachesNoSpooler)
 
 TEST_F(SendFileTest, LockedFileReachesNoSpooler)
 {
-    const TemporaryFile file(Content(10));
-    const OFileHandle lock(::CreateFileW(file.Path().wstring(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    const OString file = File(10);
+    const OFileHandle lock(::CreateFileW(file.wstring(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     ASSERT_TRUE(lock);
-    EXPECT_FALSE(driver.SendFile(file.Path(), OString("Job")));
+    EXPECT_FALSE(driver.SendFile(file, OString("Job")));
     EXPECT_EQ(::SpoolerLogLength(), 0u);
 }
 
 TEST_F(SendFileTest, LargeFileArrivesWhole)
 {
     constexpr size_t size = 64 * 1024 * 1024;
-    const TemporaryFile file(Content(size));
-    EXPECT_TRUE(driver.SendFile(file.Path(), OString("Job")));
+    const OString file = File(size);
+    EXPECT_TRUE(driver.SendFile(file, OString("Job")));
     EXPECT_TRUE(SpoolerJobBytes(printerName, JobSent()) == Content(size));
 }
 
 TEST_F(SendFileTest, RefusedDocumentEndsThere)
 {
-    const TemporaryFile file(Content(10));
+    const OString file = File(10);
     FailNext(SpoolerCall::StartDocPrinter, ERROR_ACCESS_DENIED);
-    EXPECT_FALSE(driver.SendFile(file.Path(), OString("Job")));
+    EXPECT_FALSE(driver.SendFile(file, OString("Job")));
     EXPECT_EQ(Calls(), std::vector{SpoolerCall::StartDocPrinter});
 }
 
 TEST_F(SendFileTest, RefusedPageClosesTheDocument)
 {
-    const TemporaryFile file(Content(10));
+    const OString file = File(10);
     FailNext(SpoolerCall::StartPagePrinter, ERROR_ACCESS_DENIED);
-    EXPECT_FALSE(driver.SendFile(file.Path(), OString("Job")));
+    EXPECT_FALSE(driver.SendFile(file, OString("Job")));
     EXPECT_EQ(Calls(),
               (std::vector{SpoolerCall::StartDocPrinter, SpoolerCall::StartPagePrinter, SpoolerCall::EndDocPrinter}));
 }
 
 TEST_F(SendFileTest, ShortWritesGoOnWithWhatRemains)
 {
-    const TemporaryFile file(Content(10));
+    const OString file = File(10);
     ShortWrite(4);
     ShortWrite(3);
-    EXPECT_TRUE(driver.SendFile(file.Path(), OString("Job")));
+    EXPECT_TRUE(driver.SendFile(file, OString("Job")));
     const auto log = SpoolerLog();
     ASSERT_EQ(log.size(), 7u);
     EXPECT_EQ(log[2].bytes, 10u);
@@ -354,10 +380,10 @@ TEST_F(SendFileTest, ShortWritesGoOnWithWhatRemains)
 
 TEST_F(SendFileTest, WriteThatFailsBehindAPartClosesPageAndDocument)
 {
-    const TemporaryFile file(Content(10));
+    const OString file = File(10);
     ShortWrite(4);
     FailNext(SpoolerCall::WritePrinter, ERROR_DISK_FULL, 2);
-    EXPECT_FALSE(driver.SendFile(file.Path(), OString("Job")));
+    EXPECT_FALSE(driver.SendFile(file, OString("Job")));
     EXPECT_EQ(Calls(),
               (std::vector{SpoolerCall::StartDocPrinter, SpoolerCall::StartPagePrinter, SpoolerCall::WritePrinter,
                            SpoolerCall::WritePrinter, SpoolerCall::EndPagePrinter, SpoolerCall::EndDocPrinter}));
@@ -365,9 +391,9 @@ TEST_F(SendFileTest, WriteThatFailsBehindAPartClosesPageAndDocument)
 
 TEST_F(SendFileTest, FailingEndOfPageOrDocumentIsNotLookedAt)
 {
-    const TemporaryFile file(Content(10));
+    const OString file = File(10);
     FailNext(SpoolerCall::EndPagePrinter, ERROR_GEN_FAILURE);
-    EXPECT_TRUE(driver.SendFile(file.Path(), OString("Job")));
+    EXPECT_TRUE(driver.SendFile(file, OString("Job")));
     EXPECT_EQ(Calls(), wholeSequence);
 }
 

@@ -270,9 +270,10 @@ OString::OString(int number) : OString()
 
 OString& OString::operator=(const OString& other)
 {
-    if (this == &other) return *this;
-    OString shared(other);
-    std::swap(_core, shared._core);
+    if (_core == other._core) return *this;
+    ReleaseCore();
+    _core = other._core;
+    if (_core) ++_core->reference_count;
     return *this;
 }
 

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "foundation/OThread.h"
 
-#include "foundation/Assert.h"
-#include "foundation/TickCount.h"
-
 #include <process.h>
 
 #include <algorithm>
+
+#include "foundation/Assert.h"
+#include "foundation/OException.h"
+#include "foundation/SehTranslator.h"
+#include "foundation/TickCount.h"
 
 namespace {
 
@@ -14,7 +16,7 @@ constexpr DWORD pollIntervalMs = 100;
 
 unsigned __stdcall RunThreadable(void* threadable) noexcept
 {
-    static_cast<IThreadable*>(threadable)->TheadStart();
+    RunTranslated([threadable] { static_cast<IThreadable*>(threadable)->TheadStart(); });
     return 0;
 }
 
@@ -24,6 +26,7 @@ void OThread::Start()
 {
     _hThread.Reset(reinterpret_cast<HANDLE>(::_beginthreadex(nullptr, 0, RunThreadable, _threadable, 0, &_threadId)));
     ASSERT(_hThread);
+    if (!_hThread) throw OException(static_cast<LONG>(::GetLastError()), "_beginthreadex error in OThread::Start");
 }
 
 bool OThread::Stop(DWORD timeoutMs)

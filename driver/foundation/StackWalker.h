@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "foundation/Platform.h"
+
+class DebugHelp;
+
+/// Walks a call stack of the calling thread and names its frames, by the platform's debug help library.
+///
+/// What is found goes to the overridable `On...` operations; those of this class make lines of frames and errors and
+/// hand them to `OnOutput`. Names come from whatever symbols the modules carry or the search path offers.
+///
+/// Threading: any thread; walks are made one after the other.
+/// Errors:    without the library nothing is put out; what can't be named is put out with a text that says so.
+class StackWalker {
+public:
+    StackWalker() = default;
+    StackWalker(const StackWalker&) = delete;
+    StackWalker& operator=(const StackWalker&) = delete;
+    virtual ~StackWalker() = default;
+
+    /// Walks outwards from the frame that `context` tells. False if debug help isn't there or doesn't start.
+    bool Walk(const CONTEXT& context);
+
+protected:
+    struct Frame {
+        DWORD64 address;
+        const char* function;
+        DWORD64 offset; ///< of `address` in the function; 0 if that has no name
+        const char* file;
+        DWORD line; ///< 0 if the file has no name
+        const char* module;
+    };
+
+    /// The path on which debug help looks for symbols.
+    virtual void OnSearchPath(const wchar_t* searchPath);
+    /// A module of the process, whether its symbols could be loaded or not.
+    virtual void OnModule(const wchar_t* path, DWORD64 base, DWORD size);
+    virtual void OnFrame(const Frame& frame);
+    /// What went wrong at `address`.
+    virtual void OnError(const char* text, DWORD64 address);
+    /// One line, "\r\n" included.
+    virtual void OnOutput(const char* line) = 0;
+
+private:
+    void ReportFrames(DebugHelp& debugHelp, CONTEXT context);
+    void ReportFrame(DebugHelp& debugHelp, DWORD64 address);
+};

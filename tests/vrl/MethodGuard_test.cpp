@@ -9,6 +9,7 @@
 #include "vrl/VRException.h"
 
 #include <gtest/gtest.h>
+#include <oleauto.h>
 
 #include <new>
 #include <stdexcept>
@@ -27,7 +28,7 @@ struct Outcome {
 };
 
 template <class Body>
-Outcome Run(Body&& body)
+Outcome RunGuardedBody(Body&& body)
 {
     ::SetErrorInfo(0, nullptr);
     const HRESULT result = MethodGuard("Test::Member", testClass, body);
@@ -41,28 +42,28 @@ constexpr HRESULT FromSystem(unsigned long code)
 
 TEST(MethodGuard, BodyThatEndsGivesSuccessWithoutErrorInformation)
 {
-    const Outcome outcome = Run([] {});
+    const Outcome outcome = RunGuardedBody([] {});
     EXPECT_EQ(outcome.result, S_OK);
     EXPECT_FALSE(outcome.error.present);
 }
 
 TEST(MethodGuard, BodyMayChooseItsResult)
 {
-    const Outcome outcome = Run([] { return S_FALSE; });
+    const Outcome outcome = RunGuardedBody([] { return S_FALSE; });
     EXPECT_EQ(outcome.result, S_FALSE);
     EXPECT_FALSE(outcome.error.present);
 }
 
 TEST(MethodGuard, FailureThatTheBodyReturnsGetsNoFreshText)
 {
-    const Outcome outcome = Run([] { return E_ACCESSDENIED; });
+    const Outcome outcome = RunGuardedBody([] { return E_ACCESSDENIED; });
     EXPECT_EQ(outcome.result, E_ACCESSDENIED);
     EXPECT_FALSE(outcome.error.present);
 }
 
 TEST(MethodGuard, ExpectedFailureBecomesItsCodeAndText)
 {
-    const Outcome outcome = Run([] { throw PrinterNotInitialized_E(); });
+    const Outcome outcome = RunGuardedBody([] { throw PrinterNotInitialized_E(); });
     EXPECT_EQ(outcome.result, static_cast<HRESULT>(0x80042000));
     EXPECT_EQ(outcome.error.description, "Printer object not initialized");
     EXPECT_EQ(outcome.error.guid, IID_NULL);
@@ -72,7 +73,7 @@ TEST(MethodGuard, ExpectedFailureBecomesItsCodeAndText)
 TEST(MethodGuard, OwnedTextOfAFailureReachesTheCaller)
 {
     ::SetLastError(ERROR_ACCESS_DENIED);
-    const Outcome outcome = Run([] {
+    const Outcome outcome = RunGuardedBody([] {
         ::SetLastError(ERROR_ACCESS_DENIED);
         throw SystemError_E();
     });
@@ -82,14 +83,14 @@ TEST(MethodGuard, OwnedTextOfAFailureReachesTheCaller)
 
 TEST(MethodGuard, RootOfTheFamilyIsAnUnspecificFailure)
 {
-    const Outcome outcome = Run([] { throw OStdException("odd"); });
+    const Outcome outcome = RunGuardedBody([] { throw OStdException("odd"); });
     EXPECT_EQ(outcome.result, E_FAIL);
     EXPECT_EQ(outcome.error.description, "odd");
 }
 
 TEST(MethodGuard, WantOfMemoryHasItsText)
 {
-    const Outcome outcome = Run([] { throw std::bad_alloc(); });
+    const Outcome outcome = RunGuardedBody([] { throw std::bad_alloc(); });
     EXPECT_EQ(outcome.result, static_cast<HRESULT>(0x8007000E));
     EXPECT_EQ(outcome.error.description, "Out of memory");
 }
@@ -97,28 +98,28 @@ TEST(MethodGuard, WantOfMemoryHasItsText)
 TEST(MethodGuard, WantOfMemoryThrownByPointerIsTheSame)
 {
     static const std::bad_alloc exhausted;
-    const Outcome outcome = Run([] { throw &exhausted; });
+    const Outcome outcome = RunGuardedBody([] { throw &exhausted; });
     EXPECT_EQ(outcome.result, static_cast<HRESULT>(0x8007000E));
     EXPECT_EQ(outcome.error.description, "Out of memory");
 }
 
 TEST(MethodGuard, InternalFailureBecomesItsSystemCode)
 {
-    const Outcome outcome = Run([] { throw OException(5, "denied"); });
+    const Outcome outcome = RunGuardedBody([] { throw OException(5, "denied"); });
     EXPECT_EQ(outcome.result, FromSystem(5));
     EXPECT_EQ(outcome.error.description, "denied");
 }
 
 TEST(MethodGuard, OnlyTheLowHalfOfAnInternalCodeGoesOut)
 {
-    const Outcome outcome = Run([] { throw OException(0x12340005, "denied"); });
+    const Outcome outcome = RunGuardedBody([] { throw OException(0x12340005, "denied"); });
     EXPECT_EQ(outcome.result, FromSystem(5));
 }
 
 TEST(MethodGuard, InternalFailureWithoutCodeIsAnInternalError)
 {
     for (const long code : {0L, -1L, -5L}) {
-        const Outcome outcome = Run([code] { throw OException(code, "odd"); });
+        const Outcome outcome = RunGuardedBody([code] { throw OException(code, "odd"); });
         EXPECT_EQ(outcome.result, static_cast<HRESULT>(0x8007054F)) << code;
         EXPECT_EQ(outcome.error.description, "odd") << code;
     }
@@ -126,27 +127,27 @@ TEST(MethodGuard, InternalFailureWithoutCodeIsAnInternalError)
 
 TEST(MethodGuard, InternalFailureWithoutTextIsUnspecified)
 {
-    const Outcome outcome = Run([] { throw OException(0x1FFFF, nullptr); });
+    const Outcome outcome = RunGuardedBody([] { throw OException(0x1FFFF, nullptr); });
     EXPECT_EQ(outcome.error.description, "Unspecified error");
 }
 
 TEST(MethodGuard, ForeignExceptionIsUnspecified)
 {
-    const Outcome outcome = Run([] { throw std::runtime_error("from elsewhere"); });
+    const Outcome outcome = RunGuardedBody([] { throw std::runtime_error("from elsewhere"); });
     EXPECT_EQ(outcome.result, E_FAIL);
     EXPECT_EQ(outcome.error.description, "Unspecified error");
 }
 
 TEST(MethodGuard, BareTextIsUnspecified)
 {
-    const Outcome outcome = Run([] { throw L"Refresh_DriverInfo() Failed."; });
+    const Outcome outcome = RunGuardedBody([] { throw L"Refresh_DriverInfo() Failed."; });
     EXPECT_EQ(outcome.result, E_FAIL);
     EXPECT_EQ(outcome.error.description, "Unspecified error");
 }
 
 TEST(MethodGuard, AccessViolationIsAnInvalidAddress)
 {
-    const Outcome outcome = Run([] {
+    const Outcome outcome = RunGuardedBody([] {
         int* volatile nowhere = nullptr;
         *nowhere = 1;
     });
@@ -158,7 +159,7 @@ TEST(MethodGuard, DivisionByZeroHasItsText)
 {
     volatile int zero = 0;
     volatile int result = 0;
-    const Outcome outcome = Run([&] { result = 1 / zero; });
+    const Outcome outcome = RunGuardedBody([&] { result = 1 / zero; });
     EXPECT_EQ(outcome.result, FromSystem(ERROR_INTERNAL_ERROR));
     EXPECT_EQ(outcome.error.description, "Division by zero.");
 }
@@ -166,7 +167,7 @@ TEST(MethodGuard, DivisionByZeroHasItsText)
 TEST(MethodGuard, BrokenAssertionTellsItsCondition)
 {
     const bool ready = false;
-    const Outcome outcome = Run([&] { ASSERT(ready); });
+    const Outcome outcome = RunGuardedBody([&] { ASSERT(ready); });
     EXPECT_EQ(outcome.result, FromSystem(ERROR_INTERNAL_ERROR));
     EXPECT_EQ(outcome.error.description, "ASSERT(ready)");
 }
@@ -178,7 +179,7 @@ TEST(MethodGuard, DestructorsRunBetweenFaultAndResult)
         bool& raised;
         ~Flag() { raised = true; }
     };
-    Run([&] {
+    RunGuardedBody([&] {
         const Flag flag{destroyed};
         int* volatile nowhere = nullptr;
         *nowhere = 1;
@@ -188,8 +189,8 @@ TEST(MethodGuard, DestructorsRunBetweenFaultAndResult)
 
 TEST(MethodGuard, GuardsNest)
 {
-    const Outcome outcome = Run([] {
-        const Outcome inner = Run([] { throw InvalidArgument_E(); });
+    const Outcome outcome = RunGuardedBody([] {
+        const Outcome inner = RunGuardedBody([] { throw InvalidArgument_E(); });
         EXPECT_EQ(inner.result, E_INVALIDARG);
         throw InvalidPort_E();
     });
@@ -199,16 +200,16 @@ TEST(MethodGuard, GuardsNest)
 TEST(MethodGuard, TranslatorIsThatOfBeforeAfterwards)
 {
     const SehTranslator before = SetSehTranslator(nullptr);
-    Run([] {});
+    RunGuardedBody([] {});
     EXPECT_EQ(SetSehTranslator(before), nullptr);
-    Run([] { throw InvalidArgument_E(); });
+    RunGuardedBody([] { throw InvalidArgument_E(); });
     EXPECT_EQ(SetSehTranslator(before), before);
 }
 
 TEST(MethodGuard, ErrorInformationBelongsToItsThread)
 {
     ::SetErrorInfo(0, nullptr);
-    std::jthread([] { Run([] { throw InvalidArgument_E(); }); }).join();
+    std::jthread([] { RunGuardedBody([] { throw InvalidArgument_E(); }); }).join();
     EXPECT_FALSE(TakeErrorInformation().present);
 }
 

@@ -1,0 +1,374 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// Control interface of the spooler simulator: what a test or a demonstration does to the simulated world from outside,
+/// and what it asks of it afterwards. The functions are exported by the simulator's winspool.drv beside the spooler's
+/// own; link the CMake target `spooler_simulator`.
+///
+/// The world:  one per process. It starts empty, or with what the file named by VORLANE_SPOOLER_CONFIG describes.
+/// Threads:    any thread may call any function at any time.
+/// Ownership:  texts and bytes are copied in; results are copied out into the caller's memory.
+/// Results:    a DWORD result is ERROR_SUCCESS or a system error code: ERROR_INVALID_PRINTER_NAME for an unknown
+/// printer,
+///             ERROR_INVALID_PARAMETER for an unknown job or a missing name, and what the function's comment names.
+/// Calls made here are neither counted, nor logged, nor hit by injected failures.
+
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+#include <winspool.h>
+
+#include <string>
+#include <vector>
+
+// ---- what the world is made of ----
+
+/// A print queue: the fields of PRINTER_INFO_2W, what the user may do with it, and what becomes of its documents.
+/// A null text is read back as a null pointer, an empty one as an empty text.
+struct SpoolerPrinter {
+    const wchar_t* printerName = nullptr; ///< required; "\\HOST\NAME" for a connection
+    const wchar_t* serverName = nullptr;
+    const wchar_t* shareName = L"";
+    const wchar_t* portName = L"LPT1:";                 ///< an unknown port is added, with the monitor "Local Port"
+    const wchar_t* driverName = L"Generic / Text Only"; ///< an unknown driver is added, with plain files
+    const wchar_t* comment = L"";
+    const wchar_t* location = L"";
+    const DEVMODEW* devMode = nullptr; ///< copied for dmSize + dmDriverExtra bytes; null is read back as null
+    const wchar_t* sepFile = L"";
+    const wchar_t* printProcessor = L"winprint";
+    const wchar_t* datatype = L"RAW";
+    const wchar_t* parameters = L"";
+    const void* securityDescriptor = nullptr; ///< self-relative; null is read back as null
+    DWORD securityDescriptorBytes = 0;
+    DWORD attributes = PRINTER_ATTRIBUTE_LOCAL;
+    DWORD priority = 1;
+    DWORD defaultPriority = 0;
+    DWORD startTime = 0; ///< minutes after midnight GMT
+    DWORD untilTime = 0; ///< minutes after midnight GMT
+    DWORD status = 0;    ///< PRINTER_STATUS_*
+    DWORD averagePpm = 0;
+    DWORD deviceNotSelectedTimeout = 15000;   ///< milliseconds, level 5
+    DWORD transmissionRetryTimeout = 45000;   ///< milliseconds, level 5
+    DWORD grantedAccess = PRINTER_ALL_ACCESS; ///< what this process's user may ask for when it opens the printer
+    bool deliverAtOnce = false;            ///< EndDocPrinter delivers the document and takes the job out of the queue
+    const wchar_t* outputFolder = nullptr; ///< where delivered documents are written, one file each; null: nowhere
+};
+
+/// A printer driver: the fields of DRIVER_INFO_6W. Lists end with two nulls, as they do there.
+struct SpoolerDriver {
+    const wchar_t* name = nullptr; ///< required
+    DWORD version = 3;
+    const wchar_t* environment = L"Windows x64";
+    const wchar_t* driverPath = L"";
+    const wchar_t* dataFile = L"";
+    const wchar_t* configFile = L"";
+    const wchar_t* helpFile = nullptr;
+    const wchar_t* dependentFiles = nullptr; ///< list
+    const wchar_t* monitorName = nullptr;
+    const wchar_t* defaultDataType = L"RAW";
+    const wchar_t* previousNames = nullptr; ///< list
+    FILETIME driverDate = {};
+    DWORDLONG driverVersion = 0;
+    const wchar_t* manufacturer = nullptr;
+    const wchar_t* oemUrl = nullptr;
+    const wchar_t* hardwareId = nullptr;
+    const wchar_t* provider = nullptr;
+    DWORD driverAttributes = 0;
+    DWORD highestLevel = 6; ///< GetPrinterDriverW refuses a higher level with ERROR_INVALID_LEVEL
+};
+
+/// A port: the fields of PORT_INFO_2W.
+struct SpoolerPort {
+    const wchar_t* name = nullptr; ///< required
+    const wchar_t* monitorName = L"Local Port";
+    const wchar_t* description = L"Local Port";
+    DWORD type = PORT_TYPE_READ | PORT_TYPE_WRITE;
+};
+
+/// A queued job: the fields of JOB_INFO_2W, and its document.
+struct SpoolerJob {
+    DWORD jobId = 0;                      ///< 0: the world chooses the next number
+    const wchar_t* machineName = nullptr; ///< null: the world's machine
+    const wchar_t* userName = nullptr;    ///< null: the world's user
+    const wchar_t* document = L"";
+    const wchar_t* notifyName = nullptr;     ///< null: the job's user
+    const wchar_t* datatype = nullptr;       ///< null: the printer's
+    const wchar_t* printProcessor = nullptr; ///< null: the printer's
+    const wchar_t* parameters = L"";
+    const DEVMODEW* devMode = nullptr; ///< null: the printer's
+    const wchar_t* statusText = nullptr;
+    DWORD status = 0;   ///< JOB_STATUS_*
+    DWORD priority = 0; ///< 0: the printer's default priority, or 1
+    DWORD startTime = 0;
+    DWORD untilTime = 0;
+    DWORD totalPages = 0;
+    DWORD pagesPrinted = 0;
+    SYSTEMTIME submitted = {};   ///< UTC; all zero: now
+    DWORD time = 0;              ///< milliseconds since the job began printing
+    const void* bytes = nullptr; ///< the spooled document
+    DWORD byteCount = 0;         ///< length of `bytes`
+    DWORD reportedSize = 0;      ///< what Size tells; 0: the length of the document
+};
+
+/// A document that reached its device.
+struct SpoolerDelivery {
+    DWORD jobId;
+    DWORD byteCount;
+    DWORD totalPages;
+    wchar_t document[MAX_PATH];
+    wchar_t userName[MAX_PATH];
+    wchar_t file[MAX_PATH]; ///< where it was written; empty if the printer has no output folder
+};
+
+// ---- calls: their names, their log, failures put into them ----
+
+/// The spooler's functions, in the order of the table in CallName.
+enum class SpoolerCall : DWORD {
+    OpenPrinter,
+    ClosePrinter,
+    GetPrinter,
+    SetPrinter,
+    GetJob,
+    SetJob,
+    EnumJobs,
+    EnumPrinters,
+    EnumPorts,
+    GetPrinterDriver,
+    GetPrinterData,
+    GetPrinterDataEx,
+    SetPrinterData,
+    SetPrinterDataEx,
+    DeviceCapabilities,
+    StartDocPrinter,
+    StartPagePrinter,
+    WritePrinter,
+    EndPagePrinter,
+    EndDocPrinter,
+    FindFirstPrinterChangeNotification,
+    FindNextPrinterChangeNotification,
+    FindClosePrinterChangeNotification,
+    FreePrinterNotifyInfo,
+};
+
+constexpr DWORD spoolerCallCount = 24;
+constexpr DWORD spoolerAnyLevel = 0xFFFFFFFF;
+
+/// What an injected failure does to the call it hits.
+enum class SpoolerEffect : DWORD {
+    /// The call does nothing and fails in its own manner: FALSE, 0, -1, INVALID_HANDLE_VALUE or the error itself,
+    /// with `error` as the last error. A sized read tells `bytes` as the needed size.
+    Fail,
+    /// The call does nothing and says that it succeeded. A sized read tells `bytes` as the needed size and no entries.
+    SucceedEmpty,
+    /// WritePrinter takes at most `bytes` bytes, tells that number as written, and succeeds.
+    ShortWrite,
+    /// The call is done after `delayMs` milliseconds.
+    Delay,
+    /// The call sets the event `entered` and is done when the event `release` is set; after 60 seconds it goes on
+    /// anyway.
+    Hold,
+    /// `action` runs with `context` on the calling thread, then the call is done. It may use this interface.
+    Run,
+};
+
+/// One injected failure. It is used up after `count` hits.
+struct SpoolerFailure {
+    SpoolerCall call = SpoolerCall::OpenPrinter;
+    SpoolerEffect effect = SpoolerEffect::Fail;
+    DWORD error = ERROR_GEN_FAILURE;
+    DWORD nth = 1;                 ///< the first matching call that it hits, counted from the injection: 1 is the next
+    DWORD count = 1;               ///< how many matching calls it hits from there on; 0: every one
+    DWORD level = spoolerAnyLevel; ///< matches only calls at this level
+    const wchar_t* printer = nullptr;   ///< matches only calls on this printer; null: any
+    const wchar_t* valueName = nullptr; ///< matches only printer data calls for this value; null: any
+    DWORD bytes = 0;                    ///< see SpoolerEffect
+    DWORD delayMs = 0;
+    HANDLE entered = nullptr; ///< event of the caller's, for Hold; may be null
+    HANDLE release = nullptr; ///< event of the caller's, for Hold
+    void (*action)(void* context) = nullptr;
+    void* context = nullptr;
+};
+
+/// One call as it was made, with the arguments that matter; a field that the call lacks is 0 or empty.
+struct SpoolerCallRecord {
+    SpoolerCall call;
+    DWORD level;    ///< structure level
+    DWORD jobId;    ///< GetJob, SetJob; the first job number that StartDocPrinter gave
+    DWORD command;  ///< SetPrinter, SetJob; the capability of DeviceCapabilities
+    DWORD access;   ///< OpenPrinter: the access asked for
+    DWORD flags;    ///< EnumPrinters: flags; EnumJobs: first position; FindFirst...: filter
+    DWORD bytes;    ///< size of the buffer given in; WritePrinter: bytes to write; EnumJobs too
+    DWORD dataType; ///< SetPrinterData: type; FindFirst...: options
+    DWORD result;   ///< ERROR_SUCCESS, or the error that the call failed with
+    LONG value;     ///< what the call returned
+    DWORD threadId;
+    bool injected;             ///< an injected failure hit it
+    HANDLE handle;             ///< printer handle given in; OpenPrinter: given out
+    wchar_t printer[MAX_PATH]; ///< printer name, empty if the call has none or its handle is unknown
+    wchar_t key[MAX_PATH];     ///< printer data key; StartDocPrinter: data type; DeviceCapabilities: port
+    wchar_t name[MAX_PATH];    ///< printer data value; StartDocPrinter: document; SetPrinter level 2: port
+};
+
+extern "C" {
+
+// ---- the world ----
+
+/// Empties the world: printers, drivers, ports, jobs, deliveries, log and injected failures. Open handles become
+/// invalid and are no longer counted; their values never come back. What the configuration file described doesn't come
+/// back.
+void SpoolerReset() noexcept;
+
+/// Reads a configuration file into the world, on top of what is there. ERROR_BAD_CONFIGURATION if it is malformed (the
+/// world is then as before), or the error of opening it; `SpoolerConfigError` tells what is wrong and where.
+DWORD SpoolerLoadConfig(const wchar_t* path) noexcept;
+
+/// The text of the last configuration failure, cut to `characters` with its terminator; gives its length, 0 for none.
+DWORD SpoolerConfigError(wchar_t* text, DWORD characters) noexcept;
+
+/// User and machine in whose name this process prints; null leaves one as it is. Reset puts the real ones back.
+void SpoolerSetIdentity(const wchar_t* userName, const wchar_t* machineName) noexcept;
+
+// ---- printers, drivers, ports ----
+
+/// ERROR_PRINTER_ALREADY_EXISTS for a name in use.
+DWORD SpoolerAddPrinter(const SpoolerPrinter& printer) noexcept;
+/// Takes the printer and its jobs away; open handles to it fail from then on with ERROR_INVALID_PRINTER_NAME, except
+/// ClosePrinter.
+DWORD SpoolerRemovePrinter(const wchar_t* printerName) noexcept;
+/// Adds a driver or replaces the one of that name.
+DWORD SpoolerAddDriver(const SpoolerDriver& driver) noexcept;
+/// ERROR_UNKNOWN_PRINTER_DRIVER for an unknown one.
+DWORD SpoolerRemoveDriver(const wchar_t* driverName) noexcept;
+/// Adds a port behind the others, or replaces the one of that name in its place.
+DWORD SpoolerAddPort(const SpoolerPort& port) noexcept;
+/// ERROR_UNKNOWN_PORT for an unknown one. Printers keep its name.
+DWORD SpoolerRemovePort(const wchar_t* portName) noexcept;
+
+DWORD SpoolerSetPrinterStatus(const wchar_t* printerName, DWORD status) noexcept;
+DWORD SpoolerSetPrinterAttributes(const wchar_t* printerName, DWORD attributes) noexcept;
+/// Holds for handles opened from now on; open ones keep what they were granted.
+DWORD SpoolerSetGrantedAccess(const wchar_t* printerName, DWORD grantedAccess) noexcept;
+/// Null takes the device mode away.
+DWORD SpoolerSetPrinterDevMode(const wchar_t* printerName, const DEVMODEW* devMode) noexcept;
+/// Gives the printer another name, as an administrator elsewhere would; open handles stay with it.
+DWORD SpoolerRenamePrinter(const wchar_t* printerName, const wchar_t* newName) noexcept;
+/// What the printer, as it stands, is: a packed PRINTER_INFO_2W. ERROR_INSUFFICIENT_BUFFER with the size in `needed`.
+DWORD SpoolerPeekPrinter(const wchar_t* printerName, void* buffer, DWORD size, DWORD* needed) noexcept;
+
+/// The answer of DeviceCapabilitiesW: its result, and what it copies out if the caller gives a buffer. A capability
+/// that was never set gives -1, apart from the few that follow from the device mode.
+DWORD SpoolerSetCapability(const wchar_t* printerName, WORD capability, int result, const void* output,
+                           DWORD outputBytes) noexcept;
+/// Takes the answer away again.
+DWORD SpoolerClearCapability(const wchar_t* printerName, WORD capability) noexcept;
+
+/// Printer data under a key ("PrinterDriverData" is the key of GetPrinterDataW) and a value name.
+DWORD SpoolerSetData(const wchar_t* printerName, const wchar_t* key, const wchar_t* valueName, DWORD type,
+                     const void* data, DWORD bytes) noexcept;
+/// ERROR_FILE_NOT_FOUND for an unknown value, ERROR_MORE_DATA with the size in `needed`; `type` may be null.
+DWORD SpoolerPeekData(const wchar_t* printerName, const wchar_t* key, const wchar_t* valueName, DWORD* type, void* data,
+                      DWORD size, DWORD* needed) noexcept;
+DWORD SpoolerRemoveData(const wchar_t* printerName, const wchar_t* key, const wchar_t* valueName) noexcept;
+
+// ---- jobs ----
+
+/// Appends a job to the queue and gives its number. ERROR_INVALID_PARAMETER for a number that is in use.
+DWORD SpoolerAddJob(const wchar_t* printerName, const SpoolerJob& job, DWORD* jobId) noexcept;
+/// Takes the job out of the queue at once, with no further word.
+DWORD SpoolerRemoveJob(const wchar_t* printerName, DWORD jobId) noexcept;
+DWORD SpoolerSetJobStatus(const wchar_t* printerName, DWORD jobId, DWORD status) noexcept;
+/// Null takes the text away.
+DWORD SpoolerSetJobText(const wchar_t* printerName, DWORD jobId, const wchar_t* statusText) noexcept;
+DWORD SpoolerSetJobPages(const wchar_t* printerName, DWORD jobId, DWORD totalPages, DWORD pagesPrinted) noexcept;
+/// The Size that the job tells; 0: the length of its document.
+DWORD SpoolerSetJobSize(const wchar_t* printerName, DWORD jobId, DWORD reportedSize) noexcept;
+/// Null takes the device mode away.
+DWORD SpoolerSetJobDevMode(const wchar_t* printerName, DWORD jobId, const DEVMODEW* devMode) noexcept;
+/// What the job, as it stands, is: a packed JOB_INFO_2W. ERROR_INSUFFICIENT_BUFFER with the size in `needed`.
+DWORD SpoolerPeekJob(const wchar_t* printerName, DWORD jobId, void* buffer, DWORD size, DWORD* needed) noexcept;
+/// The spooled bytes of a queued job: up to `size` of them; gives how many there are.
+DWORD SpoolerJobBytes(const wchar_t* printerName, DWORD jobId, void* buffer, DWORD size) noexcept;
+/// Delivers a queued job as a device would that prints it in one go, and takes it out of the queue.
+DWORD SpoolerDeliverJob(const wchar_t* printerName, DWORD jobId) noexcept;
+
+/// How many documents of the printer were delivered since the world began.
+DWORD SpoolerDeliveryCount(const wchar_t* printerName) noexcept;
+/// The delivery of that index, oldest first. ERROR_NO_MORE_ITEMS behind the last.
+DWORD SpoolerDeliveryAt(const wchar_t* printerName, DWORD index, SpoolerDelivery* delivery) noexcept;
+/// The bytes of a delivered document: up to `size` of them; gives how many there are.
+DWORD SpoolerDeliveryBytes(const wchar_t* printerName, DWORD index, void* buffer, DWORD size) noexcept;
+
+// ---- failures ----
+
+/// Puts a failure in place. Of several that match one call, the one injected first hits it.
+void SpoolerInject(const SpoolerFailure& failure) noexcept;
+/// Takes away all injected failures.
+void SpoolerClearFailures() noexcept;
+/// Injected failures that have not been used up; those for every call count too.
+DWORD SpoolerPendingFailures() noexcept;
+
+// ---- the log, and what is open ----
+
+DWORD SpoolerLogLength() noexcept;
+/// The logged call of that index, oldest first. ERROR_NO_MORE_ITEMS behind the last.
+DWORD SpoolerLogAt(DWORD index, SpoolerCallRecord* record) noexcept;
+void SpoolerClearLog() noexcept;
+/// Logged calls of that function; `spoolerAnyLevel` and null mean any level and any printer.
+DWORD SpoolerCalls(SpoolerCall call, DWORD level, const wchar_t* printerName) noexcept;
+/// "OpenPrinterW" and so on; "" for a number outside the enumeration.
+const wchar_t* SpoolerCallName(SpoolerCall call) noexcept;
+
+/// Printer handles that are open; null means on any printer or on the server.
+DWORD SpoolerOpenHandles(const wchar_t* printerName) noexcept;
+/// Change notifications that are open.
+DWORD SpoolerOpenNotifications() noexcept;
+/// Notification blocks that were given out and not freed.
+DWORD SpoolerUnfreedNotifyBlocks() noexcept;
+
+} // extern "C"
+
+// ---- conveniences over the functions above ----
+
+inline DWORD SpoolerCalls(SpoolerCall call)
+{
+    return ::SpoolerCalls(call, spoolerAnyLevel, nullptr);
+}
+
+inline std::vector<SpoolerCallRecord> SpoolerLog()
+{
+    std::vector<SpoolerCallRecord> log;
+    for (SpoolerCallRecord record; ::SpoolerLogAt(static_cast<DWORD>(log.size()), &record) == ERROR_SUCCESS;)
+        log.push_back(record);
+    return log;
+}
+
+inline std::vector<BYTE> SpoolerJobBytes(const wchar_t* printerName, DWORD jobId)
+{
+    std::vector<BYTE> bytes(::SpoolerJobBytes(printerName, jobId, nullptr, 0));
+    ::SpoolerJobBytes(printerName, jobId, bytes.data(), static_cast<DWORD>(bytes.size()));
+    return bytes;
+}
+
+inline std::vector<BYTE> SpoolerDeliveryBytes(const wchar_t* printerName, DWORD index)
+{
+    std::vector<BYTE> bytes(::SpoolerDeliveryBytes(printerName, index, nullptr, 0));
+    ::SpoolerDeliveryBytes(printerName, index, bytes.data(), static_cast<DWORD>(bytes.size()));
+    return bytes;
+}
+
+inline DWORD SpoolerSetTextData(const wchar_t* printerName, const wchar_t* key, const wchar_t* valueName,
+                                const std::wstring& text)
+{
+    return ::SpoolerSetData(printerName, key, valueName, REG_SZ, text.c_str(),
+                            static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+}
+
+inline DWORD SpoolerSetNumberData(const wchar_t* printerName, const wchar_t* key, const wchar_t* valueName,
+                                  DWORD number)
+{
+    return ::SpoolerSetData(printerName, key, valueName, REG_DWORD, &number, sizeof number);
+}

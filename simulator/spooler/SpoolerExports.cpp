@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#include "spooler/SpoolerControl.h"
+
+WINBOOL WINAPI OpenPrinterW(LPWSTR, LPHANDLE, LPPRINTER_DEFAULTSW)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+WINBOOL WINAPI ClosePrinter(HANDLE)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+WINBOOL WINAPI GetPrinterW(HANDLE, DWORD, LPBYTE, DWORD, LPDWORD)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+WINBOOL WINAPI SetPrinterW(HANDLE, DWORD, LPBYTE, DWORD)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+WINBOOL WINAPI GetJobW(HANDLE, DWORD, DWORD, LPBYTE, DWORD, LPDWORD)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+WINBOOL WINAPI SetJobW(HANDLE, DWORD, DWORD, LPBYTE, DWORD)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+WINBOOL WINAPI EnumJobsW(HANDLE, DWORD, DWORD, DWORD, LPBYTE, DWORD, LPDWORD, LPDWORD)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+WINBOOL WINAPI EnumPrintersW(DWORD, LPWSTR, DWORD, LPBYTE, DWORD, LPDWORD, LPDWORD)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+WINBOOL WINAPI EnumPortsW(LPWSTR, DWORD, LPBYTE, DWORD, LPDWORD, LPDWORD)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+WINBOOL WINAPI GetPrinterDriverW(HANDLE, LPWSTR, DWORD, LPBYTE, DWORD, LPDWORD)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+DWORD WINAPI GetPrinterDataW(HANDLE, LPWSTR, LPDWORD, LPBYTE, DWORD, LPDWORD)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+DWORD WINAPI GetPrinterDataExW(HANDLE, LPCWSTR, LPCWSTR, LPDWORD, LPBYTE, DWORD, LPDWORD)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+DWORD WINAPI SetPrinterDataW(HANDLE, LPWSTR, DWORD, LPBYTE, DWORD)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+DWORD WINAPI SetPrinterDataExW(HANDLE, LPCWSTR, LPCWSTR, DWORD, LPBYTE, DWORD)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+int WINAPI DeviceCapabilitiesW(LPCWSTR, LPCWSTR, WORD, LPWSTR, CONST DEVMODEW*)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+DWORD WINAPI StartDocPrinterW(HANDLE, DWORD, LPBYTE)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+WINBOOL WINAPI StartPagePrinter(HANDLE)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+WINBOOL WINAPI WritePrinter(HANDLE, LPVOID, DWORD, LPDWORD)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+WINBOOL WINAPI EndPagePrinter(HANDLE)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+WINBOOL WINAPI EndDocPrinter(HANDLE)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+HANDLE WINAPI FindFirstPrinterChangeNotification(HANDLE, DWORD, DWORD, LPVOID)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+WINBOOL WINAPI FindNextPrinterChangeNotification(HANDLE, PDWORD, LPVOID, LPVOID*)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+WINBOOL WINAPI FindClosePrinterChangeNotification(HANDLE)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}
+
+WINBOOL WINAPI FreePrinterNotifyInfo(PPRINTER_NOTIFY_INFO)
+{
+    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+    return 0;
+}

@@ -25,7 +25,7 @@
 #include <string>
 #include <vector>
 
-// ---- what the world is made of ----
+// What the world is made of.
 
 /// A print queue: the fields of PRINTER_INFO_2W, what the user may do with it, and what becomes of its documents.
 /// A null text is read back as a null pointer, an empty one as an empty text.
@@ -78,7 +78,7 @@ struct SpoolerDriver {
     const wchar_t* hardwareId = nullptr;
     const wchar_t* provider = nullptr;
     DWORD driverAttributes = 0;
-    DWORD highestLevel = 6; ///< GetPrinterDriverW refuses a higher level with ERROR_INVALID_LEVEL
+    DWORD highestLevel = 8; ///< GetPrinterDriverW refuses a higher level with ERROR_INVALID_LEVEL
 };
 
 /// A port: the fields of PORT_INFO_2W.
@@ -124,7 +124,7 @@ struct SpoolerDelivery {
     wchar_t file[MAX_PATH]; ///< where it was written; empty if the printer has no output folder
 };
 
-// ---- calls: their names, their log, failures put into them ----
+// Calls: their names, their log, failures put into them.
 
 /// The spooler's functions, in the order of the table in CallName.
 enum class SpoolerCall : DWORD {
@@ -162,7 +162,8 @@ enum class SpoolerEffect : DWORD {
     /// The call does nothing and fails in its own manner: FALSE, 0, -1, INVALID_HANDLE_VALUE or the error itself,
     /// with `error` as the last error. A sized read tells `bytes` as the needed size.
     Fail,
-    /// The call does nothing and says that it succeeded. A sized read tells `bytes` as the needed size and no entries.
+    /// The call does nothing and says that it succeeded. A sized read tells `bytes` as the needed size and no entries;
+    /// StartDocPrinter and DeviceCapabilities return `bytes`; OpenPrinter gives out a null handle.
     SucceedEmpty,
     /// WritePrinter takes at most `bytes` bytes, tells that number as written, and succeeds.
     ShortWrite,
@@ -197,25 +198,26 @@ struct SpoolerFailure {
 struct SpoolerCallRecord {
     SpoolerCall call;
     DWORD level;    ///< structure level
-    DWORD jobId;    ///< GetJob, SetJob; the first job number that StartDocPrinter gave
+    DWORD jobId;    ///< GetJob, SetJob; the job number that StartDocPrinter gave
     DWORD command;  ///< SetPrinter, SetJob; the capability of DeviceCapabilities
     DWORD access;   ///< OpenPrinter: the access asked for
     DWORD flags;    ///< EnumPrinters: flags; EnumJobs: first position; FindFirst...: filter
-    DWORD bytes;    ///< size of the buffer given in; WritePrinter: bytes to write; EnumJobs too
+    DWORD bytes;    ///< size of the buffer given in; WritePrinter: bytes to write; SetPrinterData: bytes to store
     DWORD dataType; ///< SetPrinterData: type; FindFirst...: options
-    DWORD result;   ///< ERROR_SUCCESS, or the error that the call failed with
+    DWORD result;   ///< ERROR_SUCCESS, the error that the call failed with, or ERROR_IO_PENDING while it runs
     LONG value;     ///< what the call returned
     DWORD threadId;
     bool injected;             ///< an injected failure hit it
     HANDLE handle;             ///< printer handle given in; OpenPrinter: given out
-    wchar_t printer[MAX_PATH]; ///< printer name, empty if the call has none or its handle is unknown
-    wchar_t key[MAX_PATH];     ///< printer data key; StartDocPrinter: data type; DeviceCapabilities: port
+    wchar_t printer[MAX_PATH]; ///< printer name, or the name given in; empty for a server or an unknown handle
+    wchar_t key[MAX_PATH];     ///< printer data key; StartDocPrinter: data type; DeviceCapabilities: port;
+                               ///< GetPrinterDriver: environment
     wchar_t name[MAX_PATH];    ///< printer data value; StartDocPrinter: document; SetPrinter level 2: port
 };
 
 extern "C" {
 
-// ---- the world ----
+// The world.
 
 /// Empties the world: printers, drivers, ports, jobs, deliveries, log and injected failures. Open handles become
 /// invalid and are no longer counted; their values never come back. What the configuration file described doesn't come
@@ -232,12 +234,12 @@ DWORD SpoolerConfigError(wchar_t* text, DWORD characters) noexcept;
 /// User and machine in whose name this process prints; null leaves one as it is. Reset puts the real ones back.
 void SpoolerSetIdentity(const wchar_t* userName, const wchar_t* machineName) noexcept;
 
-// ---- printers, drivers, ports ----
+// Printers, drivers, ports.
 
 /// ERROR_PRINTER_ALREADY_EXISTS for a name in use.
 DWORD SpoolerAddPrinter(const SpoolerPrinter& printer) noexcept;
-/// Takes the printer and its jobs away; open handles to it fail from then on with ERROR_INVALID_PRINTER_NAME, except
-/// ClosePrinter.
+/// Takes the printer, its jobs and its deliveries away. Open handles to it can still be closed; whatever else is done
+/// with them fails with ERROR_PRINTER_DELETED.
 DWORD SpoolerRemovePrinter(const wchar_t* printerName) noexcept;
 /// Adds a driver or replaces the one of that name.
 DWORD SpoolerAddDriver(const SpoolerDriver& driver) noexcept;
@@ -274,7 +276,7 @@ DWORD SpoolerPeekData(const wchar_t* printerName, const wchar_t* key, const wcha
                       DWORD size, DWORD* needed) noexcept;
 DWORD SpoolerRemoveData(const wchar_t* printerName, const wchar_t* key, const wchar_t* valueName) noexcept;
 
-// ---- jobs ----
+// Jobs.
 
 /// Appends a job to the queue and gives its number. ERROR_INVALID_PARAMETER for a number that is in use.
 DWORD SpoolerAddJob(const wchar_t* printerName, const SpoolerJob& job, DWORD* jobId) noexcept;
@@ -302,7 +304,7 @@ DWORD SpoolerDeliveryAt(const wchar_t* printerName, DWORD index, SpoolerDelivery
 /// The bytes of a delivered document: up to `size` of them; gives how many there are.
 DWORD SpoolerDeliveryBytes(const wchar_t* printerName, DWORD index, void* buffer, DWORD size) noexcept;
 
-// ---- failures ----
+// Failures.
 
 /// Puts a failure in place. Of several that match one call, the one injected first hits it.
 void SpoolerInject(const SpoolerFailure& failure) noexcept;
@@ -311,8 +313,9 @@ void SpoolerClearFailures() noexcept;
 /// Injected failures that have not been used up; those for every call count too.
 DWORD SpoolerPendingFailures() noexcept;
 
-// ---- the log, and what is open ----
+// The log, and what is open.
 
+/// Calls in the log, each from the moment it begins; the oldest go when there are more than 100000.
 DWORD SpoolerLogLength() noexcept;
 /// The logged call of that index, oldest first. ERROR_NO_MORE_ITEMS behind the last.
 DWORD SpoolerLogAt(DWORD index, SpoolerCallRecord* record) noexcept;
@@ -331,7 +334,7 @@ DWORD SpoolerUnfreedNotifyBlocks() noexcept;
 
 } // extern "C"
 
-// ---- conveniences over the functions above ----
+// Conveniences over the functions above.
 
 inline DWORD SpoolerCalls(SpoolerCall call)
 {

@@ -1,146 +1,270 @@
 // SPDX-License-Identifier: MIT
-#include "spooler/SpoolerControl.h"
+#include "spooler/CapabilityAnswers.h"
+#include "spooler/DocumentSpooling.h"
+#include "spooler/JobControl.h"
+#include "spooler/JobReading.h"
+#include "spooler/PrinterDataAccess.h"
+#include "spooler/PrinterOpening.h"
+#include "spooler/PrinterReading.h"
+#include "spooler/PrinterSetting.h"
+#include "spooler/Spooler.h"
 
-WINBOOL WINAPI OpenPrinterW(LPWSTR, LPHANDLE, LPPRINTER_DEFAULTSW)
+namespace {
+
+/// Does the work and tells the outcome as the spooler's functions do: a failure leaves its error as the last error, a
+/// success leaves the last error alone. Gives what the function is to return.
+template <typename Work>
+LONG Perform(Call& call, Work work) noexcept
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    const DWORD lastError = ::GetLastError();
+    const DWORD error = Spooler::Instance().Perform(call, work);
+    ::SetLastError(error == ERROR_SUCCESS ? lastError : error);
+    return call.value;
 }
 
-WINBOOL WINAPI ClosePrinter(HANDLE)
+/// The same for the functions that return their error and have no last error.
+template <typename Work>
+DWORD PerformData(Call& call, Work work) noexcept
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    const DWORD lastError = ::GetLastError();
+    call.returnsError = true;
+    const DWORD error = Spooler::Instance().Perform(call, work);
+    ::SetLastError(lastError);
+    return error;
 }
 
-WINBOOL WINAPI GetPrinterW(HANDLE, DWORD, LPBYTE, DWORD, LPDWORD)
+Call SizedCall(SpoolerCall which, HANDLE handle, DWORD level, const SizedBuffer& target)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call(which, handle);
+    call.level = level;
+    call.bytes = target.size;
+    call.target = target;
+    return call;
 }
 
-WINBOOL WINAPI SetPrinterW(HANDLE, DWORD, LPBYTE, DWORD)
+DWORD GetData(Call& call, const wchar_t* key, const wchar_t* name, DWORD* type, const SizedBuffer& target)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    call.key = TextOrEmpty(key);
+    call.name = TextOrEmpty(name);
+    call.bytes = target.size;
+    call.target = target;
+    return PerformData(call, [&](World& world) {
+        PrinterDataAccess(world).Get(call.handle, key, name, type, target.buffer, target.size, target.needed);
+    });
 }
 
-WINBOOL WINAPI GetJobW(HANDLE, DWORD, DWORD, LPBYTE, DWORD, LPDWORD)
+DWORD SetData(Call& call, const wchar_t* key, const wchar_t* name, DWORD type, const BYTE* data, DWORD size)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    call.key = TextOrEmpty(key);
+    call.name = TextOrEmpty(name);
+    call.dataType = type;
+    call.bytes = size;
+    return PerformData(call,
+                       [&](World& world) { PrinterDataAccess(world).Set(call.handle, key, name, type, data, size); });
 }
 
-WINBOOL WINAPI SetJobW(HANDLE, DWORD, DWORD, LPBYTE, DWORD)
+} // namespace
+
+extern "C" {
+
+BOOL WINAPI OpenPrinterW(LPWSTR name, LPHANDLE handle, LPPRINTER_DEFAULTSW defaults)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call(SpoolerCall::OpenPrinter);
+    call.printer = TextOrEmpty(name);
+    call.access = defaults ? defaults->DesiredAccess : 0;
+    if (handle) *handle = nullptr;
+    return Perform(call, [&](World& world) {
+        Require(handle, ERROR_INVALID_PARAMETER);
+        call.handle = *handle = PrinterOpening(world).Open(name, defaults);
+    });
 }
 
-WINBOOL WINAPI EnumJobsW(HANDLE, DWORD, DWORD, DWORD, LPBYTE, DWORD, LPDWORD, LPDWORD)
+BOOL WINAPI ClosePrinter(HANDLE printer)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call(SpoolerCall::ClosePrinter, printer);
+    return Perform(call, [&](World& world) { PrinterOpening(world).Close(printer); });
 }
 
-WINBOOL WINAPI EnumPrintersW(DWORD, LPWSTR, DWORD, LPBYTE, DWORD, LPDWORD, LPDWORD)
+BOOL WINAPI GetPrinterW(HANDLE printer, DWORD level, LPBYTE buffer, DWORD size, LPDWORD needed)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call = SizedCall(SpoolerCall::GetPrinter, printer, level, {buffer, size, needed, nullptr});
+    return Perform(call, [&](World& world) { PrinterReading(world).GetPrinter(printer, level, call.target); });
 }
 
-WINBOOL WINAPI EnumPortsW(LPWSTR, DWORD, LPBYTE, DWORD, LPDWORD, LPDWORD)
+BOOL WINAPI SetPrinterW(HANDLE printer, DWORD level, LPBYTE info, DWORD command)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call(SpoolerCall::SetPrinter, printer);
+    call.level = level;
+    call.command = command;
+    if (level == 2 && info) call.name = TextOrEmpty(reinterpret_cast<const PRINTER_INFO_2W*>(info)->pPortName);
+    return Perform(call, [&](World& world) { PrinterSetting(world).SetPrinter(printer, level, info, command); });
 }
 
-WINBOOL WINAPI GetPrinterDriverW(HANDLE, LPWSTR, DWORD, LPBYTE, DWORD, LPDWORD)
+BOOL WINAPI GetJobW(HANDLE printer, DWORD jobId, DWORD level, LPBYTE buffer, DWORD size, LPDWORD needed)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call = SizedCall(SpoolerCall::GetJob, printer, level, {buffer, size, needed, nullptr});
+    call.jobId = jobId;
+    return Perform(call, [&](World& world) { JobReading(world).GetJob(printer, jobId, level, call.target); });
 }
 
-DWORD WINAPI GetPrinterDataW(HANDLE, LPWSTR, LPDWORD, LPBYTE, DWORD, LPDWORD)
+BOOL WINAPI SetJobW(HANDLE printer, DWORD jobId, DWORD level, LPBYTE info, DWORD command)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call(SpoolerCall::SetJob, printer);
+    call.level = level;
+    call.jobId = jobId;
+    call.command = command;
+    return Perform(call, [&](World& world) { JobControl(world).SetJob(printer, jobId, level, info, command); });
 }
 
-DWORD WINAPI GetPrinterDataExW(HANDLE, LPCWSTR, LPCWSTR, LPDWORD, LPBYTE, DWORD, LPDWORD)
+BOOL WINAPI EnumJobsW(HANDLE printer, DWORD first, DWORD count, DWORD level, LPBYTE buffer, DWORD size, LPDWORD needed,
+                      LPDWORD returned)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call = SizedCall(SpoolerCall::EnumJobs, printer, level, {buffer, size, needed, returned});
+    call.flags = first;
+    return Perform(call, [&](World& world) { JobReading(world).EnumJobs(printer, first, count, level, call.target); });
 }
 
-DWORD WINAPI SetPrinterDataW(HANDLE, LPWSTR, DWORD, LPBYTE, DWORD)
+BOOL WINAPI EnumPrintersW(DWORD flags, LPWSTR name, DWORD level, LPBYTE buffer, DWORD size, LPDWORD needed,
+                          LPDWORD returned)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call = SizedCall(SpoolerCall::EnumPrinters, nullptr, level, {buffer, size, needed, returned});
+    call.printer = TextOrEmpty(name);
+    call.flags = flags;
+    return Perform(call, [&](World& world) { PrinterReading(world).EnumPrinters(flags, name, level, call.target); });
 }
 
-DWORD WINAPI SetPrinterDataExW(HANDLE, LPCWSTR, LPCWSTR, DWORD, LPBYTE, DWORD)
+BOOL WINAPI EnumPortsW(LPWSTR server, DWORD level, LPBYTE buffer, DWORD size, LPDWORD needed, LPDWORD returned)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call = SizedCall(SpoolerCall::EnumPorts, nullptr, level, {buffer, size, needed, returned});
+    call.printer = TextOrEmpty(server);
+    return Perform(call, [&](World& world) { PrinterReading(world).EnumPorts(server, level, call.target); });
 }
 
-int WINAPI DeviceCapabilitiesW(LPCWSTR, LPCWSTR, WORD, LPWSTR, CONST DEVMODEW*)
+BOOL WINAPI GetPrinterDriverW(HANDLE printer, LPWSTR environment, DWORD level, LPBYTE buffer, DWORD size,
+                              LPDWORD needed)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call = SizedCall(SpoolerCall::GetPrinterDriver, printer, level, {buffer, size, needed, nullptr});
+    call.key = TextOrEmpty(environment);
+    return Perform(
+        call, [&](World& world) { PrinterReading(world).GetPrinterDriver(printer, environment, level, call.target); });
 }
 
-DWORD WINAPI StartDocPrinterW(HANDLE, DWORD, LPBYTE)
+DWORD WINAPI GetPrinterDataW(HANDLE printer, LPWSTR name, LPDWORD type, LPBYTE data, DWORD size, LPDWORD needed)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call(SpoolerCall::GetPrinterData, printer);
+    return GetData(call, printerDriverDataKey.data(), name, type, {data, size, needed, nullptr});
 }
 
-WINBOOL WINAPI StartPagePrinter(HANDLE)
+DWORD WINAPI GetPrinterDataExW(HANDLE printer, LPCWSTR key, LPCWSTR name, LPDWORD type, LPBYTE data, DWORD size,
+                               LPDWORD needed)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call(SpoolerCall::GetPrinterDataEx, printer);
+    return GetData(call, key, name, type, {data, size, needed, nullptr});
 }
 
-WINBOOL WINAPI WritePrinter(HANDLE, LPVOID, DWORD, LPDWORD)
+DWORD WINAPI SetPrinterDataW(HANDLE printer, LPWSTR name, DWORD type, LPBYTE data, DWORD size)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call(SpoolerCall::SetPrinterData, printer);
+    return SetData(call, printerDriverDataKey.data(), name, type, data, size);
 }
 
-WINBOOL WINAPI EndPagePrinter(HANDLE)
+DWORD WINAPI SetPrinterDataExW(HANDLE printer, LPCWSTR key, LPCWSTR name, DWORD type, LPBYTE data, DWORD size)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call(SpoolerCall::SetPrinterDataEx, printer);
+    return SetData(call, key, name, type, data, size);
 }
 
-WINBOOL WINAPI EndDocPrinter(HANDLE)
+int WINAPI DeviceCapabilitiesW(LPCWSTR device, LPCWSTR port, WORD capability, LPWSTR output, const DEVMODEW* devMode)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call(SpoolerCall::DeviceCapabilities);
+    call.printer = TextOrEmpty(device);
+    call.key = TextOrEmpty(port);
+    call.command = capability;
+    call.returnsNumber = true;
+    call.onFailure = -1;
+    return Perform(
+        call, [&](World& world) { call.onSuccess = AnswerCapability(world, device, capability, output, devMode); });
 }
 
-HANDLE WINAPI FindFirstPrinterChangeNotification(HANDLE, DWORD, DWORD, LPVOID)
+DWORD WINAPI StartDocPrinterW(HANDLE printer, DWORD level, LPBYTE info)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call(SpoolerCall::StartDocPrinter, printer);
+    call.level = level;
+    call.returnsNumber = true;
+    call.onFailure = 0;
+    if (level == 1 && info) {
+        const auto& document = *reinterpret_cast<const DOC_INFO_1W*>(info);
+        call.name = TextOrEmpty(document.pDocName);
+        call.key = TextOrEmpty(document.pDatatype);
+    }
+    return static_cast<DWORD>(Perform(call, [&](World& world) {
+        call.jobId = DocumentSpooling(world).StartDoc(printer, level, info);
+        call.onSuccess = static_cast<LONG>(call.jobId);
+    }));
 }
 
-WINBOOL WINAPI FindNextPrinterChangeNotification(HANDLE, PDWORD, LPVOID, LPVOID*)
+BOOL WINAPI StartPagePrinter(HANDLE printer)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call(SpoolerCall::StartPagePrinter, printer);
+    return Perform(call, [&](World& world) { DocumentSpooling(world).StartPage(printer); });
 }
 
-WINBOOL WINAPI FindClosePrinterChangeNotification(HANDLE)
+BOOL WINAPI WritePrinter(HANDLE printer, LPVOID bytes, DWORD size, LPDWORD written)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call(SpoolerCall::WritePrinter, printer);
+    call.bytes = size;
+    call.target.needed = written;
+    if (written) *written = 0;
+    return Perform(call, [&](World& world) {
+        Require(written, RPC_X_NULL_REF_POINTER);
+        *written = DocumentSpooling(world).Write(printer, bytes, size, call.writeLimit);
+    });
 }
 
-WINBOOL WINAPI FreePrinterNotifyInfo(PPRINTER_NOTIFY_INFO)
+BOOL WINAPI EndPagePrinter(HANDLE printer)
 {
-    ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-    return 0;
+    Call call(SpoolerCall::EndPagePrinter, printer);
+    return Perform(call, [&](World& world) { DocumentSpooling(world).EndPage(printer); });
 }
+
+BOOL WINAPI EndDocPrinter(HANDLE printer)
+{
+    Call call(SpoolerCall::EndDocPrinter, printer);
+    return Perform(call, [&](World& world) { DocumentSpooling(world).EndDoc(printer); });
+}
+
+HANDLE WINAPI FindFirstPrinterChangeNotification(HANDLE printer, DWORD filter, DWORD options, LPVOID notifyOptions)
+{
+    Call call(SpoolerCall::FindFirstPrinterChangeNotification, printer);
+    call.flags = filter;
+    call.dataType = options;
+    call.onFailure = -1;
+    Perform(call, [&](World& world) {
+        world.HandleOf(printer);
+        world.Notifications().Open(filter, notifyOptions);
+    });
+    return call.result == ERROR_SUCCESS ? nullptr : INVALID_HANDLE_VALUE;
+}
+
+BOOL WINAPI FindNextPrinterChangeNotification(HANDLE notification, PDWORD change, LPVOID, LPVOID* info)
+{
+    Call call(SpoolerCall::FindNextPrinterChangeNotification, notification);
+    call.target.needed = change;
+    if (change) *change = 0;
+    if (info) *info = nullptr;
+    return Perform(call, [&](World& world) { world.Notifications().Next(notification); });
+}
+
+BOOL WINAPI FindClosePrinterChangeNotification(HANDLE notification)
+{
+    Call call(SpoolerCall::FindClosePrinterChangeNotification, notification);
+    return Perform(call, [&](World& world) { world.Notifications().Close(notification); });
+}
+
+BOOL WINAPI FreePrinterNotifyInfo(PPRINTER_NOTIFY_INFO info)
+{
+    Call call(SpoolerCall::FreePrinterNotifyInfo);
+    return Perform(call, [&](World& world) { world.Notifications().Free(info); });
+}
+
+} // extern "C"

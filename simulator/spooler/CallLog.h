@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "spooler/Text.h"
+
+#include <deque>
+#include <mutex>
+
+/// One call of the spooler: what SpoolerCallRecord tells, with texts of any length.
+struct CallRecord {
+    SpoolerCall call = SpoolerCall::OpenPrinter;
+    DWORD level = 0;
+    DWORD jobId = 0;
+    DWORD command = 0;
+    DWORD access = 0;
+    DWORD flags = 0;
+    DWORD bytes = 0;
+    DWORD dataType = 0;
+    DWORD result = ERROR_IO_PENDING; // until the call has ended
+    LONG value = 0;
+    DWORD threadId = 0;
+    bool injected = false;
+    HANDLE handle = nullptr;
+    std::wstring printer;
+    std::wstring key;
+    std::wstring name;
+
+    SpoolerCallRecord ForCaller() const;
+};
+
+/// The calls in the order in which they began. The oldest go when there are too many.
+///
+/// Threading: any thread; own lock.
+class CallLog {
+public:
+    static constexpr size_t mostRecords = 100000;
+
+    /// Notes that a call begins; the number is for `End`.
+    size_t Begin(const CallRecord& record);
+    /// Notes how it ended, if it is still in the log.
+    void End(size_t number, const CallRecord& record);
+
+    DWORD Length() const;
+    /// False behind the last.
+    bool At(DWORD index, SpoolerCallRecord& record) const;
+    DWORD Count(SpoolerCall call, DWORD level, const wchar_t* printerName) const;
+    void Clear();
+
+private:
+    mutable std::mutex _lock;
+    std::deque<CallRecord> _records;
+    size_t _firstNumber = 0; // of the record at the front
+};

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "spooler/Text.h"
+
+/// A port of the simulated machine.
+struct PortRecord {
+    PortRecord() = default;
+    explicit PortRecord(const SpoolerPort& port)
+        : name(TextOrEmpty(port.name)), monitorName(CopyText(port.monitorName)),
+          description(CopyText(port.description)), type(port.type)
+    {
+    }
+
+    std::wstring name;
+    OptionalText monitorName = L"Local Port";
+    OptionalText description = L"Local Port";
+    DWORD type = PORT_TYPE_READ | PORT_TYPE_WRITE;
+};

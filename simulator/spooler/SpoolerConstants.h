@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "spooler/SpoolerControl.h"
+
+/// Documented values that the platform headers of mingw-w64 lack.
+
+constexpr DWORD jobStatusRetained = 0x2000; ///< the job stayed in the queue after it had printed
+constexpr DWORD jobControlRetain = 8;
+constexpr DWORD jobControlRelease = 9;
+constexpr DWORD printerAccessManageLimited = 0x40;
+
+/// Either of these lets a handle change its printer.
+constexpr DWORD administeringAccess = PRINTER_ACCESS_ADMINISTER | printerAccessManageLimited;

@@ -415,7 +415,9 @@ const JobCommand jobCommands[] = {
 TEST_F(BasicDriverInterfaceTest, JobCommandsGoOutAtLevel0)
 {
     for (const JobCommand& row : jobCommands) {
-        const DWORD jobId = AddJob({});
+        SpoolerJob job;
+        job.status = JOB_STATUS_PRINTING; // only such a job can be restarted
+        const DWORD jobId = AddJob(job);
         ::SpoolerClearLog();
         EXPECT_TRUE((driver.*row.run)(jobId)) << row.name;
         ASSERT_EQ(::SpoolerLogLength(), 1u) << row.name;

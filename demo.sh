@@ -14,14 +14,8 @@ same_bytes() {
 }
 
 on_the_simulator() {
-    local output=$work/simulated
-    rm -rf "$output"
-    mkdir -p "$output"
-    sed "s|@OUTPUT@|$(windows_path "$output" | sed 's|\\|\\\\|g')|" samples/spooler/warehouse.ini >"$work/warehouse.ini"
-    VORLANE_SPOOLER_CONFIG=$(windows_path "$work/warehouse.ini") spooler=simulator \
-        under_wine release cscript //nologo "$(windows_path samples/vbscript/printer.vbs)" "Gate 7 Labels" \
-        "$(windows_path "$label")"
-    same_bytes "$(find "$output" -type f)"
+    on_warehouse release "$work/simulated" vbscript/printer.vbs "Gate 7 Labels" "$(windows_path "$label")"
+    same_bytes "$(find "$work/simulated/printed" -type f)"
 }
 
 on_a_real_spooler() {

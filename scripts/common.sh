@@ -38,3 +38,14 @@ register() {
 windows_path() {
     printf 'Z:%s' "$(realpath -m "$1" | tr / '\\')"
 }
+
+# on_warehouse PRESET FOLDER SCRIPT ARGUMENT...: runs a sample on the simulated warehouse, a fresh one in FOLDER.
+on_warehouse() {
+    local preset=$1 folder=$2 script=$3
+    shift 3
+    rm -rf "$folder"
+    mkdir -p "$folder"
+    cp samples/spooler/warehouse.ini "$folder/"
+    VORLANE_SPOOLER_CONFIG=$(windows_path "$folder/warehouse.ini") spooler=simulator \
+        under_wine "$preset" cscript //nologo "$(windows_path "samples/$script")" "$@"
+}

@@ -30,7 +30,7 @@ function main(printerName, fileName) {
 
     // A refused file is no error: a script that has to know watches the job.
     printer.SendFile(fileName, "Shipping label");
-    WScript.Echo("Sent:                " + fileName);
+    WScript.Echo("Sent as:             Shipping label");
 }
 
 if (WScript.Arguments.length !== 2) {

@@ -41,4 +41,4 @@ WScript.Echo "Location is now:     " & printer.Location
 
 ' A refused file is no error: a script that has to know watches the job.
 printer.SendFile WScript.Arguments(1), "Shipping label"
-WScript.Echo "Sent:                " & WScript.Arguments(1)
+WScript.Echo "Sent as:             Shipping label"

@@ -39,6 +39,10 @@ DefaultAuthType None
   Allow localhost
 </Location>
 <Policy default>
+  JobPrivateAccess all
+  JobPrivateValues none
+  SubscriptionPrivateAccess all
+  SubscriptionPrivateValues none
   <Limit All>
     Order allow,deny
     Allow localhost
@@ -58,7 +62,7 @@ pids+=($!)
 
 export CUPS_SERVER=$server
 for ((try = 0; ; ++try)); do
-    lpstat -r >/dev/null 2>&1 && break
+    lpstat -r 2>/dev/null | grep -q 'is running' && break
     ((try < 100)) || { echo "The CUPS server did not start." >&2; cat "$folder/log/error" >&2; exit 1; }
     sleep 0.1
 done

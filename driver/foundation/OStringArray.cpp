@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "foundation/OStringArray.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>

@@ -31,6 +31,10 @@ public:
 
     bool IsValidIndex(int index) const noexcept { return index >= 0 && index < m_nSize; }
 
+    /// The address of an element; the index isn't tested.
+    OString* GetAddress(int index) noexcept { return m_pData + index; }
+    const OString* GetAddress(int index) const noexcept { return m_pData + index; }
+
     /// The element itself; good until the size changes.
     OString& GetAt(int nIndex);
     const OString& GetAt(int nIndex) const;

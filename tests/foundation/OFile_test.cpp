@@ -88,6 +88,14 @@ TEST_F(OFileTest, AppendingKeepsTheContentAndWritesBehind)
     EXPECT_EQ(directory.Contents(L"file"), "oldnew");
 }
 
+TEST_F(OFileTest, AppendingWithoutWritingStartsAtTheBeginning)
+{
+    OFile file(Make(L"file", "old"), OFile::appending);
+    char byte = 'x';
+    EXPECT_EQ(file.Read(&byte, 1), 1u);
+    EXPECT_EQ(byte, 'o');
+}
+
 TEST_F(OFileTest, OpenSharesByItsFlags)
 {
     static constexpr struct {
@@ -290,6 +298,14 @@ TEST_F(OFileTest, ReadLineTrimsEveryCarriageReturnAtTheEndAndNoneWithin)
     EXPECT_TRUE(file.ReadLine(line));
     EXPECT_STREQ(line.nstring(), "a\rb");
     EXPECT_EQ(file.Seek(0, FILE_CURRENT), 7u) << "behind the line feed, nothing read ahead";
+}
+
+TEST_F(OFileTest, ReadLineLeavesZeroBytesOut)
+{
+    OFile file(Make(L"file", "a\0b\n"sv), 0);
+    OString line;
+    EXPECT_TRUE(file.ReadLine(line));
+    EXPECT_STREQ(line.nstring(), "ab");
 }
 
 TEST_F(OFileTest, ReadLineReadsInTheStreamsCodePageAndGivesTheOutputs)

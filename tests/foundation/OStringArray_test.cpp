@@ -196,6 +196,8 @@ TEST(OStringArray, GetAtAndElementAtGiveTheElementItself)
     EXPECT_EQ(&view.GetAt(1), array.GetData() + 1);
     EXPECT_EQ(&view.ElementAt(1), array.GetData() + 1);
     EXPECT_EQ(&view[2], view.GetData() + 2);
+    EXPECT_EQ(&view[2], view.GetAddress(2));
+    EXPECT_EQ(&array[1], array.GetAddress(1));
 }
 
 TEST(OStringArray, SetAtGrowPastTheEndFillsUpWithEmptyTexts)
@@ -406,6 +408,15 @@ TEST(OStringArray, SortingMovesHandlesWithoutACount)
     array.Sort();
     EXPECT_EQ(array[1].Core(), text.Core());
     EXPECT_EQ(Holders(text), 2);
+}
+
+TEST(OStringArray, SortingLeavesEqualElementsWhereTheyAre)
+{
+    TestArray array = {"a", "a"};
+    const OStringCore* const first = array[0].Core();
+    array.Sort();
+    array.SortDescending();
+    EXPECT_EQ(array[0].Core(), first);
 }
 
 TEST(OStringArray, SortOfNothingAndOfOneElementIsLegal)

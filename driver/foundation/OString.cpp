@@ -17,7 +17,7 @@
 
 namespace {
 
-// Narrow order is by signed byte and wide order by unsigned unit; that the types give it must stay so.
+// Deliberate: the narrow order is by signed byte, unlike the wide one. Both come from the types.
 static_assert(std::is_signed_v<char> && std::is_unsigned_v<wchar_t> && sizeof(wchar_t) == 2);
 
 constexpr const char* narrowBlanks = " \t\r\n";
@@ -654,12 +654,14 @@ void OString::Insert(int index, const OString& text)
 template <typename Char>
 int OString::OverwriteText(std::basic_string_view<Char> oldText, std::basic_string_view<Char> newText)
 {
-    int count = 0;
     size_t at = View<Char>().find(oldText);
-    while (at != oldText.npos) {
-        Char* const form = Extend<Char>(0);
+    if (at == oldText.npos) return 0;
+
+    Char* const form = Extend<Char>(0);
+    const std::basic_string_view<Char> text = form;
+    int count = 0;
+    for (; at != text.npos; at = text.find(oldText, at + newText.size())) {
         newText.copy(form + at, newText.size());
-        at = View<Char>().find(oldText, at + newText.size());
         ++count;
     }
     return count;
@@ -792,6 +794,7 @@ void OString::PadRight(int width, wchar_t character)
 
 void OString::IncrementName(bool withBlank)
 {
+    // Deliberate: in narrow, whatever that loses.
     std::string name = nstring();
     const size_t digits = name.find_last_not_of("0123456789") + 1;
     if (digits < name.size()) {

@@ -15,15 +15,15 @@
 /// Wide state: a text is in wide state if its wide form is present or its code page is a multi-byte one (UTF-8 or
 ///             double-byte). Then lengths and indexes count 16-bit units, otherwise bytes. Two values are handled
 ///             together in wide if one of them is in wide state or their code pages differ.
-/// Narrow text that is handed in is a zero-terminated byte string in this value's code page, wide text a
-/// zero-terminated 16-bit string. Null counts as empty. Both may point into this value's own forms, and a value may be
-/// its own argument.
+/// Arguments:  narrow text is a zero-terminated byte string in this value's code page, wide text a zero-terminated
+///             16-bit string; null counts as empty. Where an `OString` is asked for, a narrow literal becomes one of
+///             code page 0. Texts may point into this value's own forms, and a value may be its own argument.
 ///
 /// Ownership: a value. Pointers into it (`nstring`, `wstring`) hold until its next mutation or end.
 /// Threading: none. The count isn't atomic and reading may write a form into the shared core, so a value, and any that
 ///            may share its core, belong to one thread at a time. Across threads: a lock, or a copy made of the text.
-/// Errors:    indexes out of range are clamped; a failed conversion leaves a form empty. Want of memory breaks an
-/// ASSERT.
+/// Errors:    indexes out of range are clamped, and a failed conversion leaves a form empty. Want of memory breaks an
+///            ASSERT or throws std::bad_alloc.
 class OString {
 public:
     OString() noexcept = default;
@@ -93,7 +93,7 @@ public:
     OString& AppendLineEnd(); ///< "\r\n"
 
     /// Ordinal order: -1, 0 or 1. In wide by unsigned unit; in narrow by signed byte, so 0x80 and above come before
-    /// ASCII.
+    /// ASCII and before the end of the text.
     int Compare(const OString& other) const;
     /// The same with 'a' to 'z' counted as 'A' to 'Z', and no other letter folded.
     int CompareNoCase(const OString& other) const;

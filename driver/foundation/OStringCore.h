@@ -22,7 +22,7 @@ inline constexpr UINT utf8CodePage = 1208; ///< UTF-8, converted here and not by
 ///             times as many in UTF-8; so a narrow form can take the conversion of any wide form of the core.
 /// Ownership:  owns both buffers; `OString` counts its holders in `reference_count` and deletes it after the last.
 /// Threading:  none; a core and all its holders belong to one thread at a time.
-/// Errors:     memory that can't be had breaks an ASSERT; conversions of the platform that fail go unreported.
+/// Errors:     want of memory breaks an ASSERT, and conversions of the platform that fail go unreported.
 class OStringCore {
 public:
     OStringCore() noexcept = default;

@@ -18,6 +18,13 @@ OString InPage(UINT codePage, const char* text)
     return value;
 }
 
+OString Widened(const char* text)
+{
+    OString value(text);
+    value.wstring();
+    return value;
+}
+
 TEST(OStringDelete, CutsAndClamps)
 {
     static constexpr struct {
@@ -267,12 +274,12 @@ TEST(OStringReplace, CountsReplacements)
         OString narrow(row.text);
         EXPECT_EQ(narrow.Replace(row.oldText, row.newText), row.count) << row.text << row.oldText;
         EXPECT_EQ(narrow, row.result);
-        OString wide(row.text);
-        EXPECT_EQ(wide.Replace(row.oldText, OString(row.newText) + L""), row.count) << row.text << row.oldText;
-        OString mixed = OString(L"") + row.text;
-        mixed.wstring();
-        EXPECT_EQ(mixed.Replace(row.oldText, row.newText), row.count) << row.text << row.oldText;
-        EXPECT_EQ(mixed, row.result);
+        OString wide = Widened(row.text);
+        EXPECT_EQ(wide.Replace(row.oldText, row.newText), row.count) << row.text << row.oldText;
+        EXPECT_EQ(wide, row.result);
+        OString byArgument(row.text);
+        EXPECT_EQ(byArgument.Replace(row.oldText, Widened(row.newText)), row.count) << row.text << row.oldText;
+        EXPECT_EQ(byArgument, row.result);
     }
 }
 
@@ -365,7 +372,7 @@ TEST(OStringTrim, CutsCharactersOfTheSet)
         {"",       "x",  "",     ""    },
     };
     for (const auto& row : rows) {
-        const OString texts[] = {OString(row.text), OString(L"") + row.text, ToUTF8(row.text)};
+        const OString texts[] = {OString(row.text), Widened(row.text), ToUTF8(row.text)};
         for (const OString& text : texts) {
             OString left(text);
             left.TrimLeft(row.set);

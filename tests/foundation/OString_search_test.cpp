@@ -70,6 +70,14 @@ TEST(OStringCompare, NarrowBytesAbove7FComeBeforeAsciiAndAfterItInWide)
     EXPECT_EQ(OString("a").Compare(OString(L"\x00E9")), -1);
 }
 
+TEST(OStringCompare, NarrowTextComesBehindItsContinuationWithAByteAbove7F)
+{
+    // The terminator is compared as a byte like the others.
+    EXPECT_EQ(OString("a").Compare("a\xE9"), 1);
+    EXPECT_EQ(OString().Compare("\xE9"), 1);
+    EXPECT_EQ(OString(L"a").Compare("a\xE9"), -1);
+}
+
 TEST(OStringCompare, DifferentCodePagesAreComparedInWide)
 {
     EXPECT_EQ(InPage(1252, "\xE9").Compare("a"), 1);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -229,7 +230,7 @@ void ReserveStack() noexcept
     const auto here = reinterpret_cast<ULONG_PTR>(&stack);
     const auto bottom = reinterpret_cast<ULONG_PTR>(stack.AllocationBase);
     ULONG size = static_cast<ULONG>(std::min<ULONG_PTR>(stackReserve, (here - bottom) / 4));
-    ::SetThreadStackGuarantee(&size);
+    if (::SetThreadStackGuarantee(&size)) ::_resetstkoflw();
 }
 
 /// Gives the stack its guard page back, once the stack pointer has left the reserve. The platform takes the page away

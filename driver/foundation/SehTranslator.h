@@ -3,9 +3,6 @@
 
 #include "foundation/Platform.h"
 
-#include <memory>
-#include <type_traits>
-
 /// Turns a structured exception into a C++ exception: it throws what stands for `code`. If it returns, the exception
 /// goes on to whoever else handles it. `pointers` and what they point at belong to the thread: they live through the
 /// catch clause, until the thread has met a few more faults.
@@ -26,7 +23,6 @@ extern "C" void CallTranslated(void (*body)(void* context), void* context);
 template <class Body>
 void RunTranslated(Body&& body)
 {
-    using Callable = std::remove_reference_t<Body>;
-    CallTranslated([](void* context) { (*static_cast<Callable*>(context))(); },
-                   const_cast<void*>(static_cast<const void*>(std::addressof(body))));
+    auto run = [&body] { body(); };
+    CallTranslated([](void* context) { (*static_cast<decltype(run)*>(context))(); }, &run);
 }

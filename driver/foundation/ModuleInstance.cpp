@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "foundation/ModuleInstance.h"
 
+#include "foundation/PathParts.h"
+
 namespace {
 
 HINSTANCE moduleInstance;
@@ -15,4 +17,21 @@ void SetModuleInstance(HINSTANCE instance) noexcept
 HINSTANCE GetModuleInstance() noexcept
 {
     return moduleInstance;
+}
+
+OString GetModuleName(HMODULE module)
+{
+    wchar_t name[260 + 1] = {};
+    ::GetModuleFileNameW(module, name, 260);
+    return OString(name);
+}
+
+OString GetCurrentModuleName()
+{
+    return GetModuleName(GetModuleInstance());
+}
+
+OString GetCurrentModuleFolder()
+{
+    return GetFolderPart(GetCurrentModuleName());
 }

@@ -50,7 +50,7 @@ void TakeByte(OStringArray& lines, std::string& line, char byte)
 
 OFile::OFile(const OString& path, DWORD flags)
 {
-    OFile::Open(path, flags);
+    OpenClosed(path, flags);
 }
 
 OFile::~OFile()
@@ -73,6 +73,11 @@ DWORD OFile::Write(const void* data, DWORD count)
 bool OFile::Open(const OString& path, DWORD flags)
 {
     Close();
+    return OpenClosed(path, flags);
+}
+
+bool OFile::OpenClosed(const OString& path, DWORD flags)
+{
     _path = path;
 
     const bool writing = (flags & writable) != 0;
@@ -83,7 +88,7 @@ bool OFile::Open(const OString& path, DWORD flags)
     if (!IsOpen()) return false;
 
     if (writing && (flags & appending)) {
-        Seek(0, FILE_END);
+        ::SetFilePointer(_file.Get(), 0, nullptr, FILE_END);
     } else if (writing) {
         ::SetEndOfFile(_file.Get());
     }

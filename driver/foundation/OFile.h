@@ -76,6 +76,8 @@ public:
                          const FILETIME* lastWrite);
 
 private:
+    bool OpenClosed(const OString& path, DWORD flags);
+
     OFileHandle _file; ///< null when closed
     OString _path;
 };

@@ -16,7 +16,9 @@ namespace {
 /// Handles move as plain bytes: no count changes.
 void MoveHandles(OString* target, const OString* source, int count) noexcept
 {
-    if (count > 0) std::memmove(static_cast<void*>(target), source, static_cast<size_t>(count) * sizeof(OString));
+    if (count <= 0) return;
+    std::memmove(static_cast<void*>(target), static_cast<const void*>(source),
+                 static_cast<size_t>(count) * sizeof(OString));
 }
 
 void SwapHandles(OString& left, OString& right) noexcept
@@ -314,7 +316,8 @@ void OStringArray::SetAt(int nIndex, const OString& value)
 void OStringArray::SetAtGrow(int nIndex, const OString& value)
 {
     ASSERT(nIndex >= 0);
-    const OString kept = value; // it may be an element that the growth moves
+    // A copy, for it may be an element that the growth moves.
+    const OString kept = value; // NOLINT(performance-unnecessary-copy-initialization)
     if (nIndex >= m_nSize) SetSize(OArrayGrowth::Sum(nIndex, 1));
     SetAt(nIndex, kept);
 }
@@ -366,15 +369,16 @@ void OStringArray::InsertEmpty(int nIndex, int nCount)
 
 void OStringArray::InsertAt(int nIndex, const OString& value, int nCount)
 {
-    const OString kept = value; // it may be an element that the gap moves
+    // A copy, for it may be an element that the gap moves.
+    const OString kept = value; // NOLINT(performance-unnecessary-copy-initialization)
     InsertEmpty(nIndex, nCount);
     for (int index = nIndex; index < nIndex + nCount; ++index) m_pData[index] = kept;
 }
 
 void OStringArray::InsertAt(int nStartIndex, const OStringArray* pNewArray)
 {
-    // By ASSERT_IN, which keeps NULL as it is written.
-    ASSERT_IN("OStringArray::InsertAt", pNewArray != NULL);
+    // By ASSERT_IN, which keeps NULL as it is written, and NULL because the condition's text is settled.
+    ASSERT_IN("OStringArray::InsertAt", pNewArray != NULL); // NOLINT(modernize-use-nullptr)
     ASSERT_IN("OStringArray::InsertAt", nStartIndex >= 0);
     if (pNewArray->IsEmpty()) return;
 

@@ -110,8 +110,10 @@ protected:
     int m_nGrowBy = 0;          ///< fixed growth step; 0 means that the step is computed
 
 private:
+    // NOLINTBEGIN(bugprone-reserved-identifier): settled names.
     static void _ConstructElements(OString* elements, int count) noexcept;
     static void _DestructElements(OString* elements, int count) noexcept;
     static void _CopyElements(OString* target, const OString* source, int count) noexcept;
+    // NOLINTEND(bugprone-reserved-identifier)
     void Reallocate(int maxSize) noexcept;
 };

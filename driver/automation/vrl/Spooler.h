@@ -19,7 +19,7 @@ using OPrinterHandle = OHandle<::ClosePrinter>;
 class SpoolerBuffer {
 public:
     SpoolerBuffer() noexcept = default;
-    explicit SpoolerBuffer(DWORD size) noexcept : _bytes(new (std::nothrow) BYTE[size]), _size(size) {}
+    explicit SpoolerBuffer(DWORD size) noexcept : _bytes(new (std::nothrow) BYTE[size]{}), _size(size) {}
 
     /// False if nothing was read.
     explicit operator bool() const noexcept { return _bytes != nullptr; }

@@ -289,7 +289,7 @@ TEST_F(TerminalClientPrinter50Test, QueuesNameGivesPrinterAndClient)
 
 TEST_F(TerminalClientPrinter50Test, NameWithTooFewSlashesGivesAndWritesNothing)
 {
-    static constexpr const wchar_t* rows[] = {L"LABEL", L"LABEL/CLIENT7", L"/CLIENT7/3", L"/CLIENT7", L"/", L"//"};
+    static constexpr const wchar_t* rows[] = {L"SOLO", L"LABEL/CLIENT7", L"/CLIENT7/3", L"/CLIENT7", L"/", L"//"};
     for (const wchar_t* const queue : rows) {
         AddClientQueue(queue);
         const TerminalClientPrinter printer(handle.Get());

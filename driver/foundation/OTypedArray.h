@@ -36,12 +36,12 @@ inline constexpr const char* arrayElementName<tagVARIANT> = "struct tagVARIANT";
 ///            whoever put it there; nothing is copied deeply or released.
 /// Errors, threading: as `OBaseArray`.
 template <typename T>
-class OTypedArray : public OBaseArray<sizeof(T)> {
+class OTypedArray : public OBaseArray<sizeof(T)> { // NOLINT(bugprone-sizeof-expression): pointers are elements too
     static_assert(std::is_trivially_copyable_v<T>, "elements are moved as plain bytes");
     static_assert(arrayElementName<T> != nullptr, "give the element type its name in ASSERT records");
 
 public:
-    using Base = OBaseArray<sizeof(T)>;
+    using Base = OBaseArray<sizeof(T)>; // NOLINT(bugprone-sizeof-expression)
 
     ~OTypedArray() override = default;
 

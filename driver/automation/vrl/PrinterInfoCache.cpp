@@ -59,7 +59,5 @@ void PrinterInfoCache::Add(PrinterInfo& info)
 {
     const OString name(info.GetPrinterName().wstring());
     info.ReadFromSpooler();
-    auto entry = std::make_unique<PrinterInfo>(info);
-    _entries.SetAt(name, entry.get());
-    (void)entry.release();
-}
+    _entries.SetAt(name, std::make_unique<PrinterInfo>(info).release());
+} // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the map keeps the entry until Clear

@@ -33,7 +33,7 @@ public:
     void Clear();
 
 private:
-    void Add(PrinterInfo& info);
+    void Add(PrinterInfo& info) REQUIRES(_lock);
 
     OCriticalSection _lock;
     OStringMap<PrinterInfo*> _entries GUARDED_BY(_lock); // owned; null for a name that was cleared

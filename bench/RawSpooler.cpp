@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include "bench/RawSpooler.h"
+
+#include <oleauto.h>
+
+#include <memory>
+#include <stdexcept>
+
+namespace {
+
+using Block = std::unique_ptr<BYTE[]>;
+
+Block Read(HANDLE printer, DWORD level)
+{
+    DWORD needed = 0;
+    ::GetPrinterW(printer, level, nullptr, 0, &needed);
+    Block block(new BYTE[needed]);
+    if (!::GetPrinterW(printer, level, block.get(), needed, &needed)) throw std::runtime_error("GetPrinterW failed");
+    return block;
+}
+
+} // namespace
+
+RawSpooler::RawSpooler(const wchar_t* printerName)
+{
+    if (!::OpenPrinterW(const_cast<wchar_t*>(printerName), &_printer, nullptr)) {
+        throw std::runtime_error("OpenPrinterW failed");
+    }
+}
+
+RawSpooler::~RawSpooler()
+{
+    ::ClosePrinter(_printer);
+}
+
+void RawSpooler::ReadComment() const
+{
+    const Block block = Read(_printer, 2);
+    ::SysFreeString(::SysAllocString(reinterpret_cast<PRINTER_INFO_2W*>(block.get())->pComment));
+}
+
+void RawSpooler::WriteComment(wchar_t* comment) const
+{
+    const Block block = Read(_printer, 2);
+    reinterpret_cast<PRINTER_INFO_2W*>(block.get())->pComment = comment;
+    ::SetPrinterW(_printer, 2, block.get(), 0);
+}
+
+bool RawSpooler::IsLocal() const
+{
+    const Block block = Read(_printer, 2);
+    return (reinterpret_cast<PRINTER_INFO_2W*>(block.get())->Attributes & PRINTER_ATTRIBUTE_LOCAL) != 0;
+}
+
+DWORD RawSpooler::ReadStatus() const
+{
+    const Block block = Read(_printer, 6);
+    return reinterpret_cast<PRINTER_INFO_6*>(block.get())->dwStatus;
+}
+
+void OpenAndClose(const wchar_t* printerName)
+{
+    PRINTER_DEFAULTSW defaults{};
+    defaults.DesiredAccess = PRINTER_ALL_ACCESS;
+    HANDLE printer = nullptr;
+    if (!::OpenPrinterW(const_cast<wchar_t*>(printerName), &printer, &defaults)) return;
+    BYTE value[520];
+    DWORD needed = 0;
+    ::GetPrinterDataW(printer, const_cast<wchar_t*>(L"VRL Interface"), nullptr, value, sizeof value, &needed);
+    ::GetPrinterDataExW(printer, L"Gantry", L"Odometer Pages", nullptr, value, 4, &needed);
+    ::GetPrinterDataExW(printer, L"Gantry", L"Odometer Distance", nullptr, value, 8, &needed);
+    ::ClosePrinter(printer);
+}

@@ -5,21 +5,17 @@ set -euo pipefail
 cd "$(dirname "$0")"
 source scripts/common.sh
 
-steps=(format release debug ubsan headers lint samples)
+steps=(format release ubsan headers lint samples spooler)
 
 step_format() { scripts/check-format.sh; }
 step_release() { build release && run_tests release; }
-step_debug() { build debug && run_tests debug; }
-step_ubsan() { build ubsan && run_tests ubsan -L unit; }
-step_headers() { cmake --build --preset debug --target all_verify_interface_header_sets; }
-step_lint() { scripts/check-lint.sh build/debug; }
+step_ubsan() { build ubsan && run_tests ubsan; }
+step_headers() { cmake --build --preset ubsan --target all_verify_interface_header_sets; }
+step_lint() { scripts/check-lint.sh build/ubsan; }
 step_samples() { scripts/check-samples.sh release; }
+step_spooler() { scripts/check-spooler.sh release; }
 
-run_tests() {
-    local preset=$1
-    shift
-    ctest --preset "$preset" "$@"
-}
+run_tests() { ctest --preset "$1"; }
 
 scripts/install-packages.sh "${build_packages[@]}" "${run_packages[@]}" "${cups_packages[@]}" "${lint_packages[@]}"
 for step in "${@:-${steps[@]}}"; do

@@ -31,6 +31,8 @@ HRESULT BindToPrinter(XPrinterRef& xPrinter, IPrinter* printer)
 
 HRESULT RebindToPrinter(XPrinterRef& xPrinter, IPrinter* printer)
 {
+    if (!printer) throw InvalidArgument_E();
+
     OString name;
     const HRESULT result = ReadName(*printer, name);
     if (FAILED(result)) return result;

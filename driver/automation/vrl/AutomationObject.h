@@ -12,7 +12,6 @@
 
 #include <atomic>
 #include <new>
-#include <type_traits>
 
 /// Base of every automation class: reference counts, the interfaces of the class, dispatch over the type information of
 /// its one interface, and error information.
@@ -127,8 +126,8 @@ private:
             return static_cast<Interface*>(this);
         }
         if (iid == IID_ISupportErrorInfo) return static_cast<ISupportErrorInfo*>(this);
-        if constexpr (std::is_base_of_v<IConnectionPointContainer, Class>) {
-            if (iid == IID_IConnectionPointContainer) return static_cast<IConnectionPointContainer*>(&Self());
+        if constexpr (requires { Self().ConnectionPointContainer(); }) {
+            if (iid == IID_IConnectionPointContainer) return Self().ConnectionPointContainer();
         }
         return nullptr;
     }
@@ -142,7 +141,7 @@ HRESULT CreateInstance(T** object) noexcept
 try {
     *object = nullptr;
     Microsoft::WRL::ComPtr<T> made;
-    made.Attach(new T);
+    *made.GetAddressOf() = new T; // not Attach, which counts once more in the library of this compiler
     const HRESULT result = made->FinalConstruct();
     if (SUCCEEDED(result)) *object = made.Detach();
     return result;

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "foundation/OLockGuard.h"
 #include "vrl/Automation.h"
 #include "vrl/SinkList.h"
 #include "vrl/SnapshotEnumerator.h"
 
-#include <atomic>
-
+#include <olectl.h>
 #include <wrl/client.h>
+
+#include <atomic>
 
 /// What goes out of an enumerator over interface pointers.
 template <class Enumerator, class Pointed>
@@ -39,32 +41,13 @@ struct ConnectionPolicy {
 /// takes it from 1 to 0.
 /// Threading: any thread; the sink list is read and changed under the object's own lock.
 template <class Class, class Events>
-class EventSource : public IConnectionPointContainer {
+class EventSource {
 public:
-    // IConnectionPointContainer
-
-    STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints** enumerator) noexcept override
-    try {
-        if (!enumerator) return E_POINTER;
-        using Points = SnapshotEnumerator<PointerPolicy<IEnumConnectionPoints, IConnectionPoint>>;
-        *enumerator = Points::Create({Microsoft::WRL::ComPtr<IConnectionPoint>(&_point)}).Detach();
-        return S_OK;
-    } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
-    }
-
-    STDMETHODIMP FindConnectionPoint(REFIID iid, IConnectionPoint** point) noexcept override
-    {
-        if (!point) return E_POINTER;
-        *point = nullptr;
-        if (iid != __uuidof(Events)) return CONNECT_E_NOCONNECTION;
-        *point = &_point;
-        _point.AddRef();
-        return S_OK;
-    }
+    /// One more interface of the object, in its own class so that the object has its reference count only once.
+    IConnectionPointContainer* ConnectionPointContainer() noexcept { return &_container; }
 
 protected:
-    EventSource() noexcept : _point(*this) {}
+    EventSource() noexcept : _container(*this), _point(*this) {}
     ~EventSource() = default;
 
     /// The connected sinks; read it under the object's own lock.
@@ -74,6 +57,41 @@ protected:
     std::atomic<LONG> _connectionCount{0};
 
 private:
+    class Container final : public IConnectionPointContainer {
+    public:
+        explicit Container(EventSource& source) noexcept : _source(source) {}
+
+        STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override
+        {
+            return _source.Self().QueryInterface(iid, object);
+        }
+        STDMETHODIMP_(ULONG) AddRef() noexcept override { return _source.Self().AddRef(); }
+        STDMETHODIMP_(ULONG) Release() noexcept override { return _source.Self().Release(); }
+
+        STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints** enumerator) noexcept override
+        try {
+            if (!enumerator) return E_POINTER;
+            using Points = SnapshotEnumerator<PointerPolicy<IEnumConnectionPoints, IConnectionPoint>>;
+            *enumerator = Points::Create({Microsoft::WRL::ComPtr<IConnectionPoint>(&_source._point)}).Detach();
+            return S_OK;
+        } catch (const std::bad_alloc&) {
+            return E_OUTOFMEMORY;
+        }
+
+        STDMETHODIMP FindConnectionPoint(REFIID iid, IConnectionPoint** point) noexcept override
+        {
+            if (!point) return E_POINTER;
+            *point = nullptr;
+            if (iid != __uuidof(Events)) return CONNECT_E_NOCONNECTION;
+            *point = &_source._point;
+            (*point)->AddRef();
+            return S_OK;
+        }
+
+    private:
+        EventSource& _source;
+    };
+
     /// The connection point lives in the object and shares its reference count.
     class ConnectionPoint final : public IConnectionPoint {
     public:
@@ -101,7 +119,7 @@ private:
         STDMETHODIMP GetConnectionPointContainer(IConnectionPointContainer** container) noexcept override
         {
             if (!container) return E_POINTER;
-            *container = &_source;
+            *container = _source.ConnectionPointContainer();
             (*container)->AddRef();
             return S_OK;
         }
@@ -149,5 +167,6 @@ private:
         return gone ? S_OK : CONNECT_E_NOCONNECTION;
     }
 
+    Container _container;
     ConnectionPoint _point;
 };

@@ -5,20 +5,23 @@
 #include <objbase.h>
 
 #include "foundation/ModuleInstance.h"
+#include "vrl/ClassFactory.h"
 #include "vrl/Marshalling.h"
 #include "vrl/Module.h"
+#include "vrl/ModuleRegistration.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void*) noexcept
 {
     if (reason != DLL_PROCESS_ATTACH) return TRUE;
     SetModuleInstance(instance);
-    ::DisableThreadLibraryCalls(instance);
     return TRUE;
 }
 
-STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** result)
+STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** object)
 {
-    return Marshalling::GetClassObject(classId, interfaceId, result);
+    if (!object) return E_POINTER;
+    if (SUCCEEDED(Marshalling::GetClassObject(classId, iid, object))) return S_OK;
+    return ClassFactory::Get(classId, iid, object);
 }
 
 STDAPI DllCanUnloadNow()
@@ -30,10 +33,14 @@ STDAPI DllCanUnloadNow()
 
 STDAPI DllRegisterServer()
 {
-    return Marshalling::Register(GetModuleInstance());
+    const HRESULT result = ModuleRegistration::Register();
+    return FAILED(result) ? result : Marshalling::Register(GetModuleInstance());
 }
 
 STDAPI DllUnregisterServer()
 {
-    return Marshalling::Unregister(GetModuleInstance());
+    HRESULT result = ModuleRegistration::Unregister();
+    // Deliberate: entered once more first, so that there is always something to take out.
+    if (SUCCEEDED(result)) result = Marshalling::Register(GetModuleInstance());
+    return FAILED(result) ? result : Marshalling::Unregister(GetModuleInstance());
 }

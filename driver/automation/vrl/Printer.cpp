@@ -21,6 +21,9 @@ void CreateChild(Microsoft::WRL::ComPtr<Child>& child)
 
 } // namespace
 
+Printer::Printer() = default;
+Printer::~Printer() = default;
+
 HRESULT Printer::FinalConstruct() noexcept
 {
     return Guard("Printer::FinalConstruct", [&] {

@@ -18,8 +18,11 @@ class PrintQueue;
 /// Every property goes to the shared `XPrinter`, which asks the spooler anew. A child has its own count on the
 /// `XPrinter` and outlives the `Printer` if the caller keeps it.
 /// Threading: any thread, except that two threads do not run `Initialize` of one object at once.
-class Printer : public AutomationObject<Printer, IPrinter>, public EventSource<Printer, _IPrinterEvents> {
+class Printer final : public AutomationObject<Printer, IPrinter>, public EventSource<Printer, _IPrinterEvents> {
 public:
+    Printer();
+    ~Printer();
+
     HRESULT FinalConstruct() noexcept;
     void FinalRelease() noexcept;
 

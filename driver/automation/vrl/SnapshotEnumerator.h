@@ -96,7 +96,8 @@ private:
     static Microsoft::WRL::ComPtr<Interface> Create(std::shared_ptr<const Values> values, size_t position)
     {
         Microsoft::WRL::ComPtr<Interface> enumerator;
-        enumerator.Attach(new SnapshotEnumerator(std::move(values), position));
+        // Not Attach, which counts once more in the library of this compiler.
+        *enumerator.GetAddressOf() = new SnapshotEnumerator(std::move(values), position);
         return enumerator;
     }
 

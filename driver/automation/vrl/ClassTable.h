@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "foundation/Platform.h"
+
+#include <array>
+
+/// What the module knows of one automation class.
+struct ClassEntry {
+    const CLSID* classId;
+    const wchar_t* script; ///< name of the resource with the registration script
+    HRESULT (*create)(REFIID iid, void** object) noexcept;
+};
+
+/// All automation classes, creatable or not, in the order in which they are registered.
+extern const std::array<ClassEntry, 18> classTable;

@@ -296,8 +296,9 @@ void ReadSection(const ConfigSection& section, Described& described)
 {
     const auto kind = std::ranges::find(sectionKinds, section.kind, &SectionKind::kind);
     if (kind == sectionKinds.end()) throw ConfigError{section.line, L"unknown section [" + section.kind + L"]"};
-    if (kind->named == section.name.empty())
-        throw ConfigError{section.line,
-                          L"a section [" + section.kind + (kind->named ? L"] wants" : L"] takes no") + L" name"};
+    if (kind->named && section.name.empty())
+        throw ConfigError{section.line, L"a section [" + section.kind + L"] wants a name"};
+    if (!kind->named && !section.name.empty())
+        throw ConfigError{section.line, L"a section [" + section.kind + L"] takes no name"};
     kind->read(section, described);
 }

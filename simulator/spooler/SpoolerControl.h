@@ -220,8 +220,8 @@ extern "C" {
 // The world.
 
 /// Empties the world: printers, drivers, ports, jobs, deliveries, log and injected failures. Open handles become
-/// invalid and are no longer counted; their values never come back. What the configuration file described doesn't come
-/// back.
+/// invalid and are no longer counted; their values never come back. Jobs are numbered from 1 again. What the
+/// configuration file described doesn't come back.
 void SpoolerReset() noexcept;
 
 /// Reads a configuration file into the world, on top of what is there. ERROR_BAD_CONFIGURATION if it is malformed (the

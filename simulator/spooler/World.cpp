@@ -66,6 +66,7 @@ void World::Clear()
     _notifications.Clear();
     _userName = RealUserName();
     _machineName = RealMachineName();
+    _lastJobId = 0;
 }
 
 PrinterRecord* World::FindPrinter(std::wstring_view name) const noexcept

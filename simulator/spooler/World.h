@@ -26,7 +26,7 @@ class World {
 public:
     World();
 
-    /// Empties it and puts the real user and machine back. Numbers of jobs, printers and handles go on.
+    /// Empties it, puts the real user and machine back and counts jobs from 1 again. Handles go on.
     void Clear();
 
     const std::vector<std::unique_ptr<PrinterRecord>>& Printers() const noexcept { return _printers; }

@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+#include "SimulatorTest.h"
+
+namespace {
+
+using OpenPrinterTest = SimulatorTest;
+
+constexpr DWORD manageLimited = 0x40;
+
+TEST_F(OpenPrinterTest, OpensAPrinterByItsNameInAnyCase)
+{
+    SpoolerAddPrinter({.printerName = L"Label"});
+    EXPECT_TRUE(Open(L"LABEL"));
+}
+
+TEST_F(OpenPrinterTest, UnknownNamesFailWithInvalidPrinterName)
+{
+    SpoolerAddPrinter({.printerName = L"Label"});
+    SpoolerSetIdentity(nullptr, L"DEPOT");
+    for (const wchar_t* name :
+         {L"Nobody", L"", L"\\\\OTHER\\Label", L"\\\\OTHER", L"\\\\", L"\\\\DEPOT\\Nobody", L"Nobody, Job 1"}) {
+        EXPECT_FALSE(Open(name)) << name;
+        EXPECT_EQ(::GetLastError(), DWORD{ERROR_INVALID_PRINTER_NAME}) << name;
+    }
+}
+
+TEST_F(OpenPrinterTest, FailureGivesANullHandle)
+{
+    HANDLE handle = INVALID_HANDLE_VALUE;
+    EXPECT_FALSE(::OpenPrinterW(const_cast<wchar_t*>(L"Nobody"), &handle, nullptr));
+    EXPECT_EQ(handle, nullptr);
+}
+
+TEST_F(OpenPrinterTest, WithoutAPlaceForTheHandleFailsWithInvalidParameter)
+{
+    SpoolerAddPrinter({.printerName = L"Label"});
+    EXPECT_FALSE(::OpenPrinterW(const_cast<wchar_t*>(L"Label"), nullptr, nullptr));
+    EXPECT_EQ(::GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+}
+
+TEST_F(OpenPrinterTest, SuccessLeavesTheLastErrorAlone)
+{
+    SpoolerAddPrinter({.printerName = L"Label"});
+    ::SetLastError(ERROR_ARENA_TRASHED);
+    const PrinterHandle printer = Open(L"Label");
+    EXPECT_EQ(::GetLastError(), DWORD{ERROR_ARENA_TRASHED});
+}
+
+TEST_F(OpenPrinterTest, OpensASharedPrinterByItsShareName)
+{
+    SpoolerAddPrinter({.printerName = L"Label",
+                       .shareName = L"LBL",
+                       .attributes = PRINTER_ATTRIBUTE_LOCAL | PRINTER_ATTRIBUTE_SHARED});
+    EXPECT_TRUE(Open(L"LBL"));
+}
+
+TEST_F(OpenPrinterTest, AShareNameOfAPrinterThatIsNotSharedIsUnknown)
+{
+    SpoolerAddPrinter({.printerName = L"Label", .shareName = L"LBL"});
+    EXPECT_FALSE(Open(L"LBL"));
+}
+
+TEST_F(OpenPrinterTest, OpensAConnectionByItsNetworkName)
+{
+    SpoolerAddPrinter({.printerName = L"\\\\HOST\\LABEL", .attributes = PRINTER_ATTRIBUTE_NETWORK});
+    EXPECT_TRUE(Open(L"\\\\host\\label"));
+}
+
+TEST_F(OpenPrinterTest, ANameWithThisServerIsReadBackWithIt)
+{
+    SpoolerSetIdentity(nullptr, L"DEPOT");
+    SpoolerAddPrinter({.printerName = L"Label"});
+    const PrinterHandle printer = Open(L"\\\\DEPOT\\Label");
+    const auto info = ReadPrinter<PRINTER_INFO_2W>(printer, 2);
+    EXPECT_EQ(Text(info->pPrinterName), L"\\\\DEPOT\\Label");
+    EXPECT_EQ(Text(info->pServerName), L"\\\\DEPOT");
+}
+
+TEST_F(OpenPrinterTest, NoNameOrTheServersNameOpensTheServer)
+{
+    SpoolerSetIdentity(nullptr, L"DEPOT");
+    EXPECT_TRUE(Open(nullptr));
+    EXPECT_TRUE(Open(L"\\\\DEPOT"));
+}
+
+TEST_F(OpenPrinterTest, OpensAJobOfThePrinter)
+{
+    SpoolerAddPrinter({.printerName = L"Label"});
+    AddJob(L"Label", {.jobId = 7});
+    EXPECT_TRUE(Open(L"Label, Job 7"));
+    EXPECT_TRUE(Open(L"Label,Job 7"));
+    EXPECT_FALSE(Open(L"Label, Job 8"));
+    EXPECT_EQ(::GetLastError(), DWORD{ERROR_INVALID_PRINTER_NAME});
+}
+
+TEST_F(OpenPrinterTest, OtherWordsBehindACommaAreIgnored)
+{
+    SpoolerAddPrinter({.printerName = L"Label"});
+    EXPECT_TRUE(Open(L"Label,LocalOnly"));
+}
+
+TEST_F(OpenPrinterTest, AccessIsGrantedOnlyAsFarAsThePrinterGrantsIt)
+{
+    static constexpr struct {
+        DWORD granted;
+        DWORD wanted;
+        bool opens;
+    } rows[] = {
+        {PRINTER_ALL_ACCESS, PRINTER_ALL_ACCESS,        true },
+        {PRINTER_ALL_ACCESS, PRINTER_ACCESS_USE,        true },
+        {PRINTER_ALL_ACCESS, GENERIC_ALL,               true },
+        {PRINTER_ALL_ACCESS, manageLimited,             true },
+        {PRINTER_ACCESS_USE, PRINTER_ALL_ACCESS,        false},
+        {PRINTER_ACCESS_USE, PRINTER_ACCESS_ADMINISTER, false},
+        {PRINTER_ACCESS_USE, GENERIC_ALL,               false},
+        {PRINTER_ACCESS_USE, manageLimited,             false},
+        {PRINTER_ACCESS_USE, PRINTER_ACCESS_USE,        true },
+        {PRINTER_ACCESS_USE, PRINTER_READ,              true },
+        {PRINTER_ACCESS_USE, GENERIC_EXECUTE,           true },
+        {PRINTER_ACCESS_USE, MAXIMUM_ALLOWED,           true },
+        {PRINTER_ACCESS_USE, 0,                         true },
+        {0,                  PRINTER_ACCESS_USE,        false},
+        {0,                  0,                         false},
+    };
+    SpoolerAddPrinter({.printerName = L"Label"});
+    for (const auto& row : rows) {
+        SpoolerSetGrantedAccess(L"Label", row.granted);
+        ::SetLastError(ERROR_SUCCESS);
+        EXPECT_EQ(static_cast<bool>(Open(L"Label", row.wanted)), row.opens) << row.granted << " " << row.wanted;
+        EXPECT_EQ(::GetLastError(), row.opens ? DWORD{ERROR_SUCCESS} : DWORD{ERROR_ACCESS_DENIED});
+    }
+}
+
+TEST_F(OpenPrinterTest, DefaultsWithAnUnknownDatatypeFail)
+{
+    SpoolerAddPrinter({.printerName = L"Label"});
+    PRINTER_DEFAULTSW defaults = {const_cast<wchar_t*>(L"SCROLL"), nullptr, PRINTER_ACCESS_USE};
+    HANDLE handle = nullptr;
+    EXPECT_FALSE(::OpenPrinterW(const_cast<wchar_t*>(L"Label"), &handle, &defaults));
+    EXPECT_EQ(::GetLastError(), DWORD{ERROR_INVALID_DATATYPE});
+}
+
+using ClosePrinterTest = SimulatorTest;
+
+TEST_F(ClosePrinterTest, MakesTheHandleInvalid)
+{
+    HANDLE handle = AddAndOpen(L"Label").Detach();
+    EXPECT_TRUE(::ClosePrinter(handle));
+    EXPECT_FALSE(::ClosePrinter(handle));
+    EXPECT_EQ(::GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+}
+
+TEST_F(ClosePrinterTest, HandlesNeverComeBack)
+{
+    HANDLE first = AddAndOpen(L"Label").Detach();
+    ::ClosePrinter(first);
+    EXPECT_NE(Open(L"Label").Get(), first);
+}
+
+TEST_F(ClosePrinterTest, ThrowsAwayADocumentThatWasNotEnded)
+{
+    PrinterHandle printer = AddAndOpen(L"Label");
+    DOC_INFO_1W info = {const_cast<wchar_t*>(L"Half"), nullptr, nullptr};
+    ::StartDocPrinterW(printer.Get(), 1, reinterpret_cast<BYTE*>(&info));
+    printer.Reset();
+    EXPECT_EQ(ReadJobs<JOB_INFO_1W>(Open(L"Label"), 1).count, 0u);
+}
+
+TEST_F(ClosePrinterTest, LeavesAnEndedDocumentInTheQueue)
+{
+    PrinterHandle printer = AddAndOpen(L"Label");
+    Print(printer, L"Whole", "bytes");
+    printer.Reset();
+    EXPECT_EQ(ReadJobs<JOB_INFO_1W>(Open(L"Label"), 1).count, 1u);
+}
+
+TEST_F(ClosePrinterTest, WorksForARemovedPrinter)
+{
+    HANDLE handle = AddAndOpen(L"Label").Detach();
+    SpoolerRemovePrinter(L"Label");
+    EXPECT_TRUE(::ClosePrinter(handle));
+}
+
+} // namespace

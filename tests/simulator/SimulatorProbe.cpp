@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+
+/// Says what a fresh process sees of the spooler: the names of the local printers, a line each, or twice the error that
+/// keeps it from seeing them. With the argument "reset" it then empties the world and says it again.
+
+#include "spooler/SpoolerControl.h"
+
+#include <cstdio>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+void ListPrinters()
+{
+    DWORD needed = 0;
+    DWORD count = 0;
+    std::vector<BYTE> buffer;
+    while (!::EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 1, buffer.data(), static_cast<DWORD>(buffer.size()), &needed,
+                            &count)) {
+        const DWORD error = ::GetLastError();
+        if (error != ERROR_INSUFFICIENT_BUFFER) {
+            std::printf("error %lu\n", error);
+            return;
+        }
+        buffer.resize(needed);
+    }
+    const auto* const printers = reinterpret_cast<const PRINTER_INFO_1W*>(buffer.data());
+    for (DWORD index = 0; index < count; ++index) std::printf("%ls\n", printers[index].pName);
+}
+
+void TryPorts()
+{
+    DWORD needed = 0;
+    DWORD count = 0;
+    if (::EnumPortsW(nullptr, 1, nullptr, 0, &needed, &count) || ::GetLastError() == ERROR_INSUFFICIENT_BUFFER) return;
+    std::printf("error %lu\n", ::GetLastError());
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    ListPrinters();
+    TryPorts();
+    if (argumentCount < 2 || std::string_view(arguments[1]) != "reset") return 0;
+    ::SpoolerReset();
+    ListPrinters();
+    TryPorts();
+    return 0;
+}

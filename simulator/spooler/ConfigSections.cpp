@@ -8,8 +8,6 @@
 
 namespace {
 
-// Keys that set one text or one number.
-
 template <typename Record>
 struct TextKey {
     std::wstring_view key;
@@ -22,6 +20,12 @@ struct NumberKey {
     DWORD Record::*field;
     DWORD (*read)(const ConfigEntry& entry);
 };
+
+template <const auto& words>
+DWORD ReadBits(const ConfigEntry& entry)
+{
+    return ConfigBits(entry, words);
+}
 
 constexpr std::array printerTexts{
     TextKey<PrinterRecord>{L"server",          &PrinterRecord::serverName    },
@@ -37,17 +41,14 @@ constexpr std::array printerTexts{
 };
 
 constexpr std::array printerNumbers{
-    NumberKey<PrinterRecord>{L"priority",         &PrinterRecord::priority,        ConfigNumber            },
-    NumberKey<PrinterRecord>{L"default priority", &PrinterRecord::defaultPriority, ConfigNumber            },
-    NumberKey<PrinterRecord>{L"start time",       &PrinterRecord::startTime,       ConfigMinutes           },
-    NumberKey<PrinterRecord>{L"until time",       &PrinterRecord::untilTime,       ConfigMinutes           },
-    NumberKey<PrinterRecord>{L"average ppm",      &PrinterRecord::averagePpm,      ConfigNumber            },
-    NumberKey<PrinterRecord>{L"attributes",       &PrinterRecord::attributes,
-                             [](const ConfigEntry& entry) { return ConfigBits(entry, attributeWords); }    },
-    NumberKey<PrinterRecord>{L"status",           &PrinterRecord::status,
-                             [](const ConfigEntry& entry) { return ConfigBits(entry, printerStatusWords); }},
-    NumberKey<PrinterRecord>{L"access",           &PrinterRecord::grantedAccess,
-                             [](const ConfigEntry& entry) { return ConfigBits(entry, accessWords); }       },
+    NumberKey<PrinterRecord>{L"priority",         &PrinterRecord::priority,        ConfigNumber                },
+    NumberKey<PrinterRecord>{L"default priority", &PrinterRecord::defaultPriority, ConfigNumber                },
+    NumberKey<PrinterRecord>{L"start time",       &PrinterRecord::startTime,       ConfigMinutes               },
+    NumberKey<PrinterRecord>{L"until time",       &PrinterRecord::untilTime,       ConfigMinutes               },
+    NumberKey<PrinterRecord>{L"average ppm",      &PrinterRecord::averagePpm,      ConfigNumber                },
+    NumberKey<PrinterRecord>{L"attributes",       &PrinterRecord::attributes,      ReadBits<attributeWords>    },
+    NumberKey<PrinterRecord>{L"status",           &PrinterRecord::status,          ReadBits<printerStatusWords>},
+    NumberKey<PrinterRecord>{L"access",           &PrinterRecord::grantedAccess,   ReadBits<accessWords>       },
 };
 
 constexpr std::array driverTexts{
@@ -76,8 +77,7 @@ constexpr std::array portTexts{
 };
 
 constexpr std::array portNumbers{
-    NumberKey<PortRecord>{L"type", &PortRecord::type,
-                          [](const ConfigEntry& entry) { return ConfigBits(entry, portTypeWords); }},
+    NumberKey<PortRecord>{L"type", &PortRecord::type, ReadBits<portTypeWords>},
 };
 
 constexpr std::array jobTexts{
@@ -92,14 +92,13 @@ constexpr std::array jobTexts{
 };
 
 constexpr std::array jobNumbers{
-    NumberKey<JobRecord>{L"priority",      &JobRecord::priority,     ConfigNumber                  },
-    NumberKey<JobRecord>{L"start time",    &JobRecord::startTime,    ConfigMinutes                 },
-    NumberKey<JobRecord>{L"until time",    &JobRecord::untilTime,    ConfigMinutes                 },
-    NumberKey<JobRecord>{L"total pages",   &JobRecord::totalPages,   ConfigNumber                  },
-    NumberKey<JobRecord>{L"pages printed", &JobRecord::pagesPrinted, ConfigNumber                  },
-    NumberKey<JobRecord>{L"size",          &JobRecord::reportedSize, ConfigNumber                  },
-    NumberKey<JobRecord>{L"status",        &JobRecord::status,
-                         [](const ConfigEntry& entry) { return ConfigBits(entry, jobStatusWords); }},
+    NumberKey<JobRecord>{L"priority",      &JobRecord::priority,     ConfigNumber            },
+    NumberKey<JobRecord>{L"start time",    &JobRecord::startTime,    ConfigMinutes           },
+    NumberKey<JobRecord>{L"until time",    &JobRecord::untilTime,    ConfigMinutes           },
+    NumberKey<JobRecord>{L"total pages",   &JobRecord::totalPages,   ConfigNumber            },
+    NumberKey<JobRecord>{L"pages printed", &JobRecord::pagesPrinted, ConfigNumber            },
+    NumberKey<JobRecord>{L"size",          &JobRecord::reportedSize, ConfigNumber            },
+    NumberKey<JobRecord>{L"status",        &JobRecord::status,       ReadBits<jobStatusWords>},
 };
 
 /// True if the entry is one of the tables' keys; the field is set then.
@@ -122,8 +121,6 @@ bool SetField(Record& record, const ConfigEntry& entry, const std::array<TextKey
 {
     throw ConfigError{entry.line, L"unknown key \"" + entry.key + L"\" in a section [" + section.kind + L"]"};
 }
-
-// Sections.
 
 void ReadMachine(const ConfigSection& section, Described& described)
 {

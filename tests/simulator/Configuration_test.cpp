@@ -56,31 +56,6 @@ TEST_F(ConfigurationTest, DescribesAPrinterWithAllItsFields)
                    "data type = TEXT\n"
                    "parameters = p=1\n"
                    "attributes = local, shared, bidirectional\n"
-                   "status = paper out, 0\n"
-                   "priority = 9\n"
-                   "default priority = 7\n"
-                   "start time = 8:30\n"
-                   "until time = 1020\n"
-                   "average ppm = 30\n"
-                   "paper width = 1000\n"
-                   "paper length = 1500\n"
-                   "copies = 2\n"
-                   "orientation = landscape\n"
-                   "form = 4x6\n"),
-              DWORD{ERROR_BAD_CONFIGURATION})
-        << "a number is no word of a list";
-    ASSERT_EQ(Load("[printer Label]\n"
-                   "server = \\\\HOST\n"
-                   "share = LBL\n"
-                   "port = NET1\n"
-                   "driver = Label Driver\n"
-                   "comment = of the depot; gate 3\n"
-                   "location = \"  hall \"\n"
-                   "separator file = sep.txt\n"
-                   "print processor = proc\n"
-                   "data type = TEXT\n"
-                   "parameters = p=1\n"
-                   "attributes = local, shared, bidirectional\n"
                    "status = paper out, busy\n"
                    "priority = 9\n"
                    "default priority = 7\n"
@@ -285,39 +260,58 @@ TEST_F(ConfigurationTest, MalformedFilesAreToldWithTheirLine)
         size_t line;
         const wchar_t* message;
     } rows[] = {
-        {"comment = x\n",                                       1, L"an entry before the first section"                           },
-        {"[printer Label\n",                                    1, L"the section's \"]\" is missing"                              },
-        {"\n[printer Label]\ncomment\n",                        3, L"neither a section nor \"key = value\""                       },
-        {"[printer Label]\ncomment = \"x\n",                    2, L"the closing quote is missing"                                },
-        {"[printer Label]\ncomment = \"\n",                     2, L"the closing quote is missing"                                },
-        {"[plotter Label]\n",                                   1, L"unknown section [plotter]"                                   },
-        {"[]\n",                                                1, L"unknown section []"                                          },
-        {"[printer]\n",                                         1, L"a section [printer] wants a name"                            },
-        {"[machine X]\n",                                       1, L"a section [machine] takes no name"                           },
-        {"[printer Label]\ncolour = x\n",                       2, L"unknown key \"colour\" in a section [printer]"               },
-        {"[port P]\ncolour = x\n",                              2, L"unknown key \"colour\" in a section [port]"                  },
-        {"[driver D]\ncolour = x\n",                            2, L"unknown key \"colour\" in a section [driver]"                },
-        {"[machine]\ncolour = x\n",                             2, L"unknown key \"colour\" in a section [machine]"               },
-        {"[printer Label]\npriority = high\n",                  2, L"\"priority\" wants a number, not \"high\""                   },
-        {"[printer Label]\npriority = 4294967296\n",            2, L"\"priority\" wants a number, not \"4294967296\""             },
-        {"[printer Label]\npriority =\n",                       2, L"\"priority\" wants a number, not \"\""                       },
-        {"[printer Label]\ncopies = 32768\n",                   2, L"\"copies\" is too large"                                     },
-        {"[printer Label]\nstart time = 24:00\n",               2, L"\"start time\" wants a time of day, not \"24:00\""           },
-        {"[printer Label]\nstatus = paper out, tired\n",        2, L"unknown word \"tired\" for \"status\""                       },
-        {"[printer Label]\ndeliver = maybe\n",                  2, L"\"deliver\" wants yes or no, not \"maybe\""                  },
-        {"[printer Label]\noutput =\n",                         2, L"\"output\" wants a path, not \"\""                           },
-        {"[printer Label]\ndata V = dword:x\n",                 2, L"\"data v\" wants a number behind \"dword:\", not \"dword:x\""},
-        {"[printer Label]\ndata V = hex:123\n",                 2, L"\"data v\" wants bytes in hexadecimal, not \"hex:123\""      },
-        {"[printer Label]\ncapability juggling = 1\n",          2, L"unknown word \"juggling\" for \"capability juggling\""       },
-        {"[printer Label]\ncapability 65536 = 1\n",             2, L"there is no such capability"                                 },
-        {"[printer Label]\n[printer LABEL]\n",                  2, L"there is a printer \"LABEL\" already"                        },
-        {"[job Label]\n",                                       1, L"there is no printer \"Label\""                               },
-        {"[printer Label]\n[job Label]\nfile = no such file\n", 3, L"the job's file can't be read"                                },
+        {"comment = x\n",                               1, L"an entry before the first section"            },
+        {"[printer Label\n",                            1, L"the section's \"]\" is missing"               },
+        {"\n[printer Label]\ncomment\n",                3, L"neither a section nor \"key = value\""        },
+        {"[plotter Label]\n",                           1, L"unknown section [plotter]"                    },
+        {"[]\n",                                        1, L"unknown section []"                           },
+        {"[printer]\n",                                 1, L"a section [printer] wants a name"             },
+        {"[machine X]\n",                               1, L"a section [machine] takes no name"            },
+        {"[port P]\ncolour = x\n",                      2, L"unknown key \"colour\" in a section [port]"   },
+        {"[driver D]\ncolour = x\n",                    2, L"unknown key \"colour\" in a section [driver]" },
+        {"[machine]\ncolour = x\n",                     2, L"unknown key \"colour\" in a section [machine]"},
+        {"[printer Label]\n[printer LABEL]\n",          2, L"there is a printer \"LABEL\" already"         },
+        {"[job Label]\n",                               1, L"there is no printer \"Label\""                },
+        {"[printer Label]\n[job Label]\ncolour = x\n",  3, L"unknown key \"colour\" in a section [job]"    },
+        {"[printer Label]\n[job Label]\nfile = none\n", 3, L"the job's file can't be read"                 },
     };
     for (const auto& row : rows) {
         EXPECT_EQ(Load(row.text), DWORD{ERROR_BAD_CONFIGURATION}) << row.text;
         EXPECT_EQ(Message(), path + L"(" + std::to_wstring(row.line) + L"): " + row.message) << row.text;
         EXPECT_FALSE(Open(L"Label")) << row.text;
+    }
+}
+
+TEST_F(ConfigurationTest, WrongEntriesOfAPrinterAreToldWithTheirLine)
+{
+    static const struct {
+        std::string entry;
+        const wchar_t* message;
+    } rows[] = {
+        {"colour = x",                L"unknown key \"colour\" in a section [printer]"               },
+        {"comment = \"x",             L"the closing quote is missing"                                },
+        {"comment = \"",              L"the closing quote is missing"                                },
+        {"priority = high",           L"\"priority\" wants a number, not \"high\""                   },
+        {"priority = -1",             L"\"priority\" wants a number, not \"-1\""                     },
+        {"priority = 0x",             L"\"priority\" wants a number, not \"0x\""                     },
+        {"priority = 4294967296",     L"\"priority\" wants a number, not \"4294967296\""             },
+        {"priority =",                L"\"priority\" wants a number, not \"\""                       },
+        {"copies = 32768",            L"\"copies\" is too large"                                     },
+        {"start time = 24:00",        L"\"start time\" wants a time of day, not \"24:00\""           },
+        {"start time = 8:60",         L"\"start time\" wants a time of day, not \"8:60\""            },
+        {"status = paper out, tired", L"unknown word \"tired\" for \"status\""                       },
+        {"status = paper out, 0",     L"unknown word \"0\" for \"status\""                           },
+        {"deliver = maybe",           L"\"deliver\" wants yes or no, not \"maybe\""                  },
+        {"output =",                  L"\"output\" wants a path, not \"\""                           },
+        {"data V = dword:x",          L"\"data v\" wants a number behind \"dword:\", not \"dword:x\""},
+        {"data V = hex:123",          L"\"data v\" wants bytes in hexadecimal, not \"hex:123\""      },
+        {"capability juggling = 1",   L"unknown word \"juggling\" for \"capability juggling\""       },
+        {"capability 65536 = 1",      L"there is no such capability"                                 },
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Load("[printer Label]\n" + row.entry + "\n"), DWORD{ERROR_BAD_CONFIGURATION}) << row.entry;
+        EXPECT_EQ(Message(), path + L"(2): " + row.message) << row.entry;
+        EXPECT_FALSE(Open(L"Label")) << row.entry;
     }
 }
 

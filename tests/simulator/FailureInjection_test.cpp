@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "SimulatorTest.h"
 
-#include <functional>
+#include <chrono>
+#include <iterator>
 #include <thread>
 
 namespace {
@@ -90,64 +91,86 @@ TEST_F(FailureInjectionTest, TheFirstInjectedThatIsDueHits)
     EXPECT_EQ(Get(), DWORD{ERROR_SEEK});
 }
 
+/// Arguments that suit all functions.
+struct Arguments {
+    HANDLE handle = nullptr;
+    HANDLE opened = nullptr;
+    wchar_t name[8] = L"Label";
+    BYTE data[sizeof(DOC_INFO_1W)] = {};
+    DWORD number = 0;
+    DWORD count = 0;
+};
+
+using MakeCall = LONG_PTR (*)(Arguments& a);
+
+struct FunctionRow {
+    SpoolerCall call;
+    LONG_PTR failure; // what the function returns when it fails with ERROR_CRC
+    MakeCall make;
+};
+
+// clang-format off
+constexpr FunctionRow functionRows[] = {
+    {SpoolerCall::OpenPrinter, FALSE,
+        [](Arguments& a) -> LONG_PTR { return ::OpenPrinterW(a.name, &a.opened, nullptr); }},
+    {SpoolerCall::ClosePrinter, FALSE,
+        [](Arguments& a) -> LONG_PTR { return ::ClosePrinter(a.handle); }},
+    {SpoolerCall::GetPrinter, FALSE,
+        [](Arguments& a) -> LONG_PTR { return ::GetPrinterW(a.handle, 2, nullptr, 0, &a.number); }},
+    {SpoolerCall::SetPrinter, FALSE,
+        [](Arguments& a) -> LONG_PTR { return ::SetPrinterW(a.handle, 0, nullptr, 0); }},
+    {SpoolerCall::GetJob, FALSE,
+        [](Arguments& a) -> LONG_PTR { return ::GetJobW(a.handle, 1, 2, nullptr, 0, &a.number); }},
+    {SpoolerCall::SetJob, FALSE,
+        [](Arguments& a) -> LONG_PTR { return ::SetJobW(a.handle, 1, 0, nullptr, 1); }},
+    {SpoolerCall::EnumJobs, FALSE,
+        [](Arguments& a) -> LONG_PTR { return ::EnumJobsW(a.handle, 0, 1, 2, nullptr, 0, &a.number, &a.count); }},
+    {SpoolerCall::EnumPrinters, FALSE,
+        [](Arguments& a) -> LONG_PTR { return ::EnumPrintersW(2, nullptr, 2, nullptr, 0, &a.number, &a.count); }},
+    {SpoolerCall::EnumPorts, FALSE,
+        [](Arguments& a) -> LONG_PTR { return ::EnumPortsW(nullptr, 2, nullptr, 0, &a.number, &a.count); }},
+    {SpoolerCall::GetPrinterDriver, FALSE,
+        [](Arguments& a) -> LONG_PTR { return ::GetPrinterDriverW(a.handle, nullptr, 2, nullptr, 0, &a.number); }},
+    {SpoolerCall::GetPrinterData, ERROR_CRC,
+        [](Arguments& a) -> LONG_PTR { return ::GetPrinterDataW(a.handle, a.name, nullptr, a.data, 8, &a.number); }},
+    {SpoolerCall::GetPrinterDataEx, ERROR_CRC,
+        [](Arguments& a) -> LONG_PTR { return ::GetPrinterDataExW(a.handle, a.name, a.name, nullptr, a.data, 8, &a.number); }},
+    {SpoolerCall::SetPrinterData, ERROR_CRC,
+        [](Arguments& a) -> LONG_PTR { return ::SetPrinterDataW(a.handle, a.name, REG_DWORD, a.data, 4); }},
+    {SpoolerCall::SetPrinterDataEx, ERROR_CRC,
+        [](Arguments& a) -> LONG_PTR { return ::SetPrinterDataExW(a.handle, a.name, a.name, REG_DWORD, a.data, 4); }},
+    {SpoolerCall::DeviceCapabilities, -1,
+        [](Arguments& a) -> LONG_PTR { return ::DeviceCapabilitiesW(a.name, a.name, DC_COPIES, nullptr, nullptr); }},
+    {SpoolerCall::StartDocPrinter, 0,
+        [](Arguments& a) -> LONG_PTR { return ::StartDocPrinterW(a.handle, 1, a.data); }},
+    {SpoolerCall::StartPagePrinter, FALSE,
+        [](Arguments& a) -> LONG_PTR { return ::StartPagePrinter(a.handle); }},
+    {SpoolerCall::WritePrinter, FALSE,
+        [](Arguments& a) -> LONG_PTR { return ::WritePrinter(a.handle, a.data, 8, &a.number); }},
+    {SpoolerCall::EndPagePrinter, FALSE,
+        [](Arguments& a) -> LONG_PTR { return ::EndPagePrinter(a.handle); }},
+    {SpoolerCall::EndDocPrinter, FALSE,
+        [](Arguments& a) -> LONG_PTR { return ::EndDocPrinter(a.handle); }},
+    {SpoolerCall::FindFirstPrinterChangeNotification, -1,
+        [](Arguments& a) -> LONG_PTR { return reinterpret_cast<LONG_PTR>(::FindFirstPrinterChangeNotification(a.handle, 1, 0, nullptr)); }},
+    {SpoolerCall::FindNextPrinterChangeNotification, FALSE,
+        [](Arguments& a) -> LONG_PTR { return ::FindNextPrinterChangeNotification(a.handle, &a.number, nullptr, nullptr); }},
+    {SpoolerCall::FindClosePrinterChangeNotification, FALSE,
+        [](Arguments& a) -> LONG_PTR { return ::FindClosePrinterChangeNotification(a.handle); }},
+    {SpoolerCall::FreePrinterNotifyInfo, FALSE,
+        [](Arguments&) -> LONG_PTR { return ::FreePrinterNotifyInfo(nullptr); }},
+};
+// clang-format on
+static_assert(std::size(functionRows) == spoolerCallCount);
+
 TEST_F(FailureInjectionTest, EveryFunctionFailsInItsOwnManner)
 {
-    BYTE data[8] = {};
-    DWORD number = 0;
-    HANDLE opened = nullptr;
-    const HANDLE handle = printer.Get();
-    const struct {
-        SpoolerCall call;
-        std::function<LONG_PTR()> make;
-        LONG_PTR result;
-    } rows[] = {
-        {SpoolerCall::OpenPrinter,                        [&] { return ::OpenPrinterW(const_cast<wchar_t*>(L"Label"), &opened, nullptr); },
-         FALSE                                                                                                                                       },
-        {SpoolerCall::ClosePrinter,                       [&] { return ::ClosePrinter(handle); },                                           FALSE    },
-        {SpoolerCall::GetPrinter,                         [&] { return ::GetPrinterW(handle, 2, nullptr, 0, &number); },                    FALSE    },
-        {SpoolerCall::SetPrinter,                         [&] { return ::SetPrinterW(handle, 0, nullptr, 0); },                             FALSE    },
-        {SpoolerCall::GetJob,                             [&] { return ::GetJobW(handle, 1, 2, nullptr, 0, &number); },                     FALSE    },
-        {SpoolerCall::SetJob,                             [&] { return ::SetJobW(handle, 1, 0, nullptr, 1); },                              FALSE    },
-        {SpoolerCall::EnumJobs,                           [&] { return ::EnumJobsW(handle, 0, 1, 2, nullptr, 0, &number, &number); },       FALSE    },
-        {SpoolerCall::EnumPrinters,                       [&] { return ::EnumPrintersW(2, nullptr, 2, nullptr, 0, &number, &number); },
-         FALSE                                                                                                                                       },
-        {SpoolerCall::EnumPorts,                          [&] { return ::EnumPortsW(nullptr, 2, nullptr, 0, &number, &number); },           FALSE    },
-        {SpoolerCall::GetPrinterDriver,                   [&] { return ::GetPrinterDriverW(handle, nullptr, 2, nullptr, 0, &number); },
-         FALSE                                                                                                                                       },
-        {SpoolerCall::GetPrinterData,
-         [&] {
-             return static_cast<LONG_PTR>(
-                 ::GetPrinterDataW(handle, const_cast<wchar_t*>(L"V"), nullptr, data, 8, &number));
-         },                                                                                                                                 ERROR_CRC},
-        {SpoolerCall::GetPrinterDataEx,
-         [&] { return static_cast<LONG_PTR>(::GetPrinterDataExW(handle, L"K", L"V", nullptr, data, 8, &number)); },
-         ERROR_CRC                                                                                                                                   },
-        {SpoolerCall::SetPrinterData,
-         [&] {
-             return static_cast<LONG_PTR>(::SetPrinterDataW(handle, const_cast<wchar_t*>(L"V"), REG_DWORD, data, 4));
-         },                                                                                                                                 ERROR_CRC},
-        {SpoolerCall::SetPrinterDataEx,
-         [&] { return static_cast<LONG_PTR>(::SetPrinterDataExW(handle, L"K", L"V", REG_DWORD, data, 4)); },                                ERROR_CRC},
-        {SpoolerCall::DeviceCapabilities,
-         [&] { return ::DeviceCapabilitiesW(L"Label", L"P", DC_COPIES, nullptr, nullptr); },                                                -1       },
-        {SpoolerCall::StartDocPrinter,                    [&] { return static_cast<LONG_PTR>(::StartDocPrinterW(handle, 1, data)); },       0        },
-        {SpoolerCall::StartPagePrinter,                   [&] { return ::StartPagePrinter(handle); },                                       FALSE    },
-        {SpoolerCall::WritePrinter,                       [&] { return ::WritePrinter(handle, data, 8, &number); },                         FALSE    },
-        {SpoolerCall::EndPagePrinter,                     [&] { return ::EndPagePrinter(handle); },                                         FALSE    },
-        {SpoolerCall::EndDocPrinter,                      [&] { return ::EndDocPrinter(handle); },                                          FALSE    },
-        {SpoolerCall::FindFirstPrinterChangeNotification,
-         [&] { return reinterpret_cast<LONG_PTR>(::FindFirstPrinterChangeNotification(handle, 1, 0, nullptr)); },                           -1       },
-        {SpoolerCall::FindNextPrinterChangeNotification,
-         [&] { return ::FindNextPrinterChangeNotification(handle, &number, nullptr, nullptr); },                                            FALSE    },
-        {SpoolerCall::FindClosePrinterChangeNotification, [&] { return ::FindClosePrinterChangeNotification(handle); },
-         FALSE                                                                                                                                       },
-        {SpoolerCall::FreePrinterNotifyInfo,              [&] { return ::FreePrinterNotifyInfo(nullptr); },                                 FALSE    },
-    };
-    ASSERT_EQ(std::size(rows), spoolerCallCount);
-    for (const auto& row : rows) {
+    Arguments arguments;
+    arguments.handle = printer.Get();
+    for (const FunctionRow& row : functionRows) {
         SpoolerClearLog();
         SpoolerInject({.call = row.call, .error = ERROR_CRC});
-        EXPECT_EQ(row.make(), row.result) << SpoolerCallName(row.call);
+        EXPECT_EQ(row.make(arguments), row.failure) << SpoolerCallName(row.call);
         EXPECT_EQ(SpoolerPendingFailures(), 0u) << SpoolerCallName(row.call);
         EXPECT_EQ(SpoolerLog().at(0).result, DWORD{ERROR_CRC}) << SpoolerCallName(row.call);
         EXPECT_TRUE(SpoolerLog().at(0).injected) << SpoolerCallName(row.call);
@@ -221,9 +244,9 @@ TEST_F(FailureInjectionTest, AShortWriteTakesSomeBytesAndSucceeds)
 TEST_F(FailureInjectionTest, ADelayedCallIsDoneLater)
 {
     SpoolerInject({.call = SpoolerCall::SetPrinter, .effect = SpoolerEffect::Delay, .delayMs = 50});
-    const DWORD before = ::GetTickCount();
+    const auto before = std::chrono::steady_clock::now();
     EXPECT_TRUE(::SetPrinterW(printer.Get(), 0, nullptr, PRINTER_CONTROL_PAUSE));
-    EXPECT_GE(::GetTickCount() - before, 40u);
+    EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(45));
     EXPECT_EQ(ReadPrinter<PRINTER_INFO_6>(printer, 6)->dwStatus, DWORD{PRINTER_STATUS_PAUSED});
 }
 

@@ -3,6 +3,8 @@
 
 namespace {
 
+using Info2 = JOB_INFO_2W;
+
 constexpr DWORD controlRetain = 8;
 constexpr DWORD controlRelease = 9;
 constexpr DWORD statusRetained = 0x2000;
@@ -255,15 +257,14 @@ TEST_F(SetJobTest, WrongFieldsFailWithTheirErrorsAndChangeNothing)
     static const struct {
         const char* what;
         DWORD error;
-        void (*change)(JOB_INFO_2W& info);
+        void (*change)(Info2& info);
     } rows[] = {
-        {"priority 0",        ERROR_INVALID_PRIORITY,       [](JOB_INFO_2W& info) { info.Priority = 0; }             },
-        {"priority 100",      ERROR_INVALID_PRIORITY,       [](JOB_INFO_2W& info) { info.Priority = 100; }           },
-        {"start of 1440",     ERROR_INVALID_TIME,           [](JOB_INFO_2W& info) { info.StartTime = 1440; }         },
-        {"until 1440",        ERROR_INVALID_TIME,           [](JOB_INFO_2W& info) { info.UntilTime = 1440; }         },
-        {"unknown data type", ERROR_INVALID_DATATYPE,       [](JOB_INFO_2W& info) { info.pDatatype = Mutable(L"x"); }},
-        {"unknown processor", ERROR_UNKNOWN_PRINTPROCESSOR,
-         [](JOB_INFO_2W& info) { info.pPrintProcessor = Mutable(L"x"); }                                             },
+        {"priority 0",        ERROR_INVALID_PRIORITY,       [](Info2& info) { info.Priority = 0; }                   },
+        {"priority 100",      ERROR_INVALID_PRIORITY,       [](Info2& info) { info.Priority = 100; }                 },
+        {"start of 1440",     ERROR_INVALID_TIME,           [](Info2& info) { info.StartTime = 1440; }               },
+        {"until 1440",        ERROR_INVALID_TIME,           [](Info2& info) { info.UntilTime = 1440; }               },
+        {"unknown data type", ERROR_INVALID_DATATYPE,       [](Info2& info) { info.pDatatype = Mutable(L"x"); }      },
+        {"unknown processor", ERROR_UNKNOWN_PRINTPROCESSOR, [](Info2& info) { info.pPrintProcessor = Mutable(L"x"); }},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(Set<JOB_INFO_2W>(2,

@@ -3,6 +3,8 @@
 
 namespace {
 
+using Info2 = PRINTER_INFO_2W;
+
 class SetPrinterTest : public SimulatorTest {
 protected:
     void SetUp() override
@@ -137,33 +139,29 @@ TEST_F(SetPrinterTest, WrongFieldsFailWithTheirErrorsAndChangeNothing)
     static const struct {
         const char* what;
         DWORD error;
-        void (*change)(PRINTER_INFO_2W& info);
+        void (*change)(Info2& info);
     } rows[] = {
-        {"unknown port",            ERROR_UNKNOWN_PORT,           [](PRINTER_INFO_2W& info) { info.pPortName = Mutable(L"NET9"); }},
-        {"one unknown port of two", ERROR_UNKNOWN_PORT,
-         [](PRINTER_INFO_2W& info) { info.pPortName = Mutable(L"NET1,NET9"); }                                                    },
-        {"empty port",              ERROR_UNKNOWN_PORT,           [](PRINTER_INFO_2W& info) { info.pPortName = Mutable(L""); }    },
-        {"no port",                 ERROR_UNKNOWN_PORT,           [](PRINTER_INFO_2W& info) { info.pPortName = nullptr; }         },
-        {"unknown driver",          ERROR_UNKNOWN_PRINTER_DRIVER,
-         [](PRINTER_INFO_2W& info) { info.pDriverName = Mutable(L"None"); }                                                       },
-        {"no driver",               ERROR_UNKNOWN_PRINTER_DRIVER, [](PRINTER_INFO_2W& info) { info.pDriverName = nullptr; }       },
-        {"unknown processor",       ERROR_UNKNOWN_PRINTPROCESSOR,
-         [](PRINTER_INFO_2W& info) { info.pPrintProcessor = Mutable(L"x"); }                                                      },
-        {"unknown data type",       ERROR_INVALID_DATATYPE,       [](PRINTER_INFO_2W& info) { info.pDatatype = Mutable(L"x"); }   },
+        {"unknown port",            ERROR_UNKNOWN_PORT,           [](Info2& info) { info.pPortName = Mutable(L"NET9"); }     },
+        {"one unknown port of two", ERROR_UNKNOWN_PORT,           [](Info2& info) { info.pPortName = Mutable(L"NET1,NET9"); }},
+        {"empty port",              ERROR_UNKNOWN_PORT,           [](Info2& info) { info.pPortName = Mutable(L""); }         },
+        {"no port",                 ERROR_UNKNOWN_PORT,           [](Info2& info) { info.pPortName = nullptr; }              },
+        {"unknown driver",          ERROR_UNKNOWN_PRINTER_DRIVER, [](Info2& info) { info.pDriverName = Mutable(L"None"); }   },
+        {"no driver",               ERROR_UNKNOWN_PRINTER_DRIVER, [](Info2& info) { info.pDriverName = nullptr; }            },
+        {"unknown processor",       ERROR_UNKNOWN_PRINTPROCESSOR, [](Info2& info) { info.pPrintProcessor = Mutable(L"x"); }  },
+        {"unknown data type",       ERROR_INVALID_DATATYPE,       [](Info2& info) { info.pDatatype = Mutable(L"x"); }        },
         {"missing separator file",  ERROR_INVALID_SEPARATOR_FILE,
-         [](PRINTER_INFO_2W& info) { info.pSepFile = Mutable(L"C:\\no.sep"); }                                                    },
-        {"priority above 99",       ERROR_INVALID_PRIORITY,       [](PRINTER_INFO_2W& info) { info.Priority = 100; }              },
-        {"default priority too",    ERROR_INVALID_PRIORITY,       [](PRINTER_INFO_2W& info) { info.DefaultPriority = 100; }       },
-        {"start behind the day",    ERROR_INVALID_TIME,           [](PRINTER_INFO_2W& info) { info.StartTime = 1440; }            },
-        {"end behind the day",      ERROR_INVALID_TIME,           [](PRINTER_INFO_2W& info) { info.UntilTime = 1440; }            },
-        {"empty name",              ERROR_INVALID_PRINTER_NAME,   [](PRINTER_INFO_2W& info) { info.pPrinterName = Mutable(L""); } },
-        {"no name",                 ERROR_INVALID_PRINTER_NAME,   [](PRINTER_INFO_2W& info) { info.pPrinterName = nullptr; }      },
-        {"comma in the name",       ERROR_INVALID_PRINTER_NAME,
-         [](PRINTER_INFO_2W& info) { info.pPrinterName = Mutable(L"a,b"); }                                                       },
+         [](Info2& info) { info.pSepFile = Mutable(L"C:\\no.sep"); }                                                         },
+        {"priority above 99",       ERROR_INVALID_PRIORITY,       [](Info2& info) { info.Priority = 100; }                   },
+        {"default priority too",    ERROR_INVALID_PRIORITY,       [](Info2& info) { info.DefaultPriority = 100; }            },
+        {"start behind the day",    ERROR_INVALID_TIME,           [](Info2& info) { info.StartTime = 1440; }                 },
+        {"end behind the day",      ERROR_INVALID_TIME,           [](Info2& info) { info.UntilTime = 1440; }                 },
+        {"empty name",              ERROR_INVALID_PRINTER_NAME,   [](Info2& info) { info.pPrinterName = Mutable(L""); }      },
+        {"no name",                 ERROR_INVALID_PRINTER_NAME,   [](Info2& info) { info.pPrinterName = nullptr; }           },
+        {"comma in the name",       ERROR_INVALID_PRINTER_NAME,   [](Info2& info) { info.pPrinterName = Mutable(L"a,b"); }   },
         {"backslash in the name",   ERROR_INVALID_PRINTER_NAME,
-         [](PRINTER_INFO_2W& info) { info.pPrinterName = Mutable(L"a\\b"); }                                                      },
+         [](Info2& info) { info.pPrinterName = Mutable(L"a\\b"); }                                                           },
         {"name of another printer", ERROR_PRINTER_ALREADY_EXISTS,
-         [](PRINTER_INFO_2W& info) { info.pPrinterName = Mutable(L"OTHER"); }                                                     },
+         [](Info2& info) { info.pPrinterName = Mutable(L"OTHER"); }                                                          },
     };
     SpoolerAddPrinter({.printerName = L"Other"});
     for (const auto& row : rows) {

@@ -624,7 +624,6 @@ void OString::InsertText(int index, const Char* text)
     const size_t length = View<Char>().size();
     const size_t count = LengthOf(text);
     if (count == 0) return;
-    if (IsEmpty()) return AssignText(text, count);
 
     const size_t at = Clamp(index, length);
     Char* const form = Extend<Char>(length + count);

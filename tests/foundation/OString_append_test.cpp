@@ -121,6 +121,16 @@ TEST(OStringAppend, NarrowTextIsTakenInTheValuesCodePage)
     EXPECT_EQ(empty.GetCodePage(), 1208u);
 }
 
+TEST(OStringAppend, EmptyValueKeepsItsCodePageWhenTextsAndNumbersCome)
+{
+    OString wide = InPage(1251, "");
+    wide += L"\x041F";
+    EXPECT_EQ(wide.GetCodePage(), 1251u);
+    OString number = InPage(1251, "");
+    number += 5;
+    EXPECT_EQ(number.GetCodePage(), 1251u);
+}
+
 TEST(OStringAppend, TextsAndNumbers)
 {
     OString text("n=");

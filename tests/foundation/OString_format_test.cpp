@@ -173,8 +173,9 @@ TEST(OStringFormat, OwnFormsMayBeArguments)
     OString text("a");
     text.Format("<%s>", text.nstring());
     EXPECT_EQ(text, "<a>");
-    text.Format(L"<%s>", text.wstring());
-    EXPECT_EQ(text, L"<<a>>");
+    OString wide(L"a");
+    wide.Format(L"<%s>", wide.wstring());
+    EXPECT_EQ(wide, L"<a>");
     OString format("%d");
     format.Format(format.nstring(), 5);
     EXPECT_EQ(format, "5");

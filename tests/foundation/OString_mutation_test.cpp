@@ -408,13 +408,15 @@ TEST(OStringTrim, NarrowStateStaysNarrow)
 TEST(OStringTrim, NarrowPassAlsoCutsWhatOnlyItsBytesSay)
 {
     // What the page can't hold is a question mark in the narrow form.
-    OString left(L"\x4E2D"
+    OString text(L"\x4E2D"
                  L"a\x4E2D");
-    left.TrimLeft("?");
-    EXPECT_STREQ(left.wstring(), L"a\x4E2D");
-    left.TrimRight("?");
-    EXPECT_STREQ(left.wstring(), L"a");
-    EXPECT_STREQ(left.nstring(), "a");
+    text.TrimLeft("?");
+    EXPECT_EQ(StateOf(text), OStringState::Both);
+    EXPECT_STREQ(text.wstring(), L"a\x4E2D");
+    text.TrimRight("?");
+    EXPECT_EQ(StateOf(text), OStringState::Both);
+    EXPECT_STREQ(text.wstring(), L"a");
+    EXPECT_STREQ(text.nstring(), "a");
     // The second byte of the last character is a backslash.
     OString doubleByte = InPage(932, "a\x95\x5C");
     doubleByte.TrimRight("\\");
@@ -435,9 +437,13 @@ TEST(OStringTrim, WithoutASetCutsFourBlanksOnly)
     OString text(" \t\r\n a b\r\n\t ");
     text.Trim();
     EXPECT_EQ(text, "a b");
-    OString kept("\f\va\v\f");
-    kept.Trim();
-    EXPECT_EQ(kept, "\f\va\v\f");
+    for (const char* const blank : {"\fa\f", "\va\v",
+                                    "\xA0"
+                                    "a\xA0"}) {
+        OString kept(blank);
+        kept.Trim();
+        EXPECT_EQ(kept, blank);
+    }
     OString noBreak(L"\x00A0"
                     L"a\x00A0");
     noBreak.Trim();

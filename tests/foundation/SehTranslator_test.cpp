@@ -97,16 +97,55 @@ FAULTING void FaultBehindAligningPushes()
     __asm__ volatile("subq $8, %%rsp\n\tmovb $0, (%0)\n\taddq $8, %%rsp" : : "r"(badAddress) : "memory");
 }
 
-// A function whose very first instruction faults, and which has no frame at all.
+// Functions that a compiler would not write: one whose very first instruction faults and which has no frame, one that
+// faults where its prologue has a register still to push, and one with an instruction (a read from rbx - 61) whose
+// second byte on reads like an epilogue.
 extern "C" void FaultAtFirstInstruction(char* address);
 extern "C" void FaultInPrologue();
+extern "C" void FaultInInstructionLikeAnEpilogue(char* address);
 __asm__(R"(
     .text
     .globl FaultAtFirstInstruction
 FaultAtFirstInstruction:
     movb $0, (%rcx)
     ret
+
+    .globl FaultInPrologue
+    .seh_proc FaultInPrologue
+FaultInPrologue:
+    hlt
+    .seh_pushreg %rbx
+    .seh_endprologue
+    popq %rbx
+    ret
+    .seh_endproc
+
+    .globl FaultInInstructionLikeAnEpilogue
+    .seh_proc FaultInInstructionLikeAnEpilogue
+FaultInInstructionLikeAnEpilogue:
+    pushq %rbx
+    .seh_pushreg %rbx
+    subq $64, %rsp
+    .seh_stackalloc 64
+    .seh_endprologue
+    movq %rcx, %rbx
+    .byte 0x8B, 0x5B, 0xC3
+    nop
+    addq $64, %rsp
+    popq %rbx
+    ret
+    .seh_endproc
 )");
+
+void CallFaultAtFirstInstruction()
+{
+    FaultAtFirstInstruction(badAddress);
+}
+
+void CallFaultInInstructionLikeAnEpilogue()
+{
+    FaultInInstructionLikeAnEpilogue(badAddress);
+}
 
 template <DWORD code, DWORD flags>
 FAULTING void Raise()
@@ -132,7 +171,6 @@ FAULTING void CopyInRunTimeLibrary()
 FAULTING void CallPlatformWithBadAddress()
 {
     const CountsDestruction counted;
-    ::InterlockedPushEntrySList(nullptr, reinterpret_cast<SLIST_ENTRY*>(badAddress));
     ::InitializeSListHead(reinterpret_cast<SLIST_HEADER*>(badAddress));
 }
 
@@ -140,9 +178,18 @@ template <void (*fault)(), int depth>
 FAULTING void Nested()
 {
     const CountsDestruction counted;
-    if constexpr (depth > 0) Nested<fault, depth - 1>();
-    else fault();
+    if constexpr (depth > 0)
+        Nested<fault, depth - 1>();
+    else
+        fault();
 }
+
+constexpr auto RaiseErrorCode = Raise<0xE0001234, 0>;
+constexpr auto RaiseSuccessCode = Raise<1234, 0>;
+constexpr auto RaiseNonContinuable = Raise<0xC0001234, EXCEPTION_NONCONTINUABLE>;
+constexpr auto RaiseMisalignment = Raise<0x80000002, 0>;
+constexpr auto RaiseInPageError = Raise<0xC0000006, 0>;
+constexpr auto FaultInNestedFrames = Nested<ReadBadAddress, 5>;
 
 unsigned CatchOutside(void (*fault)())
 {
@@ -179,26 +226,28 @@ void PrintTo(const FaultRow& row, std::ostream* stream)
 }
 
 const FaultRow faults[] = {
-    {"ReadOfBadAddress", ReadBadAddress, EXCEPTION_ACCESS_VIOLATION},
-    {"WriteToBadAddress", WriteBadAddress, EXCEPTION_ACCESS_VIOLATION},
-    {"JumpToNull", CallNull, EXCEPTION_ACCESS_VIOLATION},
-    {"ExecutionOfData", CallData, EXCEPTION_ACCESS_VIOLATION},
-    {"DivisionByZero", DivideByZero, EXCEPTION_INT_DIVIDE_BY_ZERO},
-    {"IllegalInstruction", ExecuteIllegalInstruction, EXCEPTION_ILLEGAL_INSTRUCTION},
-    {"PrivilegedInstruction", ExecutePrivilegedInstruction, EXCEPTION_PRIV_INSTRUCTION},
-    {"FloatingPointTrap", RaiseFloatingPointTrap, EXCEPTION_FLT_DIVIDE_BY_ZERO},
-    {"BackwardsWrite", WriteBackwardsToBadAddress, EXCEPTION_ACCESS_VIOLATION},
-    {"UnalignedStack", FaultBehindAligningPushes, EXCEPTION_ACCESS_VIOLATION},
-    {"FirstInstruction", [] { FaultAtFirstInstruction(badAddress); }, EXCEPTION_ACCESS_VIOLATION},
-    {"RaisedErrorCode", Raise<0xE0001234, 0>, 0xE0001234},
-    {"RaisedSuccessCode", Raise<1234, 0>, 1234},
-    {"RaisedNonContinuable", Raise<0xC0001234, EXCEPTION_NONCONTINUABLE>, 0xC0001234},
-    {"RaisedMisalignment", Raise<0x80000002, 0>, 0x80000002},
-    {"RaisedInPageError", Raise<0xC0000006, 0>, 0xC0000006},
-    {"BrokenAssert", BreakAssert, assertExceptionCode},
-    {"RunTimeLibrary", CopyInRunTimeLibrary, EXCEPTION_ACCESS_VIOLATION},
-    {"PlatformFunction", CallPlatformWithBadAddress, EXCEPTION_ACCESS_VIOLATION},
-    {"NestedFrames", Nested<ReadBadAddress, 5>, EXCEPTION_ACCESS_VIOLATION},
+    {"ReadOfBadAddress",          ReadBadAddress,                       EXCEPTION_ACCESS_VIOLATION   },
+    {"WriteToBadAddress",         WriteBadAddress,                      EXCEPTION_ACCESS_VIOLATION   },
+    {"JumpToNull",                CallNull,                             EXCEPTION_ACCESS_VIOLATION   },
+    {"ExecutionOfData",           CallData,                             EXCEPTION_ACCESS_VIOLATION   },
+    {"DivisionByZero",            DivideByZero,                         EXCEPTION_INT_DIVIDE_BY_ZERO },
+    {"IllegalInstruction",        ExecuteIllegalInstruction,            EXCEPTION_ILLEGAL_INSTRUCTION},
+    {"PrivilegedInstruction",     ExecutePrivilegedInstruction,         EXCEPTION_PRIV_INSTRUCTION   },
+    {"FloatingPointTrap",         RaiseFloatingPointTrap,               EXCEPTION_FLT_DIVIDE_BY_ZERO },
+    {"BackwardsWrite",            WriteBackwardsToBadAddress,           EXCEPTION_ACCESS_VIOLATION   },
+    {"UnalignedStack",            FaultBehindAligningPushes,            EXCEPTION_ACCESS_VIOLATION   },
+    {"FirstInstruction",          CallFaultAtFirstInstruction,          EXCEPTION_ACCESS_VIOLATION   },
+    {"Prologue",                  FaultInPrologue,                      EXCEPTION_PRIV_INSTRUCTION   },
+    {"InstructionLikeAnEpilogue", CallFaultInInstructionLikeAnEpilogue, EXCEPTION_ACCESS_VIOLATION   },
+    {"RaisedErrorCode",           RaiseErrorCode,                       0xE0001234                   },
+    {"RaisedSuccessCode",         RaiseSuccessCode,                     1234                         },
+    {"RaisedNonContinuable",      RaiseNonContinuable,                  0xC0001234                   },
+    {"RaisedMisalignment",        RaiseMisalignment,                    0x80000002                   },
+    {"RaisedInPageError",         RaiseInPageError,                     0xC0000006                   },
+    {"BrokenAssert",              BreakAssert,                          assertExceptionCode          },
+    {"RunTimeLibrary",            CopyInRunTimeLibrary,                 EXCEPTION_ACCESS_VIOLATION   },
+    {"PlatformFunction",          CallPlatformWithBadAddress,           EXCEPTION_ACCESS_VIOLATION   },
+    {"NestedFrames",              FaultInNestedFrames,                  EXCEPTION_ACCESS_VIOLATION   },
 };
 
 class SehTranslatorTest : public ::testing::Test {
@@ -237,7 +286,6 @@ TEST_P(SehTranslatorFaultTest, IsCaughtAgainAndAgain)
 INSTANTIATE_TEST_SUITE_P(EveryFault, SehTranslatorFaultTest, ::testing::ValuesIn(faults),
                          [](const auto& row) { return std::string(row.param.name); });
 
-
 TEST_F(SehTranslatorTest, DestructorsInAllFramesInBetweenRun)
 {
     CatchOutside(Nested<ReadBadAddress, 5>);
@@ -274,7 +322,7 @@ Seen SeenBehind(void (*fault)())
 
 TEST_F(SehTranslatorTest, PointersTellThePlaceAndTheAddressInTheCatchClause)
 {
-    const Seen seen = SeenBehind([] { FaultAtFirstInstruction(badAddress); });
+    const Seen seen = SeenBehind(CallFaultAtFirstInstruction);
     EXPECT_EQ(seen.record.ExceptionCode, EXCEPTION_ACCESS_VIOLATION);
     EXPECT_EQ(seen.record.ExceptionAddress, reinterpret_cast<void*>(&FaultAtFirstInstruction));
     EXPECT_EQ(seen.context.Rip, reinterpret_cast<DWORD64>(&FaultAtFirstInstruction));
@@ -285,8 +333,7 @@ TEST_F(SehTranslatorTest, PointersTellThePlaceAndTheAddressInTheCatchClause)
 
 TEST_F(SehTranslatorTest, PointersKeepTheFlagsThatTheExceptionWasRaisedWith)
 {
-    EXPECT_EQ(SeenBehind(Raise<0xC0001234, EXCEPTION_NONCONTINUABLE>).record.ExceptionFlags,
-              DWORD{EXCEPTION_NONCONTINUABLE});
+    EXPECT_EQ(SeenBehind(RaiseNonContinuable).record.ExceptionFlags, DWORD{EXCEPTION_NONCONTINUABLE});
 }
 
 TEST_F(SehTranslatorTest, PointersOutliveALaterFault)
@@ -427,7 +474,7 @@ TEST_F(SehTranslatorTest, TheTranslatorFindsAnAlignedStack)
         ThrowTranslated(code, pointers);
     });
     EXPECT_EQ(CatchOutside(FaultBehindAligningPushes), EXCEPTION_ACCESS_VIOLATION);
-    EXPECT_EQ(CatchOutside([] { FaultAtFirstInstruction(badAddress); }), EXCEPTION_ACCESS_VIOLATION);
+    EXPECT_EQ(CatchOutside(CallFaultAtFirstInstruction), EXCEPTION_ACCESS_VIOLATION);
 }
 
 TEST_F(SehTranslatorTest, TheTranslatorFindsTheDirectionFlagClear)
@@ -628,14 +675,20 @@ FAULTING int RecurseWithCatch(int depth)
     }
 }
 
+template <Recursion recursion>
+void Overflow()
+{
+    recursion(0);
+}
+
 const FaultRow overflows[] = {
-    {"WithoutCleanup", [] { RecurseWithoutCleanup(0); }, EXCEPTION_STACK_OVERFLOW},
-    {"WithCleanup", [] { RecurseWithCleanup(0); }, EXCEPTION_STACK_OVERFLOW},
-    {"WithCatch", [] { RecurseWithCatch(0); }, EXCEPTION_STACK_OVERFLOW},
-    {"WithSmallBuffer", [] { RecurseWithBuffer<100>(0); }, EXCEPTION_STACK_OVERFLOW},
-    {"WithBufferOfHalfAPage", [] { RecurseWithBuffer<2000>(0); }, EXCEPTION_STACK_OVERFLOW},
-    {"WithBufferOfManyPages", [] { RecurseWithBuffer<20000>(0); }, EXCEPTION_STACK_OVERFLOW},
-    {"WithBufferOfMostOfTheReserve", [] { RecurseWithBuffer<100000>(0); }, EXCEPTION_STACK_OVERFLOW},
+    {"WithoutCleanup",               Overflow<RecurseWithoutCleanup>,     EXCEPTION_STACK_OVERFLOW},
+    {"WithCleanup",                  Overflow<RecurseWithCleanup>,        EXCEPTION_STACK_OVERFLOW},
+    {"WithCatch",                    Overflow<RecurseWithCatch>,          EXCEPTION_STACK_OVERFLOW},
+    {"WithSmallBuffer",              Overflow<RecurseWithBuffer<100>>,    EXCEPTION_STACK_OVERFLOW},
+    {"WithBufferOfHalfAPage",        Overflow<RecurseWithBuffer<2000>>,   EXCEPTION_STACK_OVERFLOW},
+    {"WithBufferOfManyPages",        Overflow<RecurseWithBuffer<20000>>,  EXCEPTION_STACK_OVERFLOW},
+    {"WithBufferOfMostOfTheReserve", Overflow<RecurseWithBuffer<100000>>, EXCEPTION_STACK_OVERFLOW},
 };
 
 class SehTranslatorOverflowTest : public SehTranslatorTest, public ::testing::WithParamInterface<FaultRow> {

@@ -675,6 +675,23 @@ FAULTING int RecurseWithCatch(int depth)
     }
 }
 
+/// Its stack is probed with the address of some instruction in a register, which must not be taken for a return
+/// address.
+FAULTING int RecurseWithCodeAddress(const char* instruction, int depth)
+{
+    const CountsBoth counted;
+    char volatile buffer[20000];
+    buffer[0] = static_cast<char>(depth);
+    const volatile auto again = RecurseWithCodeAddress;
+    return again(instruction, depth + 1) + buffer[0];
+}
+
+void OverflowWithCodeAddress()
+{
+    constexpr int behindPrologue = 5;
+    RecurseWithCodeAddress(reinterpret_cast<const char*>(&FaultInInstructionLikeAnEpilogue) + behindPrologue, 0);
+}
+
 template <Recursion recursion>
 void Overflow()
 {
@@ -689,6 +706,7 @@ const FaultRow overflows[] = {
     {"WithBufferOfHalfAPage",        Overflow<RecurseWithBuffer<2000>>,   EXCEPTION_STACK_OVERFLOW},
     {"WithBufferOfManyPages",        Overflow<RecurseWithBuffer<20000>>,  EXCEPTION_STACK_OVERFLOW},
     {"WithBufferOfMostOfTheReserve", Overflow<RecurseWithBuffer<100000>>, EXCEPTION_STACK_OVERFLOW},
+    {"WithCodeAddressInARegister",   OverflowWithCodeAddress,             EXCEPTION_STACK_OVERFLOW},
 };
 
 class SehTranslatorOverflowTest : public SehTranslatorTest, public ::testing::WithParamInterface<FaultRow> {

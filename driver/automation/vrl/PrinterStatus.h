@@ -2,11 +2,16 @@
 #pragma once
 
 #include "vrl/AutomationObject.h"
+#include "vrl/DriverInterface.h"
+#include "vrl/StatusFlags.h"
 #include "vrl/XPrinterRef.h"
 
-/// The live state of a printer. It holds no snapshot: every property asks anew.
-/// Threading: any thread.
-/// Not built yet: every member of the interface answers E_NOTIMPL.
+/// The live state of a printer. It holds no snapshot: every property asks anew, so two that are read one after the
+/// other can disagree.
+///
+/// A condition comes from the spooler's status word or, on a printer with a driver of its own, from the device. What
+/// cannot be asked reads as false, 0 or "Ready".
+/// Threading: any thread. Units: pages, millimetres.
 class PrinterStatus final : public AutomationObject<PrinterStatus, IPrinterStatus> {
 public:
     /// Binds to the printer that `printer` names; a bound object lets go of its old printer first.
@@ -51,5 +56,10 @@ public:
     STDMETHODIMP get_OdometerDistance(float* retOdometerDistance) noexcept override;
 
 private:
-    XPrinterRef _xPrinter; // empty until bound
+    DriverInterface& Driver() const;
+    HRESULT ReadCondition(const char* function, PrinterCondition condition, VARIANT_BOOL* retValue) noexcept;
+    HRESULT ReadSeverity(const char* function, StatusSeverity severity, VARIANT_BOOL* retValue) noexcept;
+
+    XPrinterRef _xPrinter;              // empty until bound
+    DriverInterface* _driver = nullptr; // borrowed from the XPrinter, set together with it
 };

@@ -5,6 +5,7 @@
 #include "spooler/InputFile.h"
 
 #include <algorithm>
+#include <new>
 
 namespace {
 
@@ -66,10 +67,10 @@ std::wstring Describe(const std::wstring& path, const ConfigError& error)
 
 ConfigOutcome LoadConfiguration(const std::wstring& path, World& world)
 {
-    DWORD error = ERROR_SUCCESS;
-    const Bytes text = ReadWholeFile(path, error);
-    if (error) return {error, path + L": the file can't be read, error " + std::to_wstring(error)};
     try {
+        DWORD error = ERROR_SUCCESS;
+        const Bytes text = ReadWholeFile(path, error);
+        if (error) return {error, path + L": the file can't be read, error " + std::to_wstring(error)};
         Described described;
         described.folder = FolderOf(path);
         const std::string_view bytes(reinterpret_cast<const char*>(text.data()), text.size());
@@ -79,5 +80,7 @@ ConfigOutcome LoadConfiguration(const std::wstring& path, World& world)
         return {};
     } catch (const ConfigError& malformed) {
         return {ERROR_BAD_CONFIGURATION, Describe(path, malformed)};
+    } catch (const std::bad_alloc&) {
+        return {ERROR_NOT_ENOUGH_MEMORY, Describe(path, {0, L"the file is too large"})};
     }
 }

@@ -90,12 +90,13 @@ TEST_F(GetPrinterTest, Level1DescribesThePrinter)
 
 TEST_F(GetPrinterTest, Level4TellsNameServerAndAttributes)
 {
-    SpoolerAddPrinter(
-        {.printerName = L"\\\\HOST\\LABEL", .serverName = L"\\\\HOST", .attributes = PRINTER_ATTRIBUTE_NETWORK});
+    SpoolerAddPrinter({.printerName = L"\\\\HOST\\LABEL",
+                       .serverName = L"\\\\HOST",
+                       .attributes = PRINTER_ATTRIBUTE_NETWORK | PRINTER_ATTRIBUTE_ENABLE_BIDI});
     const auto info = ReadPrinter<PRINTER_INFO_4W>(Open(L"\\\\HOST\\LABEL"), 4);
     EXPECT_EQ(Text(info->pPrinterName), L"\\\\HOST\\LABEL");
     EXPECT_EQ(Text(info->pServerName), L"\\\\HOST");
-    EXPECT_EQ(info->Attributes, DWORD{PRINTER_ATTRIBUTE_NETWORK});
+    EXPECT_EQ(info->Attributes, DWORD{PRINTER_ATTRIBUTE_NETWORK | PRINTER_ATTRIBUTE_ENABLE_BIDI});
 }
 
 TEST_F(GetPrinterTest, Level5TellsPortAndTimeouts)

@@ -144,7 +144,7 @@ TEST_F(JobReadingTest, OtherLevelsFail)
     const DWORD jobId = AddJob(L"Label");
     DWORD needed = 0;
     DWORD returned = 0;
-    for (const DWORD level : {0, 5}) {
+    for (const DWORD level : {0, 4, 5}) {
         EXPECT_EQ(ErrorOf(::GetJobW(printer.Get(), jobId, level, nullptr, 0, &needed)), DWORD{ERROR_INVALID_LEVEL});
         EXPECT_EQ(ErrorOf(::EnumJobsW(printer.Get(), 0, 1, level, nullptr, 0, &needed, &returned)),
                   DWORD{ERROR_INVALID_LEVEL});

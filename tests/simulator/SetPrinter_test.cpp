@@ -134,6 +134,44 @@ TEST_F(SetPrinterTest, NullDatatypeProcessorAndDeviceModeStayAsTheyAre)
     EXPECT_EQ(info->pDevMode->dmCopies, 2);
 }
 
+TEST_F(SetPrinterTest, OtherNullTextsAreStoredAsNull)
+{
+    EXPECT_EQ(Set2([](PRINTER_INFO_2W& info) {
+                  info.pShareName = nullptr;
+                  info.pComment = nullptr;
+                  info.pLocation = nullptr;
+                  info.pSepFile = nullptr;
+                  info.pParameters = nullptr;
+              }),
+              DWORD{ERROR_SUCCESS});
+    const auto info = Info();
+    for (const wchar_t* text : {info->pShareName, info->pComment, info->pLocation, info->pSepFile, info->pParameters})
+        EXPECT_EQ(text, nullptr);
+}
+
+TEST_F(SetPrinterTest, FieldsThatDoNotChangeAreNotCheckedAgain)
+{
+    SpoolerRemovePort(L"LPT1:");
+    SpoolerRemoveDriver(L"Generic / Text Only");
+    EXPECT_EQ(Set2([](PRINTER_INFO_2W& info) { info.pComment = Mutable(L"changed"); }), DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(Text(Info()->pComment), L"changed");
+}
+
+TEST_F(SetPrinterTest, PortsAndDriversAreFoundInAnyCase)
+{
+    EXPECT_EQ(Set2([](PRINTER_INFO_2W& info) {
+                  info.pPortName = Mutable(L"net1");
+                  info.pDriverName = Mutable(L"OTHER DRIVER");
+              }),
+              DWORD{ERROR_SUCCESS});
+}
+
+TEST_F(SetPrinterTest, TheLimitedRightIsEnough)
+{
+    printer = Open(L"Label", 0x40);
+    EXPECT_EQ(Command(PRINTER_CONTROL_PAUSE), DWORD{ERROR_SUCCESS});
+}
+
 TEST_F(SetPrinterTest, WrongFieldsFailWithTheirErrorsAndChangeNothing)
 {
     static const struct {

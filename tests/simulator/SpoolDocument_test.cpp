@@ -158,10 +158,12 @@ TEST_F(SpoolDocumentTest, TwoHandlesSpoolAtTheSameTime)
     EXPECT_EQ(AsText(SpoolerJobBytes(L"Label", second)), "2");
 }
 
-TEST_F(SpoolDocumentTest, AHandleForUseMayPrint)
+TEST_F(SpoolDocumentTest, AnyOpenHandleMayPrint)
 {
-    printer = Open(L"Label", PRINTER_ACCESS_USE);
-    EXPECT_NE(Start(), 0u);
+    for (const DWORD access : {DWORD{PRINTER_ACCESS_USE}, DWORD{PRINTER_ACCESS_ADMINISTER}, DWORD{READ_CONTROL}}) {
+        printer = Open(L"Label", access);
+        EXPECT_NE(Start(), 0u) << access;
+    }
 }
 
 TEST_F(SpoolDocumentTest, OnlyLevel1IsTaken)

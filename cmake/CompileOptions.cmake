@@ -6,6 +6,8 @@ target_compile_options(vorlane_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
   # Without it a structured exception cannot be caught as a C++ exception.
   $<$<COMPILE_LANGUAGE:CXX>:-fnon-call-exceptions>
+  # The debug help library of Wine reads no newer format; call stacks get their names from it.
+  $<$<CONFIG:Debug>:-gdwarf-4>
   # The place of a failed assertion is told relative to the source tree.
   -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=
   $<$<BOOL:${VORLANE_COVERAGE}>:--coverage>

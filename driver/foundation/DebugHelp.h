@@ -8,6 +8,7 @@
 
 #include <dbghelp.h>
 
+#include <map>
 #include <optional>
 #include <string>
 
@@ -16,7 +17,8 @@ OCriticalSection& DebugHelpLock();
 
 /// A session with the platform's debug help library over the own process.
 ///
-/// Ownership: loads the library and starts the session; the destructor ends both.
+/// Ownership: loads the library and starts the session; the destructor ends both. Usually the one of `Kept` is used:
+///            reading symbols takes long enough that a session pays for more than one call stack.
 /// Threading: under `DebugHelpLock`.
 class DebugHelp {
 public:
@@ -29,8 +31,8 @@ public:
         DWORD number;
     };
 
-    /// Starts the session with a path on which to look for symbols.
-    explicit DebugHelp(const std::wstring& searchPath);
+    /// Starts the session.
+    DebugHelp();
     DebugHelp(const DebugHelp&) = delete;
     DebugHelp& operator=(const DebugHelp&) = delete;
     ~DebugHelp();
@@ -38,7 +40,16 @@ public:
     /// Whether the library is there and the session has started; nothing else may be called if not.
     bool IsStarted() const noexcept { return _started; }
 
-    bool LoadSymbols(const LoadedModule& module) noexcept;
+    /// The session that is kept for the process, started when it is first needed; null if that fails.
+    static DebugHelp* Kept();
+    /// Ends the session of `Kept`. The next one looks for library and search path anew.
+    static void EndKept() noexcept;
+
+    /// Makes the symbols of `module` known, if they aren't yet.
+    void LoadSymbols(const LoadedModule& module);
+    /// The path on which symbols are looked for.
+    const std::wstring& GetSearchPath() const noexcept { return _searchPath; }
+
     /// Steps to the next frame outwards on the calling thread's stack; false at its end.
     bool NextFrame(STACKFRAME64& frame, CONTEXT& context) noexcept;
     std::optional<Symbol> FindSymbol(DWORD64 address);
@@ -49,15 +60,18 @@ public:
 private:
     bool ImportFunctions() noexcept;
 
+    std::wstring _searchPath;
     OModuleHandle _library;
     OWaitHandle _process; ///< a handle of our own, so that the session is not the host's
     bool _started = false;
+    std::map<DWORD64, std::wstring> _loadedPaths; ///< of the modules whose symbols are known, by their base
 
     decltype(::SymInitializeW)* _initialize = nullptr;
     decltype(::SymCleanup)* _cleanup = nullptr;
     decltype(::SymGetOptions)* _getOptions = nullptr;
     decltype(::SymSetOptions)* _setOptions = nullptr;
     decltype(::SymLoadModuleExW)* _loadModule = nullptr;
+    decltype(::SymUnloadModule64)* _unloadModule = nullptr;
     decltype(::StackWalk64)* _stackWalk = nullptr;
     decltype(::SymFunctionTableAccess64)* _functionTable = nullptr;
     decltype(::SymGetModuleBase64)* _moduleBase = nullptr;

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "foundation/StackWalker.h"
 
-#include <array>
 #include <cstdio>
-#include <string>
 
 #include "foundation/DebugHelp.h"
 #include "foundation/OLockGuard.h"
@@ -12,38 +10,6 @@ namespace {
 
 /// Enough for any stack that a person reads; an overflowed one has far more.
 constexpr int maximumFrames = 500;
-
-std::wstring CurrentFolder()
-{
-    wchar_t folder[MAX_PATH];
-    const DWORD length = ::GetCurrentDirectoryW(MAX_PATH, folder);
-    return length < MAX_PATH ? std::wstring(folder, length) : std::wstring();
-}
-
-std::wstring ModuleFolder()
-{
-    wchar_t path[MAX_PATH];
-    const std::wstring text(path, ::GetModuleFileNameW(nullptr, path, MAX_PATH));
-    return text.substr(0, text.rfind(L'\\'));
-}
-
-std::wstring EnvironmentText(const wchar_t* name)
-{
-    std::wstring text(::GetEnvironmentVariableW(name, nullptr, 0), L'\0');
-    text.resize(::GetEnvironmentVariableW(name, text.data(), static_cast<DWORD>(text.size())));
-    return text;
-}
-
-std::wstring SearchPath()
-{
-    const std::array folders{CurrentFolder(), ModuleFolder(), EnvironmentText(L"_NT_SYMBOL_PATH"),
-                             EnvironmentText(L"_NT_ALTERNATE_SYMBOL_PATH"), EnvironmentText(L"SYSTEMROOT")};
-    std::wstring path;
-    for (const std::wstring& folder : folders) {
-        if (!folder.empty()) path += folder + L';';
-    }
-    return path;
-}
 
 STACKFRAME64 FirstFrame(const CONTEXT& context) noexcept
 {
@@ -59,21 +25,26 @@ STACKFRAME64 FirstFrame(const CONTEXT& context) noexcept
 bool StackWalker::Walk(const CONTEXT& context)
 {
     const OLockGuard guard(DebugHelpLock());
-    const std::wstring searchPath = SearchPath();
-    DebugHelp debugHelp(searchPath);
-    if (!debugHelp.IsStarted()) return false;
+    DebugHelp* const debugHelp = DebugHelp::Kept();
+    if (!debugHelp) return false;
 
-    OnSearchPath(searchPath.c_str());
+    OnSearchPath(debugHelp->GetSearchPath().c_str());
     for (const LoadedModule& module : ListLoadedModules()) {
-        debugHelp.LoadSymbols(module);
+        debugHelp->LoadSymbols(module);
         OnModule(module.path.c_str(), module.base, module.size);
     }
-    ReportFrames(debugHelp, context);
+    ReportFrames(*debugHelp, context);
     return true;
 }
 
 void StackWalker::ReportFrames(DebugHelp& debugHelp, CONTEXT context)
 {
+    if (!debugHelp.FindModule(context.Rip)) {
+        // A jump out of all code: the library would stop here, but the caller is where a call has left its address.
+        ReportFrame(debugHelp, context.Rip);
+        context.Rip = *reinterpret_cast<const DWORD64*>(context.Rsp);
+        context.Rsp += sizeof(DWORD64);
+    }
     STACKFRAME64 frame = FirstFrame(context);
     DWORD64 lastAddress = 0;
     DWORD64 lastStack = 0;

@@ -648,6 +648,12 @@ TEST_F(PrinterInfoFieldsTest, SnapshotsShareNothingWithEachOtherOrTheCache)
     ExpectEqualButApart(first, second);
 }
 
+TEST_F(PrinterInfoTest, SnapshotOfAnUnknownPrinterSharesNothingWithTheCache)
+{
+    const PrinterInfo info = Snapshot(L"No such printer");
+    EXPECT_EQ(info.GetPrinterName().Core()->reference_count, 1);
+}
+
 TEST_F(PrinterInfoFieldsTest, SnapshotLeavesTheGivenNameAlone)
 {
     const OString name(richName);

@@ -158,6 +158,12 @@ TEST_F(TerminalClientPrinterTest, SessionThatTakesMoreThanFourBytesIsNone)
     EXPECT_FALSE(TerminalClientPrinter(handle.Get()).IsClientPrinter());
 }
 
+TEST_F(TerminalClientPrinterTest, SessionWithoutBytesIsNone)
+{
+    ::SpoolerSetData(printerName, dataKey, L"TSSessionID", REG_DWORD, nullptr, 0);
+    EXPECT_FALSE(TerminalClientPrinter(handle.Get()).IsClientPrinter());
+}
+
 TEST_F(TerminalClientPrinterTest, NameOf259CharactersIsTheLongest)
 {
     SetSession(3);

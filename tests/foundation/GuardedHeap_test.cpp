@@ -1,39 +1,43 @@
 // SPDX-License-Identifier: MIT
 #include "support/GuardedHeap.h"
 
-#include "support/GuardedText.h"
-
 #include "foundation/Platform.h"
 
 #include <gtest/gtest.h>
 
 #include <new>
 
+#include "support/GuardedText.h"
+
+namespace {
+
+/// Called by address, so that the compiler can neither leave the calls out nor tell what they give.
+char* (*volatile allocate)() = [] { return static_cast<char*>(::operator new[](64, std::nothrow)); };
+void (*volatile release)(char*) = [](char* block) { ::operator delete[](block); };
+
 TEST(GuardedHeap, MemoryEndsWithTheBlock)
 {
     const GuardedHeap heap;
-    char* const block = new (std::nothrow) char[64];
+    char* const block = allocate();
     EXPECT_FALSE(::IsBadWritePtr(block, 64));
     EXPECT_TRUE(::IsBadReadPtr(block + 64, 1));
-    delete[] block;
+    release(block);
 }
 
 TEST(GuardedHeap, FreedBlockIsClosed)
 {
     const GuardedHeap heap;
-    const char* const block = new (std::nothrow) char[64];
-    const auto address = reinterpret_cast<UINT_PTR>(block);
-    delete[] block;
-    EXPECT_TRUE(::IsBadReadPtr(reinterpret_cast<const void*>(address), 1));
+    char* const block = allocate();
+    release(block);
+    EXPECT_TRUE(::IsBadReadPtr(block, 1));
 }
 
 TEST(GuardedHeap, FindsWhatIsWrittenInFrontOfABlock)
 {
     const GuardedHeap heap;
-    char* const block = new (std::nothrow) char[64];
-    volatile char* const before = block - 1;
-    *before = 'x';
-    delete[] block;
+    char* const block = allocate();
+    block[-1] = 'x';
+    release(block);
     EXPECT_EQ(heap.Underruns(), 1);
 }
 
@@ -41,9 +45,9 @@ TEST(GuardedHeap, CountsLivingBlocks)
 {
     const GuardedHeap heap;
     const int before = heap.Living();
-    const char* const block = new (std::nothrow) char[64];
+    char* const block = allocate();
     EXPECT_EQ(heap.Living(), before + 1);
-    delete[] block;
+    release(block);
     EXPECT_EQ(heap.Living(), before);
 }
 
@@ -51,11 +55,11 @@ TEST(GuardedHeap, FailsAfterTheGivenNumber)
 {
     GuardedHeap heap;
     heap.FailAfter(1);
-    const char* const first = new (std::nothrow) char[64];
-    const char* const second = new (std::nothrow) char[64];
+    char* const first = allocate();
+    char* const second = allocate();
     EXPECT_NE(first, nullptr);
     EXPECT_EQ(second, nullptr);
-    delete[] first;
+    release(first);
 }
 
 TEST(GuardedText, EndsWithItsLastCharacter)
@@ -64,3 +68,5 @@ TEST(GuardedText, EndsWithItsLastCharacter)
     EXPECT_EQ(std::wstring_view(text.Get(), 3), L"abc");
     EXPECT_TRUE(::IsBadReadPtr(text.Get() + 3, 1));
 }
+
+} // namespace

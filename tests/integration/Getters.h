@@ -18,10 +18,13 @@ struct GetterOf<member> {
     static HRESULT Call(Object& object, void* out) { return (object.*member)(static_cast<Out*>(out)); }
 };
 
+template <auto member>
+inline constexpr auto reader = &GetterOf<member>::Call;
+
 /// A getter and the check that it makes first when its out pointer is null and its object not bound.
 template <class Interface>
 struct Getter {
-    enum class First { Binding, OutPointer, OutPointerOnly };
+    enum class First { Binding, OutPointer };
 
     const char* name;
     HRESULT (*call)(Interface& object, void* out);
@@ -35,84 +38,86 @@ using StatusGetter = Getter<IPrinterStatus>;
 
 // Deliberate: down to Comment the binding is tested first, from Location on the out pointer.
 inline constexpr PrinterGetter printerTexts[] = {
-    {"Name",       GetterOf<&IPrinter::get_Name>::Call,       PrinterGetter::First::Binding   },
-    {"ServerName", GetterOf<&IPrinter::get_ServerName>::Call, PrinterGetter::First::Binding   },
-    {"ShareName",  GetterOf<&IPrinter::get_ShareName>::Call,  PrinterGetter::First::Binding   },
-    {"PortName",   GetterOf<&IPrinter::get_PortName>::Call,   PrinterGetter::First::Binding   },
-    {"ModelName",  GetterOf<&IPrinter::get_ModelName>::Call,  PrinterGetter::First::Binding   },
-    {"Comment",    GetterOf<&IPrinter::get_Comment>::Call,    PrinterGetter::First::Binding   },
-    {"Location",   GetterOf<&IPrinter::get_Location>::Call,   PrinterGetter::First::OutPointer},
+    {"Name",       reader<&IPrinter::get_Name>,       PrinterGetter::First::Binding   },
+    {"ServerName", reader<&IPrinter::get_ServerName>, PrinterGetter::First::Binding   },
+    {"ShareName",  reader<&IPrinter::get_ShareName>,  PrinterGetter::First::Binding   },
+    {"PortName",   reader<&IPrinter::get_PortName>,   PrinterGetter::First::Binding   },
+    {"ModelName",  reader<&IPrinter::get_ModelName>,  PrinterGetter::First::Binding   },
+    {"Comment",    reader<&IPrinter::get_Comment>,    PrinterGetter::First::Binding   },
+    {"Location",   reader<&IPrinter::get_Location>,   PrinterGetter::First::OutPointer},
 };
 
 inline constexpr PrinterGetter printerFlags[] = {
-    {"Local",   GetterOf<&IPrinter::get_Local>::Call,   PrinterGetter::First::OutPointer},
-    {"Network", GetterOf<&IPrinter::get_Network>::Call, PrinterGetter::First::OutPointer},
-    {"Shared",  GetterOf<&IPrinter::get_Shared>::Call,  PrinterGetter::First::OutPointer},
+    {"Local",   reader<&IPrinter::get_Local>,   PrinterGetter::First::OutPointer},
+    {"Network", reader<&IPrinter::get_Network>, PrinterGetter::First::OutPointer},
+    {"Shared",  reader<&IPrinter::get_Shared>,  PrinterGetter::First::OutPointer},
 };
 
 inline constexpr PrinterGetter printerChildren[] = {
-    {"Queue",           GetterOf<&IPrinter::get_Queue>::Call,           PrinterGetter::First::OutPointerOnly},
-    {"Status",          GetterOf<&IPrinter::get_Status>::Call,          PrinterGetter::First::OutPointerOnly},
-    {"Configuration",   GetterOf<&IPrinter::get_Configuration>::Call,   PrinterGetter::First::OutPointerOnly},
-    {"Port",            GetterOf<&IPrinter::get_Port>::Call,            PrinterGetter::First::OutPointerOnly},
-    {"DefaultSchedule", GetterOf<&IPrinter::get_DefaultSchedule>::Call, PrinterGetter::First::OutPointerOnly},
-    {"Capabilities",    GetterOf<&IPrinter::get_Capabilities>::Call,    PrinterGetter::First::OutPointerOnly},
+    {"Queue",           reader<&IPrinter::get_Queue>,           PrinterGetter::First::OutPointer},
+    {"Status",          reader<&IPrinter::get_Status>,          PrinterGetter::First::OutPointer},
+    {"Configuration",   reader<&IPrinter::get_Configuration>,   PrinterGetter::First::OutPointer},
+    {"Port",            reader<&IPrinter::get_Port>,            PrinterGetter::First::OutPointer},
+    {"DefaultSchedule", reader<&IPrinter::get_DefaultSchedule>, PrinterGetter::First::OutPointer},
+    {"Capabilities",    reader<&IPrinter::get_Capabilities>,    PrinterGetter::First::OutPointer},
 };
 
 inline constexpr auto statusFirst = StatusGetter::First::OutPointer;
 
 /// A condition of the spooler's status word, with its bit.
-struct StatusCondition {
-    StatusGetter getter;
+struct StatusCondition : StatusGetter {
     DWORD bit;
 
-    friend std::ostream& operator<<(std::ostream& stream, const StatusCondition& row) { return stream << row.getter; }
+    constexpr StatusCondition(const char* conditionName, HRESULT (*get)(IPrinterStatus&, void*), DWORD conditionBit)
+        : StatusGetter{conditionName, get, statusFirst}, bit(conditionBit)
+    {
+    }
 };
 
 inline constexpr StatusCondition spoolerConditions[] = {
-    {{"Paused", GetterOf<&IPrinterStatus::get_Paused>::Call, statusFirst},                     PRINTER_STATUS_PAUSED           },
-    {{"PaperJam", GetterOf<&IPrinterStatus::get_PaperJam>::Call, statusFirst},                 PRINTER_STATUS_PAPER_JAM        },
-    {{"PaperOut", GetterOf<&IPrinterStatus::get_PaperOut>::Call, statusFirst},                 PRINTER_STATUS_PAPER_OUT        },
-    {{"ManualFeed", GetterOf<&IPrinterStatus::get_ManualFeed>::Call, statusFirst},             PRINTER_STATUS_MANUAL_FEED      },
-    {{"PaperProblem", GetterOf<&IPrinterStatus::get_PaperProblem>::Call, statusFirst},         PRINTER_STATUS_PAPER_PROBLEM    },
-    {{"Offline", GetterOf<&IPrinterStatus::get_Offline>::Call, statusFirst},                   PRINTER_STATUS_OFFLINE          },
-    {{"IOActive", GetterOf<&IPrinterStatus::get_IOActive>::Call, statusFirst},                 PRINTER_STATUS_IO_ACTIVE        },
-    {{"Busy", GetterOf<&IPrinterStatus::get_Busy>::Call, statusFirst},                         PRINTER_STATUS_BUSY             },
-    {{"Printing", GetterOf<&IPrinterStatus::get_Printing>::Call, statusFirst},                 PRINTER_STATUS_PRINTING         },
-    {{"OutputFull", GetterOf<&IPrinterStatus::get_OutputFull>::Call, statusFirst},             PRINTER_STATUS_OUTPUT_BIN_FULL  },
-    {{"NotAvailable", GetterOf<&IPrinterStatus::get_NotAvailable>::Call, statusFirst},         PRINTER_STATUS_NOT_AVAILABLE    },
-    {{"Waiting", GetterOf<&IPrinterStatus::get_Waiting>::Call, statusFirst},                   PRINTER_STATUS_WAITING          },
-    {{"Processing", GetterOf<&IPrinterStatus::get_Processing>::Call, statusFirst},             PRINTER_STATUS_PROCESSING       },
-    {{"Initializing", GetterOf<&IPrinterStatus::get_Initializing>::Call, statusFirst},         PRINTER_STATUS_INITIALIZING     },
-    {{"WarmingUp", GetterOf<&IPrinterStatus::get_WarmingUp>::Call, statusFirst},               PRINTER_STATUS_WARMING_UP       },
-    {{"TonerLow", GetterOf<&IPrinterStatus::get_TonerLow>::Call, statusFirst},                 PRINTER_STATUS_TONER_LOW        },
-    {{"NoToner", GetterOf<&IPrinterStatus::get_NoToner>::Call, statusFirst},                   PRINTER_STATUS_NO_TONER         },
-    {{"UserInterventionRequired", GetterOf<&IPrinterStatus::get_UserInterventionRequired>::Call, statusFirst},
-     PRINTER_STATUS_USER_INTERVENTION                                                                                          },
-    {{"OutOfMemory", GetterOf<&IPrinterStatus::get_OutOfMemory>::Call, statusFirst},           PRINTER_STATUS_OUT_OF_MEMORY    },
-    {{"DoorOpen", GetterOf<&IPrinterStatus::get_DoorOpen>::Call, statusFirst},                 PRINTER_STATUS_DOOR_OPEN        },
-    {{"PowerSave", GetterOf<&IPrinterStatus::get_PowerSave>::Call, statusFirst},               PRINTER_STATUS_POWER_SAVE       },
+    {"Paused",                   reader<&IPrinterStatus::get_Paused>,                   PRINTER_STATUS_PAUSED         },
+    {"PaperJam",                 reader<&IPrinterStatus::get_PaperJam>,                 PRINTER_STATUS_PAPER_JAM      },
+    {"PaperOut",                 reader<&IPrinterStatus::get_PaperOut>,                 PRINTER_STATUS_PAPER_OUT      },
+    {"ManualFeed",               reader<&IPrinterStatus::get_ManualFeed>,               PRINTER_STATUS_MANUAL_FEED    },
+    {"PaperProblem",             reader<&IPrinterStatus::get_PaperProblem>,             PRINTER_STATUS_PAPER_PROBLEM  },
+    {"Offline",                  reader<&IPrinterStatus::get_Offline>,                  PRINTER_STATUS_OFFLINE        },
+    {"IOActive",                 reader<&IPrinterStatus::get_IOActive>,                 PRINTER_STATUS_IO_ACTIVE      },
+    {"Busy",                     reader<&IPrinterStatus::get_Busy>,                     PRINTER_STATUS_BUSY           },
+    {"Printing",                 reader<&IPrinterStatus::get_Printing>,                 PRINTER_STATUS_PRINTING       },
+    {"OutputFull",               reader<&IPrinterStatus::get_OutputFull>,               PRINTER_STATUS_OUTPUT_BIN_FULL},
+    {"NotAvailable",             reader<&IPrinterStatus::get_NotAvailable>,             PRINTER_STATUS_NOT_AVAILABLE  },
+    {"Waiting",                  reader<&IPrinterStatus::get_Waiting>,                  PRINTER_STATUS_WAITING        },
+    {"Processing",               reader<&IPrinterStatus::get_Processing>,               PRINTER_STATUS_PROCESSING     },
+    {"Initializing",             reader<&IPrinterStatus::get_Initializing>,             PRINTER_STATUS_INITIALIZING   },
+    {"WarmingUp",                reader<&IPrinterStatus::get_WarmingUp>,                PRINTER_STATUS_WARMING_UP     },
+    {"TonerLow",                 reader<&IPrinterStatus::get_TonerLow>,                 PRINTER_STATUS_TONER_LOW      },
+    {"NoToner",                  reader<&IPrinterStatus::get_NoToner>,                  PRINTER_STATUS_NO_TONER       },
+    {"UserInterventionRequired", reader<&IPrinterStatus::get_UserInterventionRequired>,
+     PRINTER_STATUS_USER_INTERVENTION                                                                                 },
+    {"OutOfMemory",              reader<&IPrinterStatus::get_OutOfMemory>,              PRINTER_STATUS_OUT_OF_MEMORY  },
+    {"DoorOpen",                 reader<&IPrinterStatus::get_DoorOpen>,                 PRINTER_STATUS_DOOR_OPEN      },
+    {"PowerSave",                reader<&IPrinterStatus::get_PowerSave>,                PRINTER_STATUS_POWER_SAVE     },
 };
 
 /// Conditions that only a label printer's own driver tells.
 inline constexpr StatusGetter extendedConditions[] = {
-    {"LabelPresent",    GetterOf<&IPrinterStatus::get_LabelPresent>::Call,    statusFirst},
-    {"PrinterPaused",   GetterOf<&IPrinterStatus::get_PrinterPaused>::Call,   statusFirst},
-    {"BatteryLow",      GetterOf<&IPrinterStatus::get_BatteryLow>::Call,      statusFirst},
-    {"BatteryCharging", GetterOf<&IPrinterStatus::get_BatteryCharging>::Call, statusFirst},
-    {"RibbonLow",       GetterOf<&IPrinterStatus::get_RibbonLow>::Call,       statusFirst},
-    {"RibbonOut",       GetterOf<&IPrinterStatus::get_RibbonOut>::Call,       statusFirst},
-    {"RibbonError",     GetterOf<&IPrinterStatus::get_RibbonError>::Call,     statusFirst},
-    {"PaperLow",        GetterOf<&IPrinterStatus::get_PaperLow>::Call,        statusFirst},
-    {"HeadOpen",        GetterOf<&IPrinterStatus::get_HeadOpen>::Call,        statusFirst},
-    {"HeadError",       GetterOf<&IPrinterStatus::get_HeadError>::Call,       statusFirst},
-    {"CutterError",     GetterOf<&IPrinterStatus::get_CutterError>::Call,     statusFirst},
+    {"LabelPresent",    reader<&IPrinterStatus::get_LabelPresent>,    statusFirst},
+    {"PrinterPaused",   reader<&IPrinterStatus::get_PrinterPaused>,   statusFirst},
+    {"BatteryLow",      reader<&IPrinterStatus::get_BatteryLow>,      statusFirst},
+    {"BatteryCharging", reader<&IPrinterStatus::get_BatteryCharging>, statusFirst},
+    {"RibbonLow",       reader<&IPrinterStatus::get_RibbonLow>,       statusFirst},
+    {"RibbonOut",       reader<&IPrinterStatus::get_RibbonOut>,       statusFirst},
+    {"RibbonError",     reader<&IPrinterStatus::get_RibbonError>,     statusFirst},
+    {"PaperLow",        reader<&IPrinterStatus::get_PaperLow>,        statusFirst},
+    {"HeadOpen",        reader<&IPrinterStatus::get_HeadOpen>,        statusFirst},
+    {"HeadError",       reader<&IPrinterStatus::get_HeadError>,       statusFirst},
+    {"CutterError",     reader<&IPrinterStatus::get_CutterError>,     statusFirst},
 };
 
 inline constexpr StatusGetter statusSummary[] = {
-    {"Text",             GetterOf<&IPrinterStatus::get_Text>::Call,             statusFirst},
-    {"Warning",          GetterOf<&IPrinterStatus::get_Warning>::Call,          statusFirst},
-    {"Error",            GetterOf<&IPrinterStatus::get_Error>::Call,            statusFirst},
-    {"OdometerPages",    GetterOf<&IPrinterStatus::get_OdometerPages>::Call,    statusFirst},
-    {"OdometerDistance", GetterOf<&IPrinterStatus::get_OdometerDistance>::Call, statusFirst},
+    {"Text",             reader<&IPrinterStatus::get_Text>,             statusFirst},
+    {"Warning",          reader<&IPrinterStatus::get_Warning>,          statusFirst},
+    {"Error",            reader<&IPrinterStatus::get_Error>,            statusFirst},
+    {"OdometerPages",    reader<&IPrinterStatus::get_OdometerPages>,    statusFirst},
+    {"OdometerDistance", reader<&IPrinterStatus::get_OdometerDistance>, statusFirst},
 };

@@ -36,7 +36,7 @@ protected:
     std::vector<std::string> Conditions() const
     {
         std::vector<std::string> names;
-        for (const auto& row : spoolerConditions) AddIfTrue(names, row.getter);
+        for (const auto& row : spoolerConditions) AddIfTrue(names, row);
         for (const auto& row : extendedConditions) AddIfTrue(names, row);
         return names;
     }
@@ -61,37 +61,37 @@ struct WordRow {
 };
 
 constexpr WordRow words[] = {
-    {"Nothing",             0x00000000, L"Ready",                      false, false},
-    {"Paused",              0x00000001, L"Paused",                     false, false},
-    {"PlainError",          0x00000002, L"",                           true,  false},
-    {"PendingDeletion",     0x00000004, L"",                           false, false},
-    {"PaperJam",            0x00000008, L"Paper Jam",                  true,  false},
-    {"PaperOut",            0x00000010, L"Paper Out",                  true,  false},
-    {"ManualFeed",          0x00000020, L"Manual Feed",                false, false},
-    {"PaperProblem",        0x00000040, L"Paper Problem",              true,  false},
-    {"Offline",             0x00000080, L"Offline",                    false, false},
-    {"IOActive",            0x00000100, L"IO Active",                  false, false},
-    {"Busy",                0x00000200, L"Busy",                       false, false},
-    {"Printing",            0x00000400, L"Printing",                   false, false},
-    {"OutputBinFull",       0x00000800, L"Output Bin Full",            true,  false},
-    {"NotAvailable",        0x00001000, L"Not Available",              true,  false},
-    {"Waiting",             0x00002000, L"Waiting",                    false, false},
-    {"Processing",          0x00004000, L"Processing",                 false, false},
-    {"Initializing",        0x00008000, L"Initializing",               false, false},
-    {"WarmingUp",           0x00010000, L"Warming Up",                 false, false},
-    {"TonerLow",            0x00020000, L"Toner Low",                  false, true },
-    {"NoToner",             0x00040000, L"No Toner",                   true,  false},
-    {"PagePunt",            0x00080000, L"Page Punt",                  true,  false},
-    {"UserIntervention",    0x00100000, L"User Intervention Required", true,  false},
-    {"OutOfMemory",         0x00200000, L"Out Of Memory",              true,  false},
-    {"DoorOpen",            0x00400000, L"Door Open",                  true,  false},
-    {"ServerUnknown",       0x00800000, L"",                           true,  false},
-    {"PowerSave",           0x01000000, L"Power Save",                 false, true },
-    {"JamAndOut",           0x00000018, L"Paper Jam, Paper Out",       true,  false},
-    {"PrintingAndError",    0x00000402, L"Printing",                   true,  false},
-    {"WarningAndError",     0x00020008, L"Paper Jam, Toner Low",       true,  false},
-    {"BitWithoutMeaning",   0x80000000, L"",                           false, false},
-    {"ReadyIsOnlyForZero",  0x00800004, L"",                           true,  false},
+    {"Nothing",            0x00000000, L"Ready",                      false, false},
+    {"Paused",             0x00000001, L"Paused",                     false, false},
+    {"PlainError",         0x00000002, L"",                           true,  false},
+    {"PendingDeletion",    0x00000004, L"",                           false, false},
+    {"PaperJam",           0x00000008, L"Paper Jam",                  true,  false},
+    {"PaperOut",           0x00000010, L"Paper Out",                  true,  false},
+    {"ManualFeed",         0x00000020, L"Manual Feed",                false, false},
+    {"PaperProblem",       0x00000040, L"Paper Problem",              true,  false},
+    {"Offline",            0x00000080, L"Offline",                    false, false},
+    {"IOActive",           0x00000100, L"IO Active",                  false, false},
+    {"Busy",               0x00000200, L"Busy",                       false, false},
+    {"Printing",           0x00000400, L"Printing",                   false, false},
+    {"OutputBinFull",      0x00000800, L"Output Bin Full",            true,  false},
+    {"NotAvailable",       0x00001000, L"Not Available",              true,  false},
+    {"Waiting",            0x00002000, L"Waiting",                    false, false},
+    {"Processing",         0x00004000, L"Processing",                 false, false},
+    {"Initializing",       0x00008000, L"Initializing",               false, false},
+    {"WarmingUp",          0x00010000, L"Warming Up",                 false, false},
+    {"TonerLow",           0x00020000, L"Toner Low",                  false, true },
+    {"NoToner",            0x00040000, L"No Toner",                   true,  false},
+    {"PagePunt",           0x00080000, L"Page Punt",                  true,  false},
+    {"UserIntervention",   0x00100000, L"User Intervention Required", true,  false},
+    {"OutOfMemory",        0x00200000, L"Out Of Memory",              true,  false},
+    {"DoorOpen",           0x00400000, L"Door Open",                  true,  false},
+    {"ServerUnknown",      0x00800000, L"",                           true,  false},
+    {"PowerSave",          0x01000000, L"Power Save",                 false, true },
+    {"JamAndOut",          0x00000018, L"Paper Jam, Paper Out",       true,  false},
+    {"PrintingAndError",   0x00000402, L"Printing",                   true,  false},
+    {"WarningAndError",    0x00020008, L"Paper Jam, Toner Low",       true,  false},
+    {"BitWithoutMeaning",  0x80000000, L"",                           false, false},
+    {"ReadyIsOnlyForZero", 0x00800004, L"",                           true,  false},
 };
 
 class StatusWord : public StatusObject, public ::testing::WithParamInterface<WordRow> {};
@@ -117,24 +117,24 @@ class StatusBit : public StatusObject, public ::testing::WithParamInterface<Stat
 TEST_P(StatusBit, IsTheOnlyConditionThatHolds)
 {
     SetWord(GetParam().bit);
-    EXPECT_EQ(Conditions(), std::vector<std::string>{GetParam().getter.name});
+    EXPECT_EQ(Conditions(), std::vector<std::string>{GetParam().name});
 }
 
 TEST_P(StatusBit, IsTheOnlyConditionThatDoesNotHold)
 {
     SetWord(~GetParam().bit);
-    EXPECT_EQ(Flag(GetParam().getter), VARIANT_FALSE);
+    EXPECT_EQ(Flag(GetParam()), VARIANT_FALSE);
     EXPECT_EQ(Conditions().size(), std::size(spoolerConditions) - 1);
 }
 
 TEST_P(StatusBit, IsReadLateBound)
 {
     SetWord(GetParam().bit);
-    EXPECT_EQ(LateBound(status.Get()).Get(GetParam().getter.name).value, _variant_t(true));
+    EXPECT_EQ(LateBound(status.Get()).Get(GetParam().name).value, _variant_t(true));
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, StatusBit, ::testing::ValuesIn(spoolerConditions),
-                         [](const auto& row) { return std::string(row.param.getter.name); });
+                         [](const auto& row) { return std::string(row.param.name); });
 
 class ExtendedStatusBit : public StatusObject, public ::testing::WithParamInterface<StatusGetter> {};
 

@@ -258,10 +258,10 @@ struct TextSetter {
 };
 
 constexpr TextSetter textSetters[] = {
-    {"ShareName", &IPrinter::put_ShareName, &PRINTER_INFO_2W::pShareName, L"SHELF 12"                },
-    {"PortName",  &IPrinter::put_PortName,  &PRINTER_INFO_2W::pPortName,  L"LPT2:"                   },
+    {"ShareName", &IPrinter::put_ShareName, &PRINTER_INFO_2W::pShareName, L"SHELF 12"                   },
+    {"PortName",  &IPrinter::put_PortName,  &PRINTER_INFO_2W::pPortName,  L"LPT2:"                      },
     {"Comment",   &IPrinter::put_Comment,   &PRINTER_INFO_2W::pComment,   L"Returns \u2014 \u8FD4\u54C1"},
-    {"Location",  &IPrinter::put_Location,  &PRINTER_INFO_2W::pLocation,  L"Gate 8"                  },
+    {"Location",  &IPrinter::put_Location,  &PRINTER_INFO_2W::pLocation,  L"Gate 8"                     },
 };
 
 class PrinterSetter : public PrinterObject, public ::testing::WithParamInterface<TextSetter> {

@@ -7,6 +7,7 @@
 #include "vrl/VRException.h"
 #include "vrl/VRExceptionHandler.h"
 
+#include <algorithm>
 #include <new>
 
 #include <wrl/client.h>
@@ -27,6 +28,16 @@ HRESULT ResultOfException(const OException& exception) noexcept
     const long code = exception.GetErrorCode();
     return code > 0 ? static_cast<HRESULT>((static_cast<unsigned long>(code) & 0xFFFF) | 0x80070000)
                     : static_cast<HRESULT>(code);
+}
+
+/// The text in the system's code page as a BSTR; null if there is no memory for it. It takes no text of ours, which
+/// would raise a structured exception then: nobody translates one here.
+OBstr WideText(const char* text) noexcept
+{
+    const int length = ::MultiByteToWideChar(CP_ACP, 0, text, -1, nullptr, 0);
+    OBstr wide(::SysAllocStringLen(nullptr, static_cast<UINT>(std::max(length, 1)) - 1));
+    if (wide) ::MultiByteToWideChar(CP_ACP, 0, text, -1, wide.Get(), length);
+    return wide;
 }
 
 /// The program identifier of a class, as error information names its source; null if the class is not registered.
@@ -55,11 +66,8 @@ void ReportError(const CLSID& clsid, const char* text) noexcept
     create->SetGUID(IID_NULL);
     create->SetHelpContext(0);
     SetSource(*create.Get(), clsid);
-    try {
-        create->SetDescription(const_cast<wchar_t*>(OString(text).wstring()));
-    } catch (const std::bad_alloc&) {
-        // The code alone has to do when there is no memory for its text.
-    }
+    // The code alone has to do when there is no memory for its text.
+    if (const OBstr description = WideText(text)) create->SetDescription(description.Get());
 
     Microsoft::WRL::ComPtr<IErrorInfo> errorInfo;
     if (SUCCEEDED(create.As(&errorInfo))) ::SetErrorInfo(0, errorInfo.Get());
@@ -72,8 +80,8 @@ try {
         return RunTranslatedBody(body, context);
     } catch (const OException& exception) {
         handler.Report(exception);
-        const OString text = exception.GetErrorText();
-        return Fail(clsid, ResultOfException(exception), text.IsEmpty() ? unspecifiedError : text.nstring());
+        const char* const text = exception.GetErrorTextA();
+        return Fail(clsid, ResultOfException(exception), text && *text ? text : unspecifiedError);
     } catch (const std::bad_alloc*) { // the form that class libraries of other compilers use
         return Fail(clsid, E_OUTOFMEMORY, outOfMemory);
     } catch (const std::bad_alloc&) {

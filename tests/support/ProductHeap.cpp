@@ -95,10 +95,14 @@ void ProductHeap::Refuse(int index)
     Reset(::GetCurrentThreadId(), index);
 }
 
-bool ProductHeap::Refill()
+void ProductHeap::Refill()
 {
     const std::lock_guard guard(lock);
-    const bool ranOut = refused;
-    Reset(0, none);
-    return ranOut;
+    granted = none;
+}
+
+bool ProductHeap::HasRefused() const
+{
+    const std::lock_guard guard(lock);
+    return refused;
 }

@@ -19,8 +19,11 @@ public:
     /// Of the blocks that the calling thread takes from now on, the one of that index is refused.
     void Refuse(int index);
 
-    /// Refuses no block any more; tells whether one was refused.
-    bool Refill();
+    /// Refuses no block any more.
+    void Refill();
+
+    /// A block was refused since the last `Refuse`.
+    bool HasRefused() const;
 
 private:
     ImportHook _malloc;

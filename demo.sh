@@ -26,7 +26,7 @@ on_a_real_spooler() {
 
 scripts/install-packages.sh "${build_packages[@]}" "${run_packages[@]}" "${cups_packages[@]}"
 say "Building Vorlane.dll"
-build release
+build release Vorlane spooler_simulator
 register release
 mkdir -p "$work"
 

@@ -7,10 +7,12 @@ lint_packages=(clang-format-14 clang-tidy-14 python3)
 
 say() { printf '\n== %s\n' "$*"; }
 
-# build PRESET: configures and builds it.
+# build PRESET [TARGET...]: configures and builds it, or those targets of it.
 build() {
-    cmake --preset "$1" >"$(log_of "$1" configure)" 2>&1 || { cat "$(log_of "$1" configure)"; return 1; }
-    cmake --build --preset "$1"
+    local preset=$1
+    shift
+    cmake --preset "$preset" >"$(log_of "$preset" configure)" 2>&1 || { cat "$(log_of "$preset" configure)"; return 1; }
+    cmake --build --preset "$preset" ${*:+--target "$@"}
 }
 
 log_of() {

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <string>
 
 #include "foundation/Assert.h"
@@ -138,9 +139,11 @@ void OBaseArray<elementSize>::Take(int to, const OBaseArray& src) noexcept
 }
 
 template <size_t elementSize>
-void OBaseArray<elementSize>::Reallocate(int maxSize) noexcept
+void OBaseArray<elementSize>::Reallocate(int maxSize)
 {
-    m_pData = static_cast<BYTE*>(std::realloc(m_pData, Bytes(maxSize)));
+    void* const block = std::realloc(m_pData, Bytes(maxSize));
+    if (!block) throw std::bad_alloc();
+    m_pData = static_cast<BYTE*>(block);
     m_nMaxSize = maxSize;
 }
 

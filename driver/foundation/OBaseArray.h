@@ -11,7 +11,8 @@
 ///
 /// Ownership: the array owns its block, and nothing that the elements refer to. It can't be copied by the language; see
 ///            `Copy`.
-/// Errors:    a bad index or count is an ASSERT. A block that can't be had isn't looked for.
+/// Errors:    a bad index or count is an ASSERT. A block that can't be had is std::bad_alloc, with the array
+///            as it was.
 /// Threading: none; an owner that shares an array holds its own lock.
 template <size_t elementSize>
 class OBaseArray {
@@ -71,7 +72,7 @@ private:
     void Zero(int from, int to) noexcept;
     void Move(int to, int from, int count) noexcept;
     void Take(int to, const OBaseArray& src) noexcept;
-    void Reallocate(int maxSize) noexcept;
+    void Reallocate(int maxSize);
 };
 
 extern template class OBaseArray<1>;

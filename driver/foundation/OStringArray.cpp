@@ -7,6 +7,7 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "foundation/Assert.h"
 #include "foundation/OArrayGrowth.h"
@@ -494,12 +495,14 @@ void OStringArray::_CopyElements(OString* target, const OString* source, int cou
 }
 
 /// Moves the elements in use into a new block with room for `maxSize`; none if that is 0.
-void OStringArray::Reallocate(int maxSize) noexcept
+void OStringArray::Reallocate(int maxSize)
 {
-    OString* const old = m_pData;
-    m_pData =
-        maxSize > 0 ? static_cast<OString*>(std::malloc(static_cast<size_t>(maxSize) * sizeof(OString))) : nullptr;
-    MoveHandles(m_pData, old, m_nSize);
+    OString* block = nullptr;
+    if (maxSize > 0) {
+        block = static_cast<OString*>(std::malloc(static_cast<size_t>(maxSize) * sizeof(OString)));
+        if (!block) throw std::bad_alloc();
+    }
+    MoveHandles(block, m_pData, m_nSize);
+    std::free(std::exchange(m_pData, block));
     m_nMaxSize = maxSize;
-    std::free(old);
 }

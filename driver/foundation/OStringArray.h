@@ -8,7 +8,8 @@
 ///
 /// It grows as `OBaseArray` does; an `OString` is one pointer, so elements move as plain bytes with no count touched.
 /// Ownership: its elements. It can't be copied by the language; see `Copy`.
-/// Errors:    a bad index or count is an ASSERT. A block that can't be had isn't looked for.
+/// Errors:    a bad index or count is an ASSERT. A block that can't be had is std::bad_alloc, with the array
+///            as it was.
 /// Threading: none, as `OString`.
 class OStringArray {
 public:
@@ -115,5 +116,5 @@ private:
     static void _DestructElements(OString* elements, int count) noexcept;
     static void _CopyElements(OString* target, const OString* source, int count) noexcept;
     // NOLINTEND(bugprone-reserved-identifier)
-    void Reallocate(int maxSize) noexcept;
+    void Reallocate(int maxSize);
 };

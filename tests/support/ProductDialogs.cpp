@@ -17,7 +17,7 @@ int WINAPI SayNo(HWND, LPCSTR text, LPCSTR, UINT)
 
 } // namespace
 
-ProductDialogs::ProductDialogs(const ProductModule& product) : _hook(product.Handle(), "MessageBoxA", SayNo)
+ProductDialogs::ProductDialogs(const ProductModule& product) : _hook("MessageBoxA", SayNo, product.Handle())
 {
     const std::lock_guard guard(lock);
     texts.clear();

@@ -16,5 +16,5 @@ public:
     std::vector<std::string> Texts() const;
 
 private:
-    ImportHook _hook;
+    ImportHook<decltype(::MessageBoxA)> _hook;
 };

@@ -69,8 +69,8 @@ void Reset(DWORD thread, int count)
 } // namespace
 
 ProductHeap::ProductHeap(const ProductModule& product)
-    : _malloc(product.Handle(), "malloc", TakeBlock), _calloc(product.Handle(), "calloc", TakeClearBlock),
-      _realloc(product.Handle(), "realloc", ResizeBlock), _free(product.Handle(), "free", GiveBack)
+    : _malloc("malloc", TakeBlock, product.Handle()), _calloc("calloc", TakeClearBlock, product.Handle()),
+      _realloc("realloc", ResizeBlock, product.Handle()), _free("free", GiveBack, product.Handle())
 {
     const std::lock_guard guard(lock);
     Reset(0, none);

@@ -26,8 +26,8 @@ public:
     bool HasRefused() const;
 
 private:
-    ImportHook _malloc;
-    ImportHook _calloc;
-    ImportHook _realloc;
-    ImportHook _free;
+    ImportHook<void*(size_t)> _malloc;
+    ImportHook<void*(size_t, size_t)> _calloc;
+    ImportHook<void*(void*, size_t)> _realloc;
+    ImportHook<void(void*)> _free;
 };

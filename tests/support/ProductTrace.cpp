@@ -18,7 +18,7 @@ void WINAPI TakeLine(LPCSTR text)
 
 } // namespace
 
-ProductTrace::ProductTrace(const ProductModule& product) : _hook(product.Handle(), "OutputDebugStringA", TakeLine)
+ProductTrace::ProductTrace(const ProductModule& product) : _hook("OutputDebugStringA", TakeLine, product.Handle())
 {
     const std::lock_guard guard(lock);
     lines.clear();

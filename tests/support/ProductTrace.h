@@ -15,5 +15,5 @@ public:
     size_t Count(const std::string& text) const;
 
 private:
-    ImportHook _hook;
+    ImportHook<decltype(::OutputDebugStringA)> _hook;
 };

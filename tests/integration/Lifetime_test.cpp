@@ -201,19 +201,7 @@ INSTANTIATE_TEST_SUITE_P(Each, LifetimeOfPart, ::testing::ValuesIn(printerChildr
 
 class ShortMemory : public Lifetime {
 protected:
-    /// Memory that is kept for the life of the process, also that of the first failures of each kind, is taken now.
-    static void SetUpTestSuite()
-    {
-        ::SpoolerReset();
-        const auto printer = CreatePrinter();
-        const ProductDialogs dialogs(Product());
-        EXPECT_EQ(Initialize(*printer.Get(), L"No such printer"), couldNotOpenPrinter.result);
-        EXPECT_EQ(printer->Initialize(reinterpret_cast<BSTR>(0x10)), SystemAnswer(ERROR_INVALID_ADDRESS).result);
-        ProductHeap heap(Product());
-        heap.Refuse(1); // the memory of what is thrown
-        EXPECT_EQ(AnswerOf(printer->get_Name(nullptr)), printerNotInitialized);
-        EXPECT_TRUE(heap.HasRefused());
-    }
+    static void SetUpTestSuite() { WarmUp(); }
 
     /// What a member answers when it finds no memory: texts take it as an internal failure.
     static auto FailureForWantOfMemory()

@@ -16,15 +16,7 @@ using ::testing::ValuesIn;
 /// end the module has given all its memory back.
 class SpoolerFailures : public IntegrationTest {
 protected:
-    /// Memory that is kept for the life of the process is taken now.
-    static void SetUpTestSuite()
-    {
-        ::SpoolerReset();
-        AddPrinterNamed(L"Warm");
-        const auto printer = BoundPrinter(L"Warm");
-        EXPECT_EQ(Comment(*printer.Get()), L"Shipping labels");
-        EXPECT_EQ(AnswerOf(Initialize(*printer.Get(), L"No such printer")), couldNotOpenPrinter);
-    }
+    static void SetUpTestSuite() { WarmUp(); }
 
     void SetUp() override
     {

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "support/IntegrationTest.h"
 
+#include "support/ProductDialogs.h"
+#include "support/ProductHeap.h"
+
 #include <algorithm>
 
 namespace {
@@ -38,6 +41,29 @@ const ProductModule& IntegrationTest::Product()
 {
     static const ProductModule product;
     return product;
+}
+
+void IntegrationTest::WarmUp()
+{
+    ::SpoolerReset();
+    AddPrinterNamed(L"Warm");
+    const auto printer = BoundPrinter(L"Warm");
+    const ProductDialogs dialogs(Product());
+    EXPECT_EQ(Initialize(*printer.Get(), L"No such printer"), couldNotOpenPrinter.result);
+    EXPECT_EQ(printer->Initialize(reinterpret_cast<BSTR>(0x10)), SystemAnswer(ERROR_INVALID_ADDRESS).result);
+
+    ProductHeap heap(Product());
+    heap.Refuse(1); // the memory of what is thrown
+    EXPECT_EQ(AnswerOf(printer->get_Name(nullptr)), printerNotInitialized);
+    EXPECT_TRUE(heap.HasRefused());
+}
+
+void IntegrationTest::GiveBackKeptClassObject(REFCLSID classId)
+{
+    if (!::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version")) return;
+    ComPtr<IClassFactory> factory;
+    EXPECT_EQ(Product().GetClassObject(classId, IID_PPV_ARGS(&factory)), S_OK);
+    factory->Release();
 }
 
 Microsoft::WRL::ComPtr<IPrinter> IntegrationTest::BoundPrinter(std::wstring_view name)

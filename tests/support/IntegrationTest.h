@@ -28,6 +28,9 @@ protected:
     /// The module, loaded once for the process.
     static const ProductModule& Product();
 
+    /// Lets the module take what memory it keeps for the life of the process, also that of its first failures.
+    static void WarmUp();
+
     /// An object of a class that the module makes, without the registry and in this apartment.
     template <class Interface>
     static ComPtr<Interface> Create(REFCLSID classId)
@@ -37,6 +40,10 @@ protected:
         EXPECT_EQ(result, S_OK);
         return object;
     }
+
+    /// Wine keeps one reference on the class object of each object that it makes for a single-threaded apartment. This
+    /// gives one of `classId` back; on Windows there is none, and nothing is done.
+    static void GiveBackKeptClassObject(REFCLSID classId);
 
     static ComPtr<IPrinter> CreatePrinter() { return Create<IPrinter>(__uuidof(Printer)); }
 

@@ -164,12 +164,12 @@ TEST_F(SingleThreaded, ClientIsToldThatNoFileWasSent)
 TEST_F(SingleThreaded, ClientSendsAFile)
 {
     const TemporaryDirectory folder;
-    const auto file = folder.Make(L"label.lbl", "^XA^XZ");
+    const auto file = folder.Make(L"label.lbl", "TEXT 1,1");
     Run([&] {
         const auto printer = BindRegistered();
         EXPECT_EQ(AnswerOf(printer->SendFile(NewBstr(file).Get(), NewBstr(L"Order").Get())), succeeded);
     });
-    EXPECT_EQ(SentBytes(), "^XA^XZ");
+    EXPECT_EQ(SentBytes(), "TEXT 1,1");
 }
 
 TEST_F(SingleThreaded, ClientReachesEveryPart)

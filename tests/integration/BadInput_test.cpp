@@ -308,7 +308,7 @@ TEST_F(BadFile, LongPathSaysFalse)
 
 TEST_F(BadFile, LockedByAnotherSaysFalseAndGoesOutWhenItIsFree)
 {
-    const auto file = folder.Make(L"locked.lbl", "^XA^XZ");
+    const auto file = folder.Make(L"locked.lbl", "TEXT 1,1");
     const auto printer = BoundPrinter();
     {
         const OFileHandle lock(
@@ -345,15 +345,15 @@ TEST_F(BadFile, HugeGoesOutWhole)
 TEST_F(BadFile, NameOfAnotherAlphabetGoesOut)
 {
     const auto printer = BoundPrinter();
-    EXPECT_EQ(Send(*printer.Get(), folder.Make(L"\u30E9\u30D9\u30EB.lbl", "^XA^XZ")), succeeded);
-    EXPECT_EQ(SentBytes(), "^XA^XZ");
+    EXPECT_EQ(Send(*printer.Get(), folder.Make(L"\u30E9\u30D9\u30EB.lbl", "TEXT 1,1")), succeeded);
+    EXPECT_EQ(SentBytes(), "TEXT 1,1");
 }
 
 TEST_F(BadFile, LongJobNameIsKept)
 {
     const std::wstring name(longLength, L'J');
     const auto printer = BoundPrinter();
-    const auto file = folder.Make(L"label.lbl", "^XA^XZ");
+    const auto file = folder.Make(L"label.lbl", "TEXT 1,1");
     EXPECT_EQ(AnswerOf(printer->SendFile(NewBstr(file).Get(), NewBstr(name).Get())), succeeded);
     const DWORD jobId = StartedDocument().jobId;
     DWORD needed = 0;

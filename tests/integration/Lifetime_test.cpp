@@ -324,7 +324,7 @@ TEST_F(ShortMemory, StatusTextFailsOrReadsAsReady)
 TEST_F(ShortMemory, FileIsNotSentWithoutABufferForIt)
 {
     const TemporaryDirectory folder;
-    const auto file = folder.Make(L"label.lbl", "^XA^XZ");
+    const auto file = folder.Make(L"label.lbl", "TEXT 1,1");
     const auto answers = RefuseEachBlock(
         [&](IPrinter& printer) { return printer.SendFile(NewBstr(file).Get(), NewBstr(L"Order").Get()); });
     EXPECT_THAT(answers, Each(AnyOf(FailureForWantOfMemory(), saysFalse)));

@@ -449,17 +449,17 @@ TEST_F(PrinterObject, SendsAFileAsOneRawDocumentOfOnePage)
 TEST_F(PrinterObject, SendsAFileLateBound)
 {
     const TemporaryDirectory folder;
-    const auto file = folder.Make(L"label.lbl", "^XA^XZ");
+    const auto file = folder.Make(L"label.lbl", "TEXT 1,1");
     const auto printer = BoundPrinter();
     const LateResult sent = LateBound(printer.Get()).Call("SendFile", {file.c_str(), L"Order 12"});
     EXPECT_EQ(sent.result, S_OK);
-    EXPECT_EQ(SentBytes(), "^XA^XZ");
+    EXPECT_EQ(SentBytes(), "TEXT 1,1");
 }
 
 TEST_F(PrinterObject, NamesADocumentWithoutJobNameAfterItsFile)
 {
     const TemporaryDirectory folder;
-    const auto file = folder.Make(L"label.lbl", "^XA^XZ");
+    const auto file = folder.Make(L"label.lbl", "TEXT 1,1");
     const auto printer = BoundPrinter();
     EXPECT_EQ(printer->SendFile(NewBstr(file).Get(), NewBstr(L"").Get()), S_OK);
     EXPECT_STREQ(StartedDocument().name, L"label.lbl");
@@ -468,7 +468,7 @@ TEST_F(PrinterObject, NamesADocumentWithoutJobNameAfterItsFile)
 TEST_F(PrinterObject, KeepsAJobNameThatLooksLikeAPath)
 {
     const TemporaryDirectory folder;
-    const auto file = folder.Make(L"label.lbl", "^XA^XZ");
+    const auto file = folder.Make(L"label.lbl", "TEXT 1,1");
     const auto printer = BoundPrinter();
     EXPECT_EQ(printer->SendFile(NewBstr(file).Get(), NewBstr(L"C:\\a\\b.lbl").Get()), S_OK);
     EXPECT_STREQ(StartedDocument().name, L"C:\\a\\b.lbl");

@@ -172,7 +172,7 @@ TEST_F(ConfigurationTest, DescribesPrinterDataAndCapabilities)
 
 TEST_F(ConfigurationTest, DescribesJobsAndTheMachine)
 {
-    std::ofstream(folder / "label.zpl", std::ios::binary) << "^XA^XZ";
+    std::ofstream(folder / "label.lbl", std::ios::binary) << "TEXT 1,1";
     ASSERT_EQ(Load("[machine]\n"
                    "user = jane\n"
                    "machine = DEPOT\n"
@@ -184,7 +184,7 @@ TEST_F(ConfigurationTest, DescribesJobsAndTheMachine)
                    "total pages = 10\n"
                    "pages printed = 3\n"
                    "priority = 5\n"
-                   "file = label.zpl\n"
+                   "file = label.lbl\n"
                    "[job Label]\n"
                    "user = joe\n"
                    "machine = \\\\GATE3\n"
@@ -202,7 +202,7 @@ TEST_F(ConfigurationTest, DescribesJobsAndTheMachine)
     EXPECT_EQ(jobs[0].TotalPages, 10u);
     EXPECT_EQ(jobs[0].PagesPrinted, 3u);
     EXPECT_EQ(jobs[0].Priority, 5u);
-    EXPECT_EQ(AsText(SpoolerJobBytes(L"Label", jobs[0].JobId)), "^XA^XZ");
+    EXPECT_EQ(AsText(SpoolerJobBytes(L"Label", jobs[0].JobId)), "TEXT 1,1");
     EXPECT_EQ(Text(jobs[1].pUserName), L"joe");
     EXPECT_EQ(Text(jobs[1].pMachineName), L"\\\\GATE3");
     EXPECT_EQ(Text(jobs[1].pNotifyName), L"jim");

@@ -50,15 +50,15 @@ protected:
 
 TEST_F(DeliveryTest, EndDocDeliversTheDocumentAndTakesTheJobAway)
 {
-    const DWORD jobId = Print(printer, L"Pallet", "^XA^XZ");
+    const DWORD jobId = Print(printer, L"Pallet", "TEXT 1,1");
     EXPECT_EQ(JobCount(), 0u);
     ASSERT_EQ(SpoolerDeliveryCount(L"Label"), 1u);
     const SpoolerDelivery delivery = DeliveryAt(0);
     EXPECT_EQ(delivery.jobId, jobId);
-    EXPECT_EQ(delivery.byteCount, 6u);
+    EXPECT_EQ(delivery.byteCount, 8u);
     EXPECT_EQ(delivery.totalPages, 1u);
     EXPECT_EQ(Text(delivery.document), L"Pallet");
-    EXPECT_EQ(AsText(SpoolerDeliveryBytes(L"Label", 0)), "^XA^XZ");
+    EXPECT_EQ(AsText(SpoolerDeliveryBytes(L"Label", 0)), "TEXT 1,1");
 }
 
 TEST_F(DeliveryTest, EachDocumentBecomesAFileInTheOutputFolder)

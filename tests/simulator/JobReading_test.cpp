@@ -53,7 +53,7 @@ SpoolerJob FullJob(const DEVMODEW& devMode)
         .pagesPrinted = 3,
         .submitted = {2024, 5, 0, 6, 7, 8, 9, 10},
         .time = 1234,
-        .bytes = "^XA^XZ",
+        .bytes = "TEXT 1,1",
         .byteCount = 6
     };
 }

@@ -88,6 +88,7 @@ OExceptionHandler::~OExceptionHandler()
 
 void OExceptionHandler::Report(const OException& exception)
 {
+    if (_flags == 0) return;
     const OExceptionReport report(exception, ProgramName(), _catcher);
     if (_flags & reportToConsole) WriteToStandardError(report.ConsoleText());
     if (_flags & reportToDialog) ShowDialog(report);

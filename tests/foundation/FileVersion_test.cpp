@@ -5,8 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "foundation/ModuleInstance.h"
+#include "foundation/OHandle.h"
 #include "foundation/PathParts.h"
+#include "support/TemporaryDirectory.h"
 
 namespace {
 
@@ -42,6 +46,15 @@ TEST(GetFileVersionString, IsEmptyForAFileWhoseOnlyTableIsEnglishUnicode)
 TEST(GetFileVersionString, FindsAFileWithoutADriveAsTheLoaderDoes)
 {
     EXPECT_EQ(GetFileVersionString("version_000004B0.dll", "FileVersion"), "1.2.3 neutral");
+}
+
+TEST(GetFileVersionString, FindsALoadedModuleOutsideTheSearchedFolders)
+{
+    const TemporaryDirectory folder;
+    const std::wstring path = folder.Path(L"version_elsewhere.dll");
+    ASSERT_TRUE(::CopyFileW(TestFile("version_000004B0.dll").wstring(), path.c_str(), TRUE));
+    const OModuleHandle loaded(::LoadLibraryW(path.c_str()));
+    EXPECT_EQ(GetFileVersionString("version_elsewhere.dll", "FileVersion"), "1.2.3 neutral");
 }
 
 TEST(GetFileVersionString, UnloadsWhatItLoaded)

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# clang-tidy and clang's thread safety analysis over the product and the simulator.
+# clang-tidy and clang's thread safety analysis over the product.
 # usage: check-lint.sh BUILD_FOLDER
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -12,5 +12,5 @@ for folder in $(x86_64-w64-mingw32-g++-posix -E -x c++ -v /dev/null 2>&1 | grep 
     arguments+=("--extra-arg=-isystem$folder")
 done
 
-git ls-files 'driver/*.cpp' 'simulator/*.cpp' | xargs -P "$(nproc)" -n 4 clang-tidy-14 "${arguments[@]}" \
+git ls-files 'driver/*.cpp' | xargs -P "$(nproc)" -n 4 clang-tidy-14 "${arguments[@]}" \
     2> >(grep -vE 'warnings? (and [0-9]+ errors? )?generated|Suppressed|Use -header-filter|Error while' >&2)

@@ -20,7 +20,7 @@ std::wstring DumpFolder()
     wchar_t folder[MAX_PATH];
     const DWORD length = ::GetTempPathW(MAX_PATH, folder);
     if (length == 0 || length >= MAX_PATH) return L"";
-    const std::wstring path = std::wstring(folder, length) + L"MarrowfieldLabs";
+    std::wstring path = std::wstring(folder, length) + L"MarrowfieldLabs";
     if (!::CreateDirectoryW(path.c_str(), nullptr) && ::GetLastError() != ERROR_ALREADY_EXISTS) return L"";
     return path;
 }

@@ -18,7 +18,7 @@ EXCEPTION_DISPOSITION SehThunkHandler(EXCEPTION_RECORD* record, void* frame, CON
                                       DISPATCHER_CONTEXT* dispatcher) noexcept;
 EXCEPTION_DISPOSITION SehResumeHandler(EXCEPTION_RECORD* record, void* frame, CONTEXT* context,
                                        DISPATCHER_CONTEXT* dispatcher) noexcept;
-void __gxx_personality_seh0(); // called by the platform only
+void __gxx_personality_seh0(); // NOLINT(bugprone-reserved-identifier): called by the platform only
 }
 
 namespace {

@@ -101,14 +101,14 @@ public:
     void AddPrinterReference(Printer* printer);
     void RemovePrinterReference(Printer* printer);
     bool HasPrinterReferences() const;
-    OPointerArray<Printer>& LockPrinterReferences();
-    void UnlockPrinterReferences();
+    OPointerArray<Printer>& LockPrinterReferences() ACQUIRE(_printerRefLock);
+    void UnlockPrinterReferences() RELEASE(_printerRefLock);
 
     void AddQueueReference(PrintQueue* queue);
     void RemoveQueueReference(PrintQueue* queue);
     bool HasQueueReferences() const;
-    OPointerArray<PrintQueue>& LockQueueReferences();
-    void UnlockQueueReferences();
+    OPointerArray<PrintQueue>& LockQueueReferences() ACQUIRE(_queueRefLock);
+    void UnlockQueueReferences() RELEASE(_queueRefLock);
 
 private:
     friend class XPrinterPool;

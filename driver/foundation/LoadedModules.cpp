@@ -53,7 +53,7 @@ std::vector<LoadedModule> ListByProcessStatus(HMODULE library)
 }
 
 struct Listing {
-    const wchar_t* library;
+    const wchar_t* fileName;
     std::vector<LoadedModule> (*list)(HMODULE library);
 };
 
@@ -68,7 +68,7 @@ constexpr std::array listings{
 std::vector<LoadedModule> ListLoadedModules()
 {
     for (const Listing& listing : listings) {
-        const OModuleHandle library(::LoadLibraryW(listing.library));
+        const OModuleHandle library(::LoadLibraryW(listing.fileName));
         if (!library) continue;
         std::vector<LoadedModule> modules = listing.list(library.Get());
         if (!modules.empty()) return modules;

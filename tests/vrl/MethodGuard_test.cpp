@@ -160,14 +160,14 @@ TEST(MethodGuard, BareTextIsUnspecified)
 
 TEST(MethodGuard, AccessViolationIsAnInvalidAddress)
 {
-    const Outcome outcome = RunGuardedBody(WriteToNowhere);
+    const Outcome outcome = RunGuardedBody([] { WriteToNowhere(); });
     EXPECT_EQ(outcome.result, FromSystem(ERROR_INVALID_ADDRESS));
     EXPECT_FALSE(outcome.error.description.empty());
 }
 
 TEST(MethodGuard, DivisionByZeroHasItsText)
 {
-    const Outcome outcome = RunGuardedBody(DivideByZero);
+    const Outcome outcome = RunGuardedBody([] { DivideByZero(); });
     EXPECT_EQ(outcome.result, FromSystem(ERROR_INTERNAL_ERROR));
     EXPECT_EQ(outcome.error.description, "Division by zero.");
 }

@@ -23,7 +23,9 @@ Block Read(HANDLE printer, DWORD level)
 
 RawSpooler::RawSpooler(const wchar_t* printerName)
 {
-    if (!::OpenPrinterW(const_cast<wchar_t*>(printerName), &_printer, nullptr)) {
+    PRINTER_DEFAULTSW defaults{};
+    defaults.DesiredAccess = PRINTER_ALL_ACCESS;
+    if (!::OpenPrinterW(const_cast<wchar_t*>(printerName), &_printer, &defaults)) {
         throw std::runtime_error("OpenPrinterW failed");
     }
 }
@@ -43,7 +45,7 @@ void RawSpooler::WriteComment(wchar_t* comment) const
 {
     const Block block = Read(_printer, 2);
     reinterpret_cast<PRINTER_INFO_2W*>(block.get())->pComment = comment;
-    ::SetPrinterW(_printer, 2, block.get(), 0);
+    if (!::SetPrinterW(_printer, 2, block.get(), 0)) throw std::runtime_error("SetPrinterW failed");
 }
 
 bool RawSpooler::IsLocal() const

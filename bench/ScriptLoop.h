@@ -15,5 +15,7 @@ public:
     void Run(const wchar_t* statement, int times);
 
 private:
+    void RunScript(const std::wstring& script);
+
     ScriptHost _host;
 };

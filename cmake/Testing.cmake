@@ -14,12 +14,12 @@ if(CMAKE_CROSSCOMPILING)
   set(VORLANE_TEST_ENVIRONMENT
     WINEPREFIX=${VORLANE_WINE_PREFIX} WINEDEBUG=-all "WINEDLLOVERRIDES=winspool.drv=n,b\;mscoree=\;mshtml=")
   add_test(NAME wine_prefix COMMAND ${CMAKE_SOURCE_DIR}/cmake/make-wine-prefix.sh ${VORLANE_WINE_PREFIX})
-  set_tests_properties(wine_prefix PROPERTIES FIXTURES_SETUP wine_prefix TIMEOUT 180)
+  set_tests_properties(wine_prefix PROPERTIES FIXTURES_SETUP wine_prefix TIMEOUT 300)
 endif()
 
 # Puts an existing test into the environment that every test of ours runs in.
 function(vorlane_prepare_test name)
-  set_tests_properties(${name} PROPERTIES ENVIRONMENT "${VORLANE_TEST_ENVIRONMENT}" TIMEOUT 300
+  set_tests_properties(${name} PROPERTIES ENVIRONMENT "${VORLANE_TEST_ENVIRONMENT}" TIMEOUT 900
     WORKING_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
   if(CMAKE_CROSSCOMPILING)
     set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED wine_prefix)

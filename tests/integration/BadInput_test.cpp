@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/IntegrationTest.h"
+#include "support/LateBound.h"
 #include "support/ProductDialogs.h"
 #include "support/TemporaryDirectory.h"
 #include "Getters.h"
@@ -181,6 +182,46 @@ TEST_F(BadInput, NullFileNameSendsNothing)
     const auto printer = BoundPrinter();
     EXPECT_EQ(AnswerOf(printer->SendFile(nullptr, nullptr)), saysFalse);
     EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinter), 0u);
+}
+
+// Late-bound arguments of the wrong kind or number
+
+TEST_F(BadInput, ScriptThatForgetsAnArgumentIsTold)
+{
+    const auto printer = BoundPrinter();
+    EXPECT_TRUE(FAILED(LateBound(printer.Get()).Call("Initialize", {}).result));
+    EXPECT_TRUE(FAILED(LateBound(printer.Get()).Call("SendFile", {L"C:\\label.lbl"}).result));
+    EXPECT_EQ(Text(*printer.Get(), &IPrinter::get_Name), L"Label");
+}
+
+TEST_F(BadInput, ScriptThatGivesAnObjectForATextIsTold)
+{
+    const auto printer = BoundPrinter();
+    const auto status = StatusOf(*printer.Get());
+    EXPECT_TRUE(FAILED(LateBound(printer.Get()).Call("Initialize", {status.Get()}).result));
+    EXPECT_TRUE(FAILED(LateBound(printer.Get()).Put("Comment", status.Get()).result));
+    EXPECT_EQ(Comment(*printer.Get()), L"Shipping labels");
+}
+
+TEST_F(BadInput, NumberFromAScriptIsATextInDigits)
+{
+    const auto printer = BoundPrinter();
+    EXPECT_EQ(LateBound(printer.Get()).Put("Comment", 4711L).result, S_OK);
+    EXPECT_EQ(Comment(*printer.Get()), L"4711");
+}
+
+TEST_F(BadInput, ScriptThatWritesAReadOnlyPropertyIsTold)
+{
+    const auto printer = BoundPrinter();
+    EXPECT_TRUE(FAILED(LateBound(printer.Get()).Put("Name", L"Other").result));
+    EXPECT_TRUE(FAILED(LateBound(printer.Get()).Put("ModelName", L"Other").result));
+    EXPECT_EQ(Text(*printer.Get(), &IPrinter::get_Name), L"Label");
+}
+
+TEST_F(BadInput, UnknownMemberIsUnknown)
+{
+    const auto printer = BoundPrinter();
+    EXPECT_EQ(LateBound(printer.Get()).Get("Colour").result, DISP_E_UNKNOWNNAME);
 }
 
 // Null out pointers

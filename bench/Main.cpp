@@ -7,7 +7,7 @@
 #include "bench/RawSpooler.h"
 #include "bench/ScriptLoop.h"
 #include "spooler/SpoolerControl.h"
-#include "support/ProductModule.h"
+#include "support/product/ProductModule.h"
 
 #include <wrl/client.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "support/ScriptHost.h"
+#include "support/com/ScriptHost.h"
 
 #include "vrl/Vorlane.h"
 

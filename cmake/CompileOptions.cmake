@@ -19,3 +19,13 @@ target_link_options(vorlane_options INTERFACE
   # No run-time DLL of the compiler is left over.
   -static
   $<$<BOOL:${VORLANE_COVERAGE}>:--coverage>)
+
+# A broken assertion tells the file by its tree, whatever room it is in: of several mappings that match, the last counts.
+foreach(room arrays text files system registry failures threads)
+  target_compile_options(vorlane_options INTERFACE
+    -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/driver/foundation/${room}/=driver/foundation/)
+endforeach()
+foreach(room spooler driver frame core tracking classes server)
+  target_compile_options(vorlane_options INTERFACE
+    -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/driver/automation/vrl/${room}/=driver/automation/vrl/)
+endforeach()

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <map>
 
-#include "foundation/OSVersion.h"
+#include "foundation/system/OSVersion.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "foundation/OString.h"
+#include "foundation/text/OString.h"
 
 #include <ostream>
 #include <string>

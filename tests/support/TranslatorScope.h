@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "foundation/SehTranslator.h"
+#include "foundation/failures/SehTranslator.h"
 
 /// The calling thread's translator of structured exceptions for a scope.
 class TranslatorScope {

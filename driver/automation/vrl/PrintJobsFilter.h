@@ -1,8 +1,0 @@
-// SPDX-License-Identifier: MIT
-#pragma once
-
-#include "vrl/AutomationObject.h"
-
-/// The intended second argument of `IPrintQueue.EnumerateJobs`. It has no members.
-/// Threading: any thread.
-class PrintJobsFilter final : public AutomationObject<PrintJobsFilter, IPrintJobsFilter> {};

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#include "vrl/classes/PrinterConfiguration.h"
+
+#include "vrl/classes/PrinterBinding.h"
+
+HRESULT PrinterConfiguration::Initialize(IPrinter* printer) noexcept
+{
+    return Guard("PrinterConfiguration::Initialize", [&] { return BindToPrinter(_xPrinter, printer); });
+}
+
+STDMETHODIMP PrinterConfiguration::Import(BSTR, VARIANT) noexcept
+{
+    return E_NOTIMPL;
+}
+
+STDMETHODIMP PrinterConfiguration::Export(BSTR, VARIANT) noexcept
+{
+    return E_NOTIMPL;
+}
+
+STDMETHODIMP PrinterConfiguration::ResetToDefaults(VARIANT) noexcept
+{
+    return E_NOTIMPL;
+}

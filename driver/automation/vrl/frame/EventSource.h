@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "foundation/OLockGuard.h"
+#include "vrl/frame/Automation.h"
+#include "vrl/frame/SinkList.h"
+#include "vrl/frame/SnapshotEnumerator.h"
+
+#include <olectl.h>
+#include <wrl/client.h>
+
+#include <atomic>
+
+/// What goes out of an enumerator over interface pointers.
+template <class Enumerator, class Pointed>
+struct PointerPolicy {
+    using Interface = Enumerator;
+    using Item = Pointed*;
+    using Value = Microsoft::WRL::ComPtr<Pointed>;
+    static HRESULT CopyOut(const Value& value, Item* item) noexcept { return value.CopyTo(item); }
+    static void Clear(Item* item) noexcept { (*item)->Release(); }
+};
+
+/// What goes out of an enumerator over connections.
+struct ConnectionPolicy {
+    using Interface = IEnumConnections;
+    using Item = CONNECTDATA;
+    using Value = SinkList::Connection;
+    static HRESULT CopyOut(const Value& value, Item* item) noexcept
+    {
+        item->dwCookie = value.cookie;
+        return value.sink.CopyTo(IID_IUnknown, reinterpret_cast<void**>(&item->pUnk));
+    }
+    static void Clear(Item* item) noexcept { item->pUnk->Release(); }
+};
+
+/// Makes `Class`, an automation object, the source of the events `Events`: a container with one connection point.
+///
+/// `Class` has two operations that run before the ordinary step: `HRESULT FirstSinkConnecting()` when `Advise` takes
+/// the count of connected sinks from 0 to 1, a failure ending the `Advise`, and `void LastSinkGone()` when `Unadvise`
+/// takes it from 1 to 0.
+/// Threading: any thread; the sink list is read and changed under the object's own lock.
+template <class Class, class Events>
+class EventSource {
+public:
+    /// One more interface of the object, in its own class so that the object has its reference count only once.
+    IConnectionPointContainer* ConnectionPointContainer() noexcept { return &_container; }
+
+protected:
+    EventSource() noexcept : _container(*this), _point(*this) {}
+    ~EventSource() = default;
+
+    /// The connected sinks; read it under the object's own lock.
+    SinkList _sinks;
+
+    /// Connected sinks as `Advise` and `Unadvise` count them, whether or not the ordinary step succeeds.
+    std::atomic<LONG> _connectionCount{0};
+
+private:
+    class Container final : public IConnectionPointContainer {
+    public:
+        explicit Container(EventSource& source) noexcept : _source(source) {}
+
+        STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override
+        {
+            return _source.Self().QueryInterface(iid, object);
+        }
+        STDMETHODIMP_(ULONG) AddRef() noexcept override { return _source.Self().AddRef(); }
+        STDMETHODIMP_(ULONG) Release() noexcept override { return _source.Self().Release(); }
+
+        STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints** enumerator) noexcept override
+        try {
+            if (!enumerator) return E_POINTER;
+            using Points = SnapshotEnumerator<PointerPolicy<IEnumConnectionPoints, IConnectionPoint>>;
+            *enumerator = Points::Create({Microsoft::WRL::ComPtr<IConnectionPoint>(&_source._point)}).Detach();
+            return S_OK;
+        } catch (const std::bad_alloc&) {
+            return E_OUTOFMEMORY;
+        }
+
+        STDMETHODIMP FindConnectionPoint(REFIID iid, IConnectionPoint** point) noexcept override
+        {
+            if (!point) return E_POINTER;
+            *point = nullptr;
+            if (iid != __uuidof(Events)) return CONNECT_E_NOCONNECTION;
+            *point = &_source._point;
+            (*point)->AddRef();
+            return S_OK;
+        }
+
+    private:
+        EventSource& _source;
+    };
+
+    /// The connection point lives in the object and shares its reference count.
+    class ConnectionPoint final : public IConnectionPoint {
+    public:
+        explicit ConnectionPoint(EventSource& source) noexcept : _source(source) {}
+
+        STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override
+        {
+            if (!object) return E_POINTER;
+            const bool known = iid == IID_IUnknown || iid == IID_IConnectionPoint;
+            *object = known ? static_cast<IConnectionPoint*>(this) : nullptr;
+            if (!known) return E_NOINTERFACE;
+            AddRef();
+            return S_OK;
+        }
+        STDMETHODIMP_(ULONG) AddRef() noexcept override { return _source.Self().AddRef(); }
+        STDMETHODIMP_(ULONG) Release() noexcept override { return _source.Self().Release(); }
+
+        STDMETHODIMP GetConnectionInterface(IID* iid) noexcept override
+        {
+            if (!iid) return E_POINTER;
+            *iid = __uuidof(Events);
+            return S_OK;
+        }
+
+        STDMETHODIMP GetConnectionPointContainer(IConnectionPointContainer** container) noexcept override
+        {
+            if (!container) return E_POINTER;
+            *container = _source.ConnectionPointContainer();
+            (*container)->AddRef();
+            return S_OK;
+        }
+
+        STDMETHODIMP Advise(IUnknown* sink, DWORD* cookie) noexcept override { return _source.Advise(sink, cookie); }
+        STDMETHODIMP Unadvise(DWORD cookie) noexcept override { return _source.Unadvise(cookie); }
+
+        STDMETHODIMP EnumConnections(IEnumConnections** enumerator) noexcept override
+        try {
+            if (!enumerator) return E_POINTER;
+            OLockGuard guard(_source.Self().ObjectLock());
+            *enumerator = SnapshotEnumerator<ConnectionPolicy>::Create(_source._sinks.Connections()).Detach();
+            return S_OK;
+        } catch (const std::bad_alloc&) {
+            return E_OUTOFMEMORY;
+        }
+
+    private:
+        EventSource& _source;
+    };
+
+    Class& Self() noexcept { return static_cast<Class&>(*this); }
+
+    HRESULT Advise(IUnknown* sink, DWORD* cookie) noexcept
+    {
+        if (++_connectionCount == 1) {
+            const HRESULT result = Self().FirstSinkConnecting();
+            if (FAILED(result)) return result;
+        }
+        if (!sink || !cookie) return E_POINTER;
+        *cookie = 0;
+
+        Microsoft::WRL::ComPtr<IDispatch> events;
+        if (FAILED(sink->QueryInterface(__uuidof(Events), &events))) return CONNECT_E_CANNOTCONNECT;
+        OLockGuard guard(Self().ObjectLock());
+        return _sinks.Add(std::move(events), cookie);
+    }
+
+    HRESULT Unadvise(DWORD cookie) noexcept
+    {
+        if (_connectionCount-- == 1) Self().LastSinkGone();
+        Microsoft::WRL::ComPtr<IDispatch> gone; // released behind the lock: it is foreign code
+        OLockGuard guard(Self().ObjectLock());
+        gone = _sinks.Remove(cookie);
+        return gone ? S_OK : CONNECT_E_NOCONNECTION;
+    }
+
+    Container _container;
+    ConnectionPoint _point;
+};

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include "vrl/frame/MethodGuard.h"
+
+#include "foundation/failures/OException.h"
+#include "foundation/failures/SehTranslator.h"
+#include "vrl/frame/Bstr.h"
+#include "vrl/frame/VRException.h"
+#include "vrl/frame/VRExceptionHandler.h"
+
+#include <algorithm>
+#include <new>
+
+#include <wrl/client.h>
+
+namespace {
+
+constexpr const char* unspecifiedError = "Unspecified error";
+constexpr const char* outOfMemory = "Out of memory";
+
+HRESULT Fail(const CLSID& clsid, HRESULT result, const char* text) noexcept
+{
+    ReportError(clsid, text);
+    return result;
+}
+
+HRESULT ResultOfException(const OException& exception) noexcept
+{
+    const long code = exception.GetErrorCode();
+    return code > 0 ? static_cast<HRESULT>((static_cast<unsigned long>(code) & 0xFFFF) | 0x80070000)
+                    : static_cast<HRESULT>(code);
+}
+
+/// The text in the system's code page as a BSTR; null if there is no memory for it. It takes no text of ours, which
+/// would raise a structured exception then: nobody translates one here.
+OBstr WideText(const char* text) noexcept
+{
+    const int length = ::MultiByteToWideChar(CP_ACP, 0, text, -1, nullptr, 0);
+    OBstr wide(::SysAllocStringLen(nullptr, static_cast<UINT>(std::max(length, 1)) - 1));
+    if (wide) ::MultiByteToWideChar(CP_ACP, 0, text, -1, wide.Get(), length);
+    return wide;
+}
+
+/// The program identifier of a class, as error information names its source; null if the class is not registered.
+void SetSource(ICreateErrorInfo& errorInfo, const CLSID& clsid) noexcept
+{
+    wchar_t* programId = nullptr;
+    if (FAILED(::ProgIDFromCLSID(clsid, &programId))) return;
+    errorInfo.SetSource(programId);
+    ::CoTaskMemFree(programId);
+}
+
+HRESULT RunTranslatedBody(HRESULT (*body)(void*), void* context)
+{
+    HRESULT result = S_OK;
+    RunTranslated([&] { result = body(context); });
+    return result;
+}
+
+} // namespace
+
+void ReportError(const CLSID& clsid, const char* text) noexcept
+{
+    Microsoft::WRL::ComPtr<ICreateErrorInfo> create;
+    if (FAILED(::CreateErrorInfo(&create))) return;
+
+    create->SetGUID(IID_NULL);
+    create->SetHelpContext(0);
+    SetSource(*create.Get(), clsid);
+    // The code alone has to do when there is no memory for its text.
+    if (const OBstr description = WideText(text)) create->SetDescription(description.Get());
+
+    Microsoft::WRL::ComPtr<IErrorInfo> errorInfo;
+    if (SUCCEEDED(create.As(&errorInfo))) ::SetErrorInfo(0, errorInfo.Get());
+}
+
+HRESULT RunGuarded(const char* function, const CLSID& clsid, HRESULT (*body)(void*), void* context) noexcept
+try {
+    VRExceptionHandler handler(function);
+    try {
+        return RunTranslatedBody(body, context);
+    } catch (const OException& exception) {
+        handler.Report(exception);
+        const char* const text = exception.GetErrorTextA();
+        return Fail(clsid, ResultOfException(exception), text && *text ? text : unspecifiedError);
+    } catch (const std::bad_alloc*) { // the form that class libraries of other compilers use
+        return Fail(clsid, E_OUTOFMEMORY, outOfMemory);
+    } catch (const std::bad_alloc&) {
+        return Fail(clsid, E_OUTOFMEMORY, outOfMemory);
+    } catch (const VRException& exception) {
+        return Fail(clsid, exception.GetResult(), exception.GetText());
+    } catch (const OStdException& exception) {
+        handler.Report(OException(ERROR_INTERNAL_ERROR, exception.GetText()));
+        return Fail(clsid, E_FAIL, exception.GetText());
+    } catch (...) {
+        return Fail(clsid, E_FAIL, unspecifiedError);
+    }
+} catch (...) { // the handler itself found no memory
+    return Fail(clsid, E_OUTOFMEMORY, outOfMemory);
+}

@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+#include "spooler/calls/PrinterOpening.h"
+
+#include "spooler/records/NameRules.h"
+#include "spooler/SpoolerConstants.h"
+#include "spooler/SpoolerError.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace {
+
+struct GenericRight {
+    DWORD generic;
+    DWORD rights;
+};
+
+constexpr std::array genericRights{
+    GenericRight{GENERIC_READ,    PRINTER_READ      },
+    GenericRight{GENERIC_WRITE,   PRINTER_WRITE     },
+    GenericRight{GENERIC_EXECUTE, PRINTER_EXECUTE   },
+    GenericRight{GENERIC_ALL,     PRINTER_ALL_ACCESS},
+};
+
+/// The rights that a caller asks for; asking for nothing is asking to use.
+DWORD WantedAccess(const PRINTER_DEFAULTSW* defaults)
+{
+    DWORD wanted = defaults ? defaults->DesiredAccess : 0;
+    for (const GenericRight& right : genericRights) {
+        if (wanted & right.generic) wanted = (wanted & ~right.generic) | right.rights;
+    }
+    return wanted ? wanted : PRINTER_ACCESS_USE;
+}
+
+/// What the handle may do. Who may use a printer may read what it is; who may administer it has the limited right too.
+DWORD GrantedAccess(DWORD wanted, DWORD granted)
+{
+    if (granted & PRINTER_ACCESS_USE) granted |= READ_CONTROL;
+    if (granted & PRINTER_ACCESS_ADMINISTER) granted |= printerAccessManageLimited;
+    if (wanted & MAXIMUM_ALLOWED) return granted;
+    Require((wanted & ~granted) == 0, ERROR_ACCESS_DENIED);
+    return wanted;
+}
+
+/// Number of the job that the words behind the comma of "Printer, Job 7" name; 0 if they name none.
+DWORD JobNumber(std::wstring_view postfix)
+{
+    constexpr std::wstring_view word = L"Job ";
+    postfix.remove_prefix(std::min(postfix.find_first_not_of(L' '), postfix.size()));
+    if (!SameName(postfix.substr(0, word.size()), word)) return 0;
+    const std::string digits(postfix.begin() + word.size(), postfix.end());
+    DWORD number = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    return error == std::errc() && end == digits.data() + digits.size() ? number : 0;
+}
+
+} // namespace
+
+PrinterRecord* PrinterOpening::FindLocal(std::wstring_view nameOrShare) const noexcept
+{
+    if (PrinterRecord* const printer = _world.FindPrinter(nameOrShare)) return printer;
+    const auto& printers = _world.Printers();
+    const auto shared = std::ranges::find_if(printers, [&](const auto& printer) {
+        return printer->IsShared() && printer->shareName && SameName(*printer->shareName, nameOrShare);
+    });
+    return shared == printers.end() || nameOrShare.empty() ? nullptr : shared->get();
+}
+
+PrinterOpening::Target PrinterOpening::Resolve(std::wstring_view name) const
+{
+    if (PrinterRecord* const printer = FindLocal(name)) return {printer, 0, {}};
+
+    const size_t comma = name.find(L',');
+    if (comma != std::wstring_view::npos) {
+        Target target = Resolve(name.substr(0, comma));
+        target.jobId = JobNumber(name.substr(comma + 1));
+        return target;
+    }
+
+    Require(name.starts_with(L"\\\\"), ERROR_INVALID_PRINTER_NAME);
+    const size_t backslash = name.find(L'\\', 2);
+    const std::wstring_view server = name.substr(0, backslash);
+    Require(server.size() > 2 && _world.IsThisServer(server), ERROR_INVALID_PRINTER_NAME);
+    if (backslash == std::wstring_view::npos) return {nullptr, 0, std::wstring(server)};
+
+    PrinterRecord* const printer = FindLocal(name.substr(backslash + 1));
+    Require(printer, ERROR_INVALID_PRINTER_NAME);
+    return {printer, 0, std::wstring(server)};
+}
+
+HANDLE PrinterOpening::Open(const wchar_t* name, const PRINTER_DEFAULTSW* defaults)
+{
+    const Target target = name ? Resolve(name) : Target{};
+    const DWORD wanted = WantedAccess(defaults);
+
+    OpenHandle handle;
+    handle.serverPrefix = target.serverPrefix;
+    if (defaults && target.printer) {
+        handle.datatype = CopyText(defaults->pDatatype);
+        handle.devMode = CopyDevMode(defaults->pDevMode);
+        Require(!handle.datatype || IsDatatype(*handle.datatype) || handle.datatype == target.printer->datatype,
+                ERROR_INVALID_DATATYPE);
+    }
+    if (!target.printer) {
+        handle.access = wanted;
+        return _world.Handles().Add(std::move(handle));
+    }
+
+    handle.kind = target.jobId ? OpenHandle::Kind::Job : OpenHandle::Kind::Printer;
+    handle.printerId = target.printer->id;
+    handle.jobId = target.jobId;
+    if (target.jobId) Require(target.printer->queue.Find(target.jobId), ERROR_INVALID_PRINTER_NAME);
+    handle.access = GrantedAccess(wanted, target.printer->grantedAccess);
+    return _world.Handles().Add(std::move(handle));
+}
+
+void PrinterOpening::Close(HANDLE handle)
+{
+    const OpenHandle open = _world.HandleOf(handle);
+    _world.Handles().Remove(handle);
+    if (!open.document) return;
+    const auto& printers = _world.Printers();
+    const auto printer = std::ranges::find(printers, open.printerId, &PrinterRecord::id);
+    if (printer == printers.end()) return;
+    (*printer)->queue.Remove(open.document->jobId);
+    _world.Changed(**printer);
+}

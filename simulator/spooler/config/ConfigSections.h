@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "spooler/config/ConfigFile.h"
+#include "spooler/records/DriverRecord.h"
+#include "spooler/records/PortRecord.h"
+#include "spooler/records/PrinterRecord.h"
+
+/// A job of the file; what it leaves open comes from its printer when it is added.
+struct ConfiguredJob {
+    size_t line = 0;
+    std::wstring printerName;
+    JobRecord record;
+};
+
+struct ConfiguredPrinter {
+    size_t line = 0;
+    PrinterRecord record;
+    DEVMODEW devMode = {};
+    bool deliverIsSet = false;
+};
+
+/// All that a file describes, before it becomes part of the world.
+struct Described {
+    std::wstring folder; // of the file
+    OptionalText userName;
+    OptionalText machineName;
+    std::vector<PortRecord> ports;
+    std::vector<DriverRecord> drivers;
+    std::vector<ConfiguredPrinter> printers;
+    std::vector<ConfiguredJob> jobs;
+};
+
+/// Reads one section into what is described so far. Throws ConfigError for an unknown section, key or word, and for a
+/// value that doesn't fit its key.
+void ReadSection(const ConfigSection& section, Described& described);

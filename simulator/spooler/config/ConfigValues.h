@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "spooler/config/ConfigFile.h"
+#include "spooler/records/PrinterData.h"
+
+#include <span>
+
+/// How the values of a configuration file are read. All throw ConfigError with the entry's line.
+
+/// A word that stands for bits.
+struct ConfigWord {
+    std::wstring_view word;
+    DWORD bits;
+};
+
+/// A decimal number, or a hexadecimal one behind "0x".
+DWORD ConfigNumber(const ConfigEntry& entry);
+
+/// "yes" or "no".
+bool ConfigTruth(const ConfigEntry& entry);
+
+/// Minutes after midnight: a number, or a time as "8:30".
+DWORD ConfigMinutes(const ConfigEntry& entry);
+
+/// Words separated by commas, or one number.
+DWORD ConfigBits(const ConfigEntry& entry, std::span<const ConfigWord> words);
+
+/// Texts separated by semicolons, as a list with a null behind each.
+std::wstring ConfigList(const ConfigEntry& entry);
+
+/// A piece of printer data: "dword:12", "hex:01 ff", or a text.
+PrinterData::Value ConfigData(const ConfigEntry& entry);
+
+/// A path, taken from `folder` if it is a relative one.
+std::wstring ConfigPath(const ConfigEntry& entry, const std::wstring& folder);

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "spooler/config/Configuration.h"
+
+#include "spooler/config/ConfigSections.h"
+#include "spooler/config/InputFile.h"
+
+#include <algorithm>
+#include <new>
+
+namespace {
+
+void CheckNames(const Described& described, const World& world)
+{
+    std::vector<std::wstring> names;
+    for (const auto& printer : world.Printers()) names.push_back(printer->name);
+    const auto isKnown = [&](const std::wstring& name) {
+        return std::ranges::any_of(names, [&](const auto& known) { return SameName(known, name); });
+    };
+    for (const ConfiguredPrinter& printer : described.printers) {
+        if (isKnown(printer.record.name))
+            throw ConfigError{printer.line, L"there is a printer \"" + printer.record.name + L"\" already"};
+        names.push_back(printer.record.name);
+    }
+    for (const ConfiguredJob& job : described.jobs) {
+        if (!isKnown(job.printerName)) throw ConfigError{job.line, L"there is no printer \"" + job.printerName + L"\""};
+    }
+}
+
+void AddJob(World& world, ConfiguredJob job)
+{
+    PrinterRecord& printer = *world.FindPrinter(job.printerName);
+    JobRecord& record = job.record;
+    if (!record.userName) record.userName = world.UserName();
+    if (!record.machineName) record.machineName = L"\\\\" + world.MachineName();
+    if (!record.notifyName) record.notifyName = record.userName;
+    if (!record.document) record.document = L"";
+    if (!record.datatype) record.datatype = printer.datatype;
+    if (!record.printProcessor) record.printProcessor = printer.printProcessor;
+    record.devMode = printer.devMode;
+    ::GetSystemTime(&record.submitted);
+    world.AddJob(printer, std::move(record));
+}
+
+void Enter(Described described, World& world)
+{
+    world.SetIdentity(described.userName ? described.userName->c_str() : nullptr,
+                      described.machineName ? described.machineName->c_str() : nullptr);
+    for (PortRecord& port : described.ports) world.PutPort(std::move(port));
+    for (DriverRecord& driver : described.drivers) world.PutDriver(std::move(driver));
+    for (ConfiguredPrinter& printer : described.printers) world.AddPrinter(std::move(printer.record));
+    for (ConfiguredJob& job : described.jobs) AddJob(world, std::move(job));
+}
+
+std::wstring FolderOf(const std::wstring& path)
+{
+    const size_t separator = path.find_last_of(L"\\/");
+    return separator == std::wstring::npos ? L"" : path.substr(0, separator);
+}
+
+std::wstring Describe(const std::wstring& path, const ConfigError& error)
+{
+    const std::wstring place = error.line ? path + L"(" + std::to_wstring(error.line) + L")" : path;
+    return place + L": " + error.message;
+}
+
+} // namespace
+
+ConfigOutcome LoadConfiguration(const std::wstring& path, World& world)
+{
+    try {
+        DWORD error = ERROR_SUCCESS;
+        const Bytes text = ReadWholeFile(path, error);
+        if (error) return {error, path + L": the file can't be read, error " + std::to_wstring(error)};
+        Described described;
+        described.folder = FolderOf(path);
+        const std::string_view bytes(reinterpret_cast<const char*>(text.data()), text.size());
+        for (const ConfigSection& section : ParseConfig(bytes)) ReadSection(section, described);
+        CheckNames(described, world);
+        Enter(std::move(described), world);
+        return {};
+    } catch (const ConfigError& malformed) {
+        return {ERROR_BAD_CONFIGURATION, Describe(path, malformed)};
+    } catch (const std::bad_alloc&) {
+        return {ERROR_NOT_ENOUGH_MEMORY, Describe(path, {0, L"the file is too large"})};
+    }
+}

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "spooler/world/World.h"
+
+/// How reading a configuration went.
+struct ConfigOutcome {
+    DWORD error = ERROR_SUCCESS; // ERROR_BAD_CONFIGURATION, or why the file could not be read
+    std::wstring message;        // empty on success; else file, line and what is wrong
+};
+
+/// Adds to the world what the file describes; all of it, or nothing if the file can't be read or is malformed.
+/// The format is told in docs/simulator.md.
+ConfigOutcome LoadConfiguration(const std::wstring& path, World& world);

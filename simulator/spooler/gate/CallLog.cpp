@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include "spooler/gate/CallLog.h"
+
+#include <algorithm>
+
+SpoolerCallRecord CallRecord::ForCaller() const
+{
+    SpoolerCallRecord record = {};
+    record.call = call;
+    record.level = level;
+    record.jobId = jobId;
+    record.command = command;
+    record.access = access;
+    record.flags = flags;
+    record.bytes = bytes;
+    record.dataType = dataType;
+    record.result = result;
+    record.value = value;
+    record.threadId = threadId;
+    record.injected = injected;
+    record.handle = handle;
+    CutText(record.printer, printer);
+    CutText(record.key, key);
+    CutText(record.name, name);
+    return record;
+}
+
+size_t CallLog::Begin(const CallRecord& record)
+{
+    const std::lock_guard guard(_lock);
+    _records.push_back(record);
+    if (_records.size() > mostRecords) {
+        _records.pop_front();
+        ++_firstNumber;
+    }
+    return _firstNumber + _records.size() - 1;
+}
+
+void CallLog::End(size_t number, const CallRecord& record)
+{
+    const std::lock_guard guard(_lock);
+    if (number >= _firstNumber && number - _firstNumber < _records.size()) _records[number - _firstNumber] = record;
+}
+
+DWORD CallLog::Length() const
+{
+    const std::lock_guard guard(_lock);
+    return static_cast<DWORD>(_records.size());
+}
+
+bool CallLog::At(DWORD index, SpoolerCallRecord& record) const
+{
+    const std::lock_guard guard(_lock);
+    if (index >= _records.size()) return false;
+    record = _records[index].ForCaller();
+    return true;
+}
+
+DWORD CallLog::Count(SpoolerCall call, DWORD level, const wchar_t* printerName) const
+{
+    const std::lock_guard guard(_lock);
+    return static_cast<DWORD>(std::ranges::count_if(_records, [&](const CallRecord& record) {
+        return record.call == call && (level == spoolerAnyLevel || record.level == level) &&
+               (!printerName || SameName(record.printer, printerName));
+    }));
+}
+
+void CallLog::Clear()
+{
+    const std::lock_guard guard(_lock);
+    _firstNumber += _records.size();
+    _records.clear();
+}

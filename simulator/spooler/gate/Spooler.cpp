@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+#include "spooler/gate/Spooler.h"
+
+#include "spooler/config/Configuration.h"
+
+#include <cstdio>
+#include <utility>
+
+namespace {
+
+constexpr DWORD longestHoldMs = 60000;
+constexpr wchar_t configVariable[] = L"VORLANE_SPOOLER_CONFIG";
+
+std::wstring EnvironmentText(const wchar_t* name)
+{
+    std::wstring text(::GetEnvironmentVariableW(name, nullptr, 0), L'\0');
+    const DWORD length = ::GetEnvironmentVariableW(name, text.data(), static_cast<DWORD>(text.size()));
+    text.resize(length < text.size() ? length : 0);
+    return text;
+}
+
+/// A person at a console sees it on stderr, a debugger in the trace.
+void Report(const std::wstring& message)
+{
+    const std::wstring line = L"spooler simulator: " + message + L"\n";
+    std::fwprintf(stderr, L"%ls", line.c_str());
+    std::fflush(stderr);
+    ::OutputDebugStringW(line.c_str());
+}
+
+void Hold(const SpoolerFailure& failure)
+{
+    if (failure.entered) ::SetEvent(failure.entered);
+    if (failure.release) ::WaitForSingleObject(failure.release, longestHoldMs);
+}
+
+} // namespace
+
+Spooler& Spooler::Instance()
+{
+    static Spooler spooler;
+    return spooler;
+}
+
+size_t Spooler::Begin(Call& call)
+{
+    LoadFromEnvironment();
+    call.threadId = ::GetCurrentThreadId();
+    if (call.handle && call.printer.empty()) {
+        const std::lock_guard guard(_lock);
+        call.printer = _world.PrinterNameOf(call.handle);
+    }
+    return _log.Begin(call);
+}
+
+void Spooler::End(Call& call, size_t number, DWORD result)
+{
+    call.result = result;
+    call.value = result == ERROR_SUCCESS ? call.onSuccess : call.onFailure;
+    if (call.returnsError) call.value = static_cast<LONG>(result);
+    _log.End(number, call);
+}
+
+DWORD Spooler::ConfigResult()
+{
+    const std::lock_guard guard(_lock);
+    return _configResult;
+}
+
+std::optional<DWORD> Spooler::Intercept(Call& call)
+{
+    if (const DWORD error = ConfigResult()) return error;
+    const std::optional<SpoolerFailure> failure = _failures.Take(call);
+    if (!failure) return std::nullopt;
+    call.injected = true;
+
+    switch (failure->effect) {
+    case SpoolerEffect::Fail:
+    case SpoolerEffect::SucceedEmpty:
+        if (call.target.needed) *call.target.needed = failure->bytes;
+        if (call.target.returned) *call.target.returned = 0;
+        if (call.returnsNumber) call.onSuccess = static_cast<LONG>(failure->bytes);
+        return failure->effect == SpoolerEffect::Fail ? failure->error : ERROR_SUCCESS;
+    case SpoolerEffect::ShortWrite:
+        call.writeLimit = failure->bytes;
+        break;
+    case SpoolerEffect::Delay:
+        ::Sleep(failure->delayMs);
+        break;
+    case SpoolerEffect::Hold:
+        Hold(*failure);
+        break;
+    case SpoolerEffect::Run:
+        if (failure->action) failure->action(failure->context);
+        break;
+    }
+    return std::nullopt;
+}
+
+void Spooler::LoadFromEnvironment() noexcept
+{
+    std::wstring message;
+    {
+        const std::lock_guard guard(_lock);
+        if (std::exchange(_environmentRead, true)) return;
+        const std::wstring path = EnvironmentText(configVariable);
+        if (path.empty()) return;
+        _configResult = LoadLocked(path);
+        message = _configError;
+    }
+    if (!message.empty()) Report(message);
+}
+
+DWORD Spooler::LoadConfig(const std::wstring& path) noexcept
+{
+    LoadFromEnvironment();
+    DWORD result = ERROR_SUCCESS;
+    std::wstring message;
+    {
+        const std::lock_guard guard(_lock);
+        result = LoadLocked(path);
+        message = _configError;
+    }
+    if (!message.empty()) Report(message);
+    return result;
+}
+
+DWORD Spooler::LoadLocked(const std::wstring& path)
+{
+    _configError.clear();
+    const ConfigOutcome outcome = LoadConfiguration(path, _world);
+    _configError = outcome.message;
+    return outcome.error;
+}
+
+std::wstring Spooler::ConfigError()
+{
+    LoadFromEnvironment();
+    const std::lock_guard guard(_lock);
+    return _configError;
+}
+
+void Spooler::Reset() noexcept
+{
+    {
+        const std::lock_guard guard(_lock);
+        _world.Clear();
+        _environmentRead = true;
+        _configResult = ERROR_SUCCESS;
+        _configError.clear();
+    }
+    _failures.Clear();
+    _log.Clear();
+}

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#include "spooler/records/PrinterRecord.h"
+
+PrinterRecord::PrinterRecord(const SpoolerPrinter& printer)
+    : name(TextOrEmpty(printer.printerName)), serverName(CopyText(printer.serverName)),
+      shareName(CopyText(printer.shareName)), portName(CopyText(printer.portName)),
+      driverName(CopyText(printer.driverName)), comment(CopyText(printer.comment)),
+      location(CopyText(printer.location)), sepFile(CopyText(printer.sepFile)),
+      printProcessor(CopyText(printer.printProcessor)), datatype(CopyText(printer.datatype)),
+      parameters(CopyText(printer.parameters)), devMode(CopyDevMode(printer.devMode)),
+      securityDescriptor(CopyBytes(printer.securityDescriptor, printer.securityDescriptorBytes)),
+      attributes(printer.attributes), priority(printer.priority), defaultPriority(printer.defaultPriority),
+      startTime(printer.startTime), untilTime(printer.untilTime), status(printer.status),
+      averagePpm(printer.averagePpm), deviceNotSelectedTimeout(printer.deviceNotSelectedTimeout),
+      transmissionRetryTimeout(printer.transmissionRetryTimeout), grantedAccess(printer.grantedAccess),
+      deliverAtOnce(printer.deliverAtOnce), outputFolder(TextOrEmpty(printer.outputFolder))
+{
+}
+
+bool PrinterRecord::IsLocal() const noexcept
+{
+    return (attributes & PRINTER_ATTRIBUTE_LOCAL) || !IsConnection();
+}

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "spooler/records/JobQueue.h"
+#include "spooler/records/PrinterData.h"
+
+#include <map>
+
+/// What DeviceCapabilitiesW answers for one capability.
+struct CapabilityAnswer {
+    int result = -1;
+    Bytes output;
+};
+
+/// A document that reached its device.
+struct DeliveryRecord {
+    DWORD jobId = 0;
+    DWORD totalPages = 0;
+    std::wstring document;
+    std::wstring userName;
+    std::wstring file; // empty if it was written nowhere
+    Bytes bytes;
+};
+
+/// A printer of the simulated machine: what its properties say, its queue, its data, and what it has printed.
+struct PrinterRecord {
+    PrinterRecord() = default;
+    explicit PrinterRecord(const SpoolerPrinter& printer);
+
+    /// Served by this machine's own spooler.
+    bool IsLocal() const noexcept;
+    /// A connection to a printer of another machine.
+    bool IsConnection() const noexcept { return (attributes & PRINTER_ATTRIBUTE_NETWORK) != 0; }
+    bool IsShared() const noexcept { return (attributes & PRINTER_ATTRIBUTE_SHARED) != 0; }
+    bool IsPaused() const noexcept { return (status & PRINTER_STATUS_PAUSED) != 0; }
+
+    DWORD id = 0; // what handles remember; never given twice
+    std::wstring name;
+    OptionalText serverName;
+    OptionalText shareName = L"";
+    OptionalText portName = L"LPT1:";
+    OptionalText driverName = L"Generic / Text Only";
+    OptionalText comment = L"";
+    OptionalText location = L"";
+    OptionalText sepFile = L"";
+    OptionalText printProcessor = L"winprint";
+    OptionalText datatype = L"RAW";
+    OptionalText parameters = L"";
+    Bytes devMode;
+    Bytes userDevMode; // level 9; empty: none set
+    Bytes securityDescriptor;
+    DWORD attributes = PRINTER_ATTRIBUTE_LOCAL;
+    DWORD priority = DEF_PRIORITY;
+    DWORD defaultPriority = NO_PRIORITY;
+    DWORD startTime = 0;
+    DWORD untilTime = 0;
+    DWORD status = 0;
+    DWORD averagePpm = 0;
+    DWORD deviceNotSelectedTimeout = 15000;
+    DWORD transmissionRetryTimeout = 45000;
+    DWORD grantedAccess = PRINTER_ALL_ACCESS;
+    bool deliverAtOnce = false;
+    std::wstring outputFolder; // empty: nowhere
+
+    DWORD changeId = 0; // printer data "ChangeID"
+    JobQueue queue;
+    PrinterData data;
+    std::map<WORD, CapabilityAnswer> capabilities;
+    std::vector<DeliveryRecord> deliveries;
+};

@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: MIT
+#include "spooler/world/World.h"
+
+#include "spooler/SpoolerConstants.h"
+#include "spooler/SpoolerError.h"
+
+#include <algorithm>
+
+namespace {
+
+std::wstring RealUserName()
+{
+    wchar_t name[257] = {};
+    DWORD size = 257;
+    return ::GetUserNameW(name, &size) ? name : L"user";
+}
+
+std::wstring RealMachineName()
+{
+    wchar_t name[MAX_COMPUTERNAME_LENGTH + 1] = {};
+    DWORD size = MAX_COMPUTERNAME_LENGTH + 1;
+    return ::GetComputerNameW(name, &size) ? name : L"COMPUTER";
+}
+
+template <typename Record>
+Record* FindNamed(std::vector<Record>& records, std::wstring_view name) noexcept
+{
+    const auto found = std::ranges::find_if(records, [&](const Record& record) { return SameName(record.name, name); });
+    return found == records.end() ? nullptr : &*found;
+}
+
+template <typename Record>
+void PutNamed(std::vector<Record>& records, Record record)
+{
+    if (Record* const old = FindNamed(records, record.name))
+        *old = std::move(record);
+    else
+        records.push_back(std::move(record));
+}
+
+std::wstring_view Trimmed(std::wstring_view text)
+{
+    const size_t first = text.find_first_not_of(L' ');
+    if (first == std::wstring_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(L' ') - first + 1);
+}
+
+} // namespace
+
+void PrinterAccess::RequireAdminister() const
+{
+    Require(handle.access & administeringAccess, ERROR_ACCESS_DENIED);
+}
+
+World::World()
+{
+    Clear();
+}
+
+void World::Clear()
+{
+    _printers.clear();
+    _drivers.clear();
+    _ports.clear();
+    _handles.Clear();
+    _notifications.Clear();
+    _userName = RealUserName();
+    _machineName = RealMachineName();
+    _lastJobId = 0;
+}
+
+PrinterRecord* World::FindPrinter(std::wstring_view name) const noexcept
+{
+    const auto found =
+        std::ranges::find_if(_printers, [&](const auto& printer) { return SameName(printer->name, name); });
+    return found == _printers.end() ? nullptr : found->get();
+}
+
+PrinterRecord& World::PrinterOf(const wchar_t* name) const
+{
+    PrinterRecord* const printer = name ? FindPrinter(name) : nullptr;
+    Require(printer, ERROR_INVALID_PRINTER_NAME);
+    return *printer;
+}
+
+PrinterRecord& World::AddPrinter(PrinterRecord printer)
+{
+    Require(!printer.name.empty(), ERROR_INVALID_PRINTER_NAME);
+    Require(!FindPrinter(printer.name), ERROR_PRINTER_ALREADY_EXISTS);
+    AddMissingPorts(printer);
+    if (printer.driverName && !FindDriver(*printer.driverName)) {
+        DriverRecord driver;
+        driver.name = *printer.driverName;
+        PutDriver(std::move(driver));
+    }
+    printer.id = ++_lastPrinterId;
+    _printers.push_back(std::make_unique<PrinterRecord>(std::move(printer)));
+    Changed(*_printers.back());
+    return *_printers.back();
+}
+
+void World::AddMissingPorts(const PrinterRecord& printer)
+{
+    for (const std::wstring& name : SplitPorts(printer.portName.value_or(L""))) {
+        if (FindPort(name)) continue;
+        PortRecord port;
+        port.name = name;
+        PutPort(std::move(port));
+    }
+}
+
+void World::RemovePrinter(const PrinterRecord& printer)
+{
+    std::erase_if(_printers, [&](const auto& entry) { return entry.get() == &printer; });
+}
+
+OpenHandle& World::HandleOf(HANDLE handle)
+{
+    OpenHandle* const open = _handles.Find(handle);
+    Require(open, ERROR_INVALID_HANDLE);
+    return *open;
+}
+
+PrinterAccess World::AccessOf(HANDLE handle)
+{
+    OpenHandle& open = HandleOf(handle);
+    Require(open.kind != OpenHandle::Kind::Server, ERROR_INVALID_HANDLE);
+    const auto found = std::ranges::find(_printers, open.printerId, &PrinterRecord::id);
+    Require(found != _printers.end(), ERROR_PRINTER_DELETED);
+    return {open, **found};
+}
+
+std::wstring World::PrinterNameOf(HANDLE handle) noexcept
+{
+    const OpenHandle* const open = _handles.Find(handle);
+    if (!open) return {};
+    const auto found = std::ranges::find(_printers, open->printerId, &PrinterRecord::id);
+    return found == _printers.end() ? std::wstring() : (*found)->name;
+}
+
+JobRecord& World::JobOf(PrinterRecord& printer, DWORD jobId)
+{
+    JobRecord* const job = printer.queue.Find(jobId);
+    Require(job, ERROR_INVALID_PARAMETER);
+    return *job;
+}
+
+DWORD World::AddJob(PrinterRecord& printer, JobRecord job)
+{
+    if (job.id == 0) job.id = _lastJobId + 1;
+    Require(!printer.queue.Find(job.id), ERROR_INVALID_PARAMETER);
+    const DWORD id = job.id;
+    _lastJobId = std::max(_lastJobId, id);
+    printer.queue.Append(std::move(job));
+    Changed(printer);
+    return id;
+}
+
+bool World::MayAdministerJob(const PrinterRecord& printer, const JobRecord& job) const noexcept
+{
+    return (printer.grantedAccess & administeringAccess) || (job.userName && SameName(*job.userName, _userName));
+}
+
+DriverRecord* World::FindDriver(std::wstring_view name) noexcept
+{
+    return FindNamed(_drivers, name);
+}
+
+void World::PutDriver(DriverRecord driver)
+{
+    PutNamed(_drivers, std::move(driver));
+}
+
+PortRecord* World::FindPort(std::wstring_view name) noexcept
+{
+    return FindNamed(_ports, name);
+}
+
+void World::PutPort(PortRecord port)
+{
+    PutNamed(_ports, std::move(port));
+}
+
+void World::SetIdentity(const wchar_t* userName, const wchar_t* machineName)
+{
+    if (userName) _userName = userName;
+    if (machineName) _machineName = machineName;
+}
+
+bool World::IsThisServer(std::wstring_view name) const noexcept
+{
+    if (name.starts_with(L"\\\\")) name.remove_prefix(2);
+    return name.empty() || SameName(name, _machineName);
+}
+
+void World::Changed(PrinterRecord& printer) noexcept
+{
+    printer.changeId = ++_lastChangeId;
+}
+
+std::vector<std::wstring> SplitPorts(std::wstring_view portName)
+{
+    std::vector<std::wstring> ports;
+    while (!portName.empty()) {
+        const size_t comma = portName.find(L',');
+        const std::wstring_view port = Trimmed(portName.substr(0, comma));
+        if (!port.empty()) ports.emplace_back(port);
+        portName.remove_prefix(comma == std::wstring_view::npos ? portName.size() : comma + 1);
+    }
+    return ports;
+}

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "spooler/notifications/ChangeNotifications.h"
+#include "spooler/records/DriverRecord.h"
+#include "spooler/world/HandleTable.h"
+#include "spooler/records/PortRecord.h"
+#include "spooler/records/PrinterRecord.h"
+
+#include <memory>
+
+/// An open handle together with the printer behind it.
+struct PrinterAccess {
+    OpenHandle& handle;
+    PrinterRecord& printer;
+
+    /// Gives up with ERROR_ACCESS_DENIED unless the handle was opened for administering.
+    void RequireAdminister() const;
+};
+
+/// The simulated machine: its printers, drivers and ports in the order in which they came, and what is open.
+///
+/// Threading: none of its own; the spooler's lock is held around every use.
+/// Failures:  lookups that end in "Of" give up with the error that the spooler's functions report.
+class World {
+public:
+    World();
+
+    /// Empties it, puts the real user and machine back and counts jobs from 1 again. Handles go on.
+    void Clear();
+
+    const std::vector<std::unique_ptr<PrinterRecord>>& Printers() const noexcept { return _printers; }
+    /// Null for an unknown name. A share name is no name here.
+    PrinterRecord* FindPrinter(std::wstring_view name) const noexcept;
+    /// ERROR_INVALID_PRINTER_NAME.
+    PrinterRecord& PrinterOf(const wchar_t* name) const;
+    /// Adds the printer, and its ports and driver if they are unknown. ERROR_PRINTER_ALREADY_EXISTS.
+    PrinterRecord& AddPrinter(PrinterRecord printer);
+    void RemovePrinter(const PrinterRecord& printer);
+
+    /// A handle to a printer or to a job of it. ERROR_INVALID_HANDLE, ERROR_PRINTER_DELETED.
+    PrinterAccess AccessOf(HANDLE handle);
+    /// A handle of any kind. ERROR_INVALID_HANDLE.
+    OpenHandle& HandleOf(HANDLE handle);
+    /// The name of the printer behind a handle; empty for a server's or an unknown one.
+    std::wstring PrinterNameOf(HANDLE handle) noexcept;
+
+    /// ERROR_INVALID_PARAMETER for an unknown job.
+    static JobRecord& JobOf(PrinterRecord& printer, DWORD jobId);
+    /// Puts a job in the queue, under the next number if it has none; gives its number.
+    DWORD AddJob(PrinterRecord& printer, JobRecord job);
+    /// The user may do with this job as he likes: it is his own, or he administers the printer.
+    bool MayAdministerJob(const PrinterRecord& printer, const JobRecord& job) const noexcept;
+
+    std::vector<DriverRecord>& Drivers() noexcept { return _drivers; }
+    DriverRecord* FindDriver(std::wstring_view name) noexcept;
+    void PutDriver(DriverRecord driver);
+
+    std::vector<PortRecord>& Ports() noexcept { return _ports; }
+    PortRecord* FindPort(std::wstring_view name) noexcept;
+    void PutPort(PortRecord port);
+
+    HandleTable& Handles() noexcept { return _handles; }
+    ChangeNotifications& Notifications() noexcept { return _notifications; }
+
+    const std::wstring& UserName() const noexcept { return _userName; }
+    const std::wstring& MachineName() const noexcept { return _machineName; }
+    /// Null leaves one as it is.
+    void SetIdentity(const wchar_t* userName, const wchar_t* machineName);
+    /// An empty name, the machine's name, or that with two backslashes before it.
+    bool IsThisServer(std::wstring_view name) const noexcept;
+
+    /// To be called behind every change of a printer, its data or its jobs: gives it a new "ChangeID".
+    void Changed(PrinterRecord& printer) noexcept;
+
+private:
+    void AddMissingPorts(const PrinterRecord& printer);
+
+    std::vector<std::unique_ptr<PrinterRecord>> _printers;
+    std::vector<DriverRecord> _drivers;
+    std::vector<PortRecord> _ports;
+    HandleTable _handles;
+    ChangeNotifications _notifications;
+    std::wstring _userName;
+    std::wstring _machineName;
+    DWORD _lastPrinterId = 0;
+    DWORD _lastJobId = 0;
+    DWORD _lastChangeId = 0;
+};
+
+/// The single ports of a port field: "LPT1:,LPT2:" names two.
+std::vector<std::wstring> SplitPorts(std::wstring_view portName);

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#include "vrl/classes/PrinterBinding.h"
+
+#include "support/spooler/SpoolerTest.h"
+#include "vrl/frame/Bstr.h"
+#include "vrl/classes/Printer.h"
+#include "vrl/frame/VRException.h"
+#include "vrl/core/XPrinter.h"
+
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+class PrinterBindingTest : public SpoolerTest {
+protected:
+    void SetUp() override
+    {
+        SpoolerTest::SetUp();
+        SpoolerPrinter other = LabelPrinter();
+        other.printerName = L"Other";
+        AddPrinter(other);
+    }
+
+    static ComPtr<IPrinter> Open(const wchar_t* name)
+    {
+        ComPtr<Printer> printer;
+        EXPECT_EQ(CreateInstance(printer.GetAddressOf()), S_OK);
+        EXPECT_EQ(printer->Initialize(ToBstr(OString(name)).Get()), S_OK);
+        return printer;
+    }
+
+    static ComPtr<IPrinter> Unbound()
+    {
+        ComPtr<Printer> printer;
+        EXPECT_EQ(CreateInstance(printer.GetAddressOf()), S_OK);
+        return printer;
+    }
+
+    XPrinterRef xPrinter;
+};
+
+constexpr HRESULT printerNotInitialized = static_cast<HRESULT>(0x80042000);
+
+TEST_F(PrinterBindingTest, BothBindToThePrinterOfTheName)
+{
+    EXPECT_EQ(BindToPrinter(xPrinter, Open(L"Label").Get()), S_OK);
+    EXPECT_EQ(xPrinter->GetPrinterName(), "Label");
+    XPrinterRef second;
+    EXPECT_EQ(RebindToPrinter(second, Open(L"Label").Get()), S_OK);
+    EXPECT_EQ(second.Get(), xPrinter.Get());
+}
+
+TEST_F(PrinterBindingTest, BothRefuseNoPrinter)
+{
+    EXPECT_THROW(BindToPrinter(xPrinter, nullptr), InvalidArgument_E);
+    EXPECT_THROW(RebindToPrinter(xPrinter, nullptr), InvalidArgument_E);
+}
+
+TEST_F(PrinterBindingTest, BothGiveTheFailureOfReadingTheName)
+{
+    EXPECT_EQ(BindToPrinter(xPrinter, Unbound().Get()), printerNotInitialized);
+    EXPECT_EQ(RebindToPrinter(xPrinter, Unbound().Get()), printerNotInitialized);
+    EXPECT_FALSE(xPrinter);
+}
+
+TEST_F(PrinterBindingTest, BindingLetsGoOfTheOldPrinterWhateverFollows)
+{
+    xPrinter = XPrinterRef::Acquire(OString("Label"));
+    BindToPrinter(xPrinter, Unbound().Get());
+    EXPECT_FALSE(xPrinter);
+}
+
+TEST_F(PrinterBindingTest, RebindingKeepsTheOldPrinterWhenTheNameCannotBeRead)
+{
+    xPrinter = XPrinterRef::Acquire(OString("Label"));
+    RebindToPrinter(xPrinter, Unbound().Get());
+    EXPECT_TRUE(xPrinter);
+}
+
+TEST_F(PrinterBindingTest, RebindingToAnotherNameTakesTheOtherPrinter)
+{
+    xPrinter = XPrinterRef::Acquire(OString("Label"));
+    EXPECT_EQ(RebindToPrinter(xPrinter, Open(L"Other").Get()), S_OK);
+    EXPECT_EQ(xPrinter->GetPrinterName(), "Other");
+}
+
+} // namespace

@@ -1,0 +1,610 @@
+// SPDX-License-Identifier: MIT
+#include "vrl/core/XPrinter.h"
+
+#include "support/spooler/SpoolerTest.h"
+#include "vrl/frame/VRException.h"
+#include "vrl/core/XPrinterPool.h"
+#include "vrl/core/XPrinterRef.h"
+
+#include <thread>
+
+namespace {
+
+class XPrinterTest : public SpoolerTest {
+protected:
+    void SetUp() override
+    {
+        SpoolerTest::SetUp();
+        Reopen();
+    }
+
+    void TearDown() override
+    {
+        xPrinter.Release();
+        EXPECT_EQ(XPrinterPool::GetCount(), 0);
+        SpoolerTest::TearDown();
+    }
+
+    void Reopen()
+    {
+        xPrinter.Release();
+        xPrinter = XPrinterRef::Acquire(OString(printerName));
+        ::SpoolerClearLog();
+    }
+
+    XPrinterRef xPrinter;
+};
+
+// ---- opening ----
+
+class XPrinterOpenTest : public SpoolerTest {
+protected:
+    static std::vector<DWORD> AccessMasksAskedFor()
+    {
+        std::vector<DWORD> masks;
+        for (const SpoolerCallRecord& call : SpoolerLog()) {
+            if (call.call == SpoolerCall::OpenPrinter) masks.push_back(call.access);
+        }
+        return masks;
+    }
+};
+
+TEST_F(XPrinterOpenTest, AsksForAllAccessFirst)
+{
+    const XPrinterRef xPrinter = XPrinterRef::Acquire(OString("Label"));
+    EXPECT_EQ(AccessMasksAskedFor(), std::vector<DWORD>{0xF000C});
+}
+
+TEST_F(XPrinterOpenTest, MakesDoWithTheRightToUse)
+{
+    ::SpoolerSetGrantedAccess(printerName, PRINTER_ACCESS_USE);
+    const XPrinterRef xPrinter = XPrinterRef::Acquire(OString("Label"));
+    EXPECT_EQ(AccessMasksAskedFor(), (std::vector<DWORD>{0xF000C, 8}));
+    EXPECT_EQ(xPrinter->GetComment(), "Shipping labels");
+}
+
+TEST_F(XPrinterOpenTest, ThrowsWhenNeitherOpenWorks)
+{
+    EXPECT_THROW(XPrinterRef::Acquire(OString("No such printer")), CouldNotOpenPrinter_E);
+    EXPECT_EQ(AccessMasksAskedFor(), (std::vector<DWORD>{0xF000C, 8}));
+}
+
+TEST_F(XPrinterOpenTest, PrinterWithoutInterfaceValueHasAPlainDriver)
+{
+    const XPrinterRef xPrinter = XPrinterRef::Acquire(OString("Label"));
+    EXPECT_FALSE(xPrinter->HasAdvancedDriver());
+}
+
+TEST_F(XPrinterOpenTest, PrinterWithInterfaceValueHasAnAdvancedDriver)
+{
+    SpoolerSetTextData(printerName, L"PrinterDriverData", L"VRL Interface", L"driver.dll");
+    const XPrinterRef xPrinter = XPrinterRef::Acquire(OString("Label"));
+    EXPECT_TRUE(xPrinter->HasAdvancedDriver());
+}
+
+TEST_F(XPrinterOpenTest, InterfaceValueOfAnyTypeCounts)
+{
+    SpoolerSetNumberData(printerName, L"PrinterDriverData", L"VRL Interface", 0);
+    const XPrinterRef xPrinter = XPrinterRef::Acquire(OString("Label"));
+    EXPECT_TRUE(xPrinter->HasAdvancedDriver());
+}
+
+TEST_F(XPrinterOpenTest, InterfaceValueThatFillsTheBufferCounts)
+{
+    SpoolerSetTextData(printerName, L"PrinterDriverData", L"VRL Interface", std::wstring(259, L'x'));
+    const XPrinterRef xPrinter = XPrinterRef::Acquire(OString("Label"));
+    EXPECT_TRUE(xPrinter->HasAdvancedDriver());
+}
+
+TEST_F(XPrinterOpenTest, InterfaceValueLongerThanTheBufferMeansAPlainDriver)
+{
+    SpoolerSetTextData(printerName, L"PrinterDriverData", L"VRL Interface", std::wstring(260, L'x'));
+    const XPrinterRef xPrinter = XPrinterRef::Acquire(OString("Label"));
+    EXPECT_FALSE(xPrinter->HasAdvancedDriver());
+}
+
+TEST_F(XPrinterOpenTest, CallsTheSpoolerInItsOrder)
+{
+    const XPrinterRef xPrinter = XPrinterRef::Acquire(OString("Label"));
+    std::vector<SpoolerCall> calls;
+    for (const SpoolerCallRecord& call : SpoolerLog()) calls.push_back(call.call);
+    EXPECT_EQ(calls, (std::vector{SpoolerCall::OpenPrinter, SpoolerCall::GetPrinterData, SpoolerCall::GetPrinterDataEx,
+                                  SpoolerCall::GetPrinterDataEx}));
+}
+
+// ---- getters ----
+
+struct TextGetter {
+    const char* name;
+    OString (XPrinter::*get)() const;
+    const char* value;
+};
+
+const TextGetter textGetters[] = {
+    {"GetSpoolerPrinterName", &XPrinter::GetSpoolerPrinterName, "Label"          },
+    {"GetServerName",         &XPrinter::GetServerName,         "\\\\STORE"      },
+    {"GetShareName",          &XPrinter::GetShareName,          "LABELS"         },
+    {"GetPortName",           &XPrinter::GetPortName,           "LPT1:"          },
+    {"GetModelName",          &XPrinter::GetModelName,          "Label Driver"   },
+    {"GetComment",            &XPrinter::GetComment,            "Shipping labels"},
+    {"GetLocation",           &XPrinter::GetLocation,           "Gate 7"         },
+};
+
+TEST_F(XPrinterTest, TextGettersReadTheirFieldWithTwoCalls)
+{
+    for (const TextGetter& getter : textGetters) {
+        ::SpoolerClearLog();
+        EXPECT_EQ((xPrinter.Get()->*getter.get)(), getter.value) << getter.name;
+        EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinter, 2, printerName), 2u) << getter.name;
+        EXPECT_EQ(::SpoolerLogLength(), 2u) << getter.name;
+    }
+}
+
+TEST_F(XPrinterTest, TextGettersAreEmptyWhenTheFirstCallFails)
+{
+    for (const TextGetter& getter : textGetters) {
+        FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED);
+        EXPECT_TRUE((xPrinter.Get()->*getter.get)().IsEmpty()) << getter.name;
+    }
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinter), std::size(textGetters));
+}
+
+TEST_F(XPrinterTest, TextGettersAreEmptyWhenTheSecondCallFails)
+{
+    for (const TextGetter& getter : textGetters) {
+        FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED, 2);
+        EXPECT_TRUE((xPrinter.Get()->*getter.get)().IsEmpty()) << getter.name;
+    }
+}
+
+TEST_F(XPrinterTest, TextGettersAreEmptyWhenThereIsNothingToCopy)
+{
+    for (const TextGetter& getter : textGetters) {
+        EmptyNext(SpoolerCall::GetPrinter);
+        EXPECT_TRUE((xPrinter.Get()->*getter.get)().IsEmpty()) << getter.name;
+    }
+}
+
+TEST_F(XPrinterTest, NameIsTheOneThatOpenedItWithoutASpoolerCall)
+{
+    EXPECT_EQ(xPrinter->GetPrinterName(), "Label");
+    EXPECT_EQ(::SpoolerLogLength(), 0u);
+}
+
+TEST_F(XPrinterTest, NameIsACopyOfItsOwn)
+{
+    const OString first = xPrinter->GetPrinterName();
+    const OString second = xPrinter->GetPrinterName();
+    EXPECT_NE(first.Core(), second.Core());
+    EXPECT_EQ(first.Core()->reference_count, 1);
+}
+
+struct NumberGetter {
+    const char* name;
+    DWORD (XPrinter::*get)() const;
+    DWORD value;
+    DWORD unread;
+};
+
+const NumberGetter numberGetters[] = {
+    {"GetDefaultPriority", &XPrinter::GetDefaultPriority, 7,   1},
+    {"GetStartTime",       &XPrinter::GetStartTime,       60,  0},
+    {"GetUntilTime",       &XPrinter::GetUntilTime,       120, 0},
+};
+
+TEST_F(XPrinterTest, NumberGettersReadTheirField)
+{
+    for (const NumberGetter& getter : numberGetters) {
+        EXPECT_EQ((xPrinter.Get()->*getter.get)(), getter.value) << getter.name;
+    }
+}
+
+TEST_F(XPrinterTest, NumberGettersHaveAValueForAFailedRead)
+{
+    for (const NumberGetter& getter : numberGetters) {
+        FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED);
+        EXPECT_EQ((xPrinter.Get()->*getter.get)(), getter.unread) << getter.name;
+    }
+}
+
+struct AttributeGetter {
+    const char* name;
+    bool (XPrinter::*get)() const;
+    DWORD attribute;
+};
+
+const AttributeGetter attributeGetters[] = {
+    {"IsLocal",   &XPrinter::IsLocal,   0x40},
+    {"IsNetwork", &XPrinter::IsNetwork, 0x10},
+    {"IsShared",  &XPrinter::IsShared,  0x08},
+};
+
+TEST_F(XPrinterTest, AttributeGettersReadTheirBit)
+{
+    for (const AttributeGetter& getter : attributeGetters) {
+        ::SpoolerSetPrinterAttributes(printerName, getter.attribute);
+        EXPECT_TRUE((xPrinter.Get()->*getter.get)()) << getter.name;
+        ::SpoolerSetPrinterAttributes(printerName, ~getter.attribute);
+        EXPECT_FALSE((xPrinter.Get()->*getter.get)()) << getter.name;
+    }
+}
+
+TEST_F(XPrinterTest, AttributeGettersAreFalseForAFailedRead)
+{
+    for (const AttributeGetter& getter : attributeGetters) {
+        ::SpoolerSetPrinterAttributes(printerName, getter.attribute);
+        FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED);
+        EXPECT_FALSE((xPrinter.Get()->*getter.get)()) << getter.name;
+    }
+}
+
+// ---- plain setters ----
+
+TEST_F(XPrinterTest, SetterWritesItsFieldAndLeavesTheOthers)
+{
+    xPrinter->SetComment(OString("New comment"));
+    std::vector<BYTE> buffer;
+    const PRINTER_INFO_2W& printer = Peek(buffer);
+    EXPECT_STREQ(printer.pComment, L"New comment");
+    EXPECT_STREQ(printer.pPrinterName, L"Label");
+    EXPECT_STREQ(printer.pShareName, L"LABELS");
+    EXPECT_STREQ(printer.pPortName, L"LPT1:");
+    EXPECT_STREQ(printer.pDriverName, L"Label Driver");
+    EXPECT_STREQ(printer.pLocation, L"Gate 7");
+    EXPECT_EQ(printer.Attributes, DWORD{PRINTER_ATTRIBUTE_LOCAL | PRINTER_ATTRIBUTE_SHARED});
+    EXPECT_EQ(printer.DefaultPriority, 7u);
+    EXPECT_EQ(printer.StartTime, 60u);
+    EXPECT_EQ(printer.UntilTime, 120u);
+}
+
+TEST_F(XPrinterTest, SetterReadsTwiceAndWritesOnceAtLevel2)
+{
+    xPrinter->SetComment(OString("New comment"));
+    EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinter, 2, printerName), 2u);
+    EXPECT_EQ(::SpoolerCalls(SpoolerCall::SetPrinter, 2, printerName), 1u);
+    EXPECT_EQ(::SpoolerLogLength(), 3u);
+    EXPECT_EQ(SpoolerLog().back().command, 0u);
+}
+
+TEST_F(XPrinterTest, SetLocationWritesTheLocation)
+{
+    xPrinter->SetLocation(OString("Gate 8"));
+    EXPECT_EQ(xPrinter->GetLocation(), "Gate 8");
+}
+
+TEST_F(XPrinterTest, EmptyTextsCanBeWritten)
+{
+    xPrinter->SetComment(OString());
+    EXPECT_TRUE(xPrinter->GetComment().IsEmpty());
+}
+
+TEST_F(XPrinterTest, NumberSettersWriteTheirField)
+{
+    xPrinter->SetDefaultPriority(33);
+    xPrinter->SetStartTime(1);
+    xPrinter->SetUntilTime(2);
+    EXPECT_EQ(xPrinter->GetDefaultPriority(), 33u);
+    EXPECT_EQ(xPrinter->GetStartTime(), 1u);
+    EXPECT_EQ(xPrinter->GetUntilTime(), 2u);
+}
+
+TEST_F(XPrinterTest, SettersThatIgnoreTheResultOfTheWriteLookLikeSuccess)
+{
+    for (int i = 0; i < 5; ++i) FailNext(SpoolerCall::SetPrinter, ERROR_ACCESS_DENIED);
+    xPrinter->SetComment(OString("New"));
+    xPrinter->SetLocation(OString("New"));
+    xPrinter->SetDefaultPriority(99);
+    xPrinter->SetStartTime(99);
+    xPrinter->SetUntilTime(99);
+    EXPECT_EQ(xPrinter->GetComment(), "Shipping labels");
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinter), 5u);
+}
+
+TEST_F(XPrinterTest, SettersDoNothingWhenTheReadFails)
+{
+    for (int i = 0; i < 7; ++i) FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED);
+    xPrinter->SetComment(OString("New"));
+    xPrinter->SetLocation(OString("New"));
+    xPrinter->SetDefaultPriority(99);
+    xPrinter->SetStartTime(99);
+    xPrinter->SetUntilTime(99);
+    xPrinter->SetPortName(OString("LPT2:"));
+    xPrinter->SetShareName(OString("NEW"));
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinter), 0u);
+}
+
+TEST_F(XPrinterTest, PrinterWithTheRightToUseOnlyRefusesItsSetters)
+{
+    ::SpoolerSetGrantedAccess(printerName, PRINTER_ACCESS_USE);
+    Reopen();
+    xPrinter->SetComment(OString("New"));
+    xPrinter->SetLocation(OString("New"));
+    EXPECT_THROW(xPrinter->SetPortName(OString("LPT1:")), SystemError_E);
+    EXPECT_THROW(xPrinter->SetShareName(OString("NEW")), SystemError_E);
+    EXPECT_THROW(xPrinter->SetShared(false), SystemError_E);
+    EXPECT_EQ(xPrinter->GetComment(), "Shipping labels");
+    EXPECT_EQ(xPrinter->GetLocation(), "Gate 7");
+}
+
+// ---- port ----
+
+TEST_F(XPrinterTest, SetPortNameMovesThePrinterToAnotherPort)
+{
+    SpoolerPort port;
+    port.name = L"LPT2:";
+    ASSERT_EQ(::SpoolerAddPort(port), 0u);
+    xPrinter->SetPortName(OString("LPT2:"));
+    EXPECT_EQ(xPrinter->GetPortName(), "LPT2:");
+}
+
+TEST_F(XPrinterTest, UnknownPortIsAnInvalidPort)
+{
+    EXPECT_THROW(xPrinter->SetPortName(OString("No such port")), InvalidPort_E);
+    EXPECT_EQ(xPrinter->GetPortName(), "LPT1:");
+}
+
+template <class Work>
+HRESULT ResultOf(Work&& work)
+{
+    try {
+        work();
+        return S_OK;
+    } catch (const VRException& exception) {
+        return exception.GetResult();
+    }
+}
+
+TEST_F(XPrinterTest, OtherFailureOfThePortWriteIsASystemError)
+{
+    FailNext(SpoolerCall::SetPrinter, ERROR_ACCESS_DENIED);
+    EXPECT_EQ(ResultOf([&] { xPrinter->SetPortName(OString("LPT1:")); }), HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+}
+
+// ---- sharing ----
+
+TEST_F(XPrinterTest, ShareNameTurnsSharingOn)
+{
+    ::SpoolerSetPrinterAttributes(printerName, PRINTER_ATTRIBUTE_LOCAL);
+    xPrinter->SetShareName(OString("GATE7"));
+    EXPECT_EQ(xPrinter->GetShareName(), "GATE7");
+    EXPECT_TRUE(xPrinter->IsShared());
+}
+
+TEST_F(XPrinterTest, EmptyShareNameTurnsSharingOff)
+{
+    xPrinter->SetShareName(OString());
+    EXPECT_TRUE(xPrinter->GetShareName().IsEmpty());
+    EXPECT_FALSE(xPrinter->IsShared());
+    EXPECT_TRUE(xPrinter->IsLocal());
+}
+
+TEST_F(XPrinterTest, ShareNameWithAForbiddenCharacterNeverReachesTheSpooler)
+{
+    for (const char* name : {"a/b", "a\\b", "a,b", "/", "\\", ","}) {
+        EXPECT_THROW(xPrinter->SetShareName(OString(name)), PrinterShareNameNotValid_E) << name;
+    }
+    EXPECT_EQ(::SpoolerLogLength(), 0u);
+}
+
+TEST_F(XPrinterTest, ShareNameThatTheSpoolerRefusesIsNotValid)
+{
+    FailNext(SpoolerCall::SetPrinter, ERROR_INVALID_SHARENAME);
+    EXPECT_THROW(xPrinter->SetShareName(OString("NEW")), PrinterShareNameNotValid_E);
+}
+
+TEST_F(XPrinterTest, OtherFailureOfTheShareWriteIsASystemError)
+{
+    FailNext(SpoolerCall::SetPrinter, ERROR_NOT_ENOUGH_MEMORY);
+    EXPECT_EQ(ResultOf([&] { xPrinter->SetShareName(OString("NEW")); }), HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY));
+}
+
+TEST_F(XPrinterTest, SharingWhatIsSharedWritesNothing)
+{
+    xPrinter->SetShared(true);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinter), 0u);
+}
+
+TEST_F(XPrinterTest, UnsharingWhatIsNotSharedWritesNothing)
+{
+    ::SpoolerSetPrinterAttributes(printerName, PRINTER_ATTRIBUTE_LOCAL);
+    xPrinter->SetShared(false);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinter), 0u);
+}
+
+TEST_F(XPrinterTest, SharingKeepsTheShareNameThatIsThere)
+{
+    ::SpoolerSetPrinterAttributes(printerName, PRINTER_ATTRIBUTE_LOCAL);
+    xPrinter->SetShared(true);
+    EXPECT_TRUE(xPrinter->IsShared());
+    EXPECT_EQ(xPrinter->GetShareName(), "LABELS");
+}
+
+TEST_F(XPrinterTest, UnsharingKeepsTheShareName)
+{
+    xPrinter->SetShared(false);
+    EXPECT_FALSE(xPrinter->IsShared());
+    EXPECT_EQ(xPrinter->GetShareName(), "LABELS");
+}
+
+class UnnamedShareTest : public SpoolerTest {
+protected:
+    static XPrinterRef Open(const wchar_t* name)
+    {
+        SpoolerPrinter printer = LabelPrinter();
+        printer.printerName = name;
+        printer.shareName = L"";
+        printer.attributes = PRINTER_ATTRIBUTE_LOCAL;
+        AddPrinter(printer);
+        return XPrinterRef::Acquire(OString(name));
+    }
+};
+
+TEST_F(UnnamedShareTest, SharingTakesThePrintersOwnName)
+{
+    const XPrinterRef xPrinter = Open(L"Gate 7");
+    xPrinter->SetShared(true);
+    EXPECT_TRUE(xPrinter->IsShared());
+    EXPECT_EQ(xPrinter->GetShareName(), "Gate 7");
+}
+
+TEST_F(UnnamedShareTest, SharingUnderANameWithASlashIsRefused)
+{
+    const XPrinterRef xPrinter = Open(L"Gate/7");
+    EXPECT_THROW(xPrinter->SetShared(true), PrinterShareNameNotValid_E);
+    EXPECT_FALSE(xPrinter->IsShared());
+}
+
+TEST_F(XPrinterTest, FailedReadWhileSharingIsASystemError)
+{
+    FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED, 3); // behind the two calls that read the attribute
+    EXPECT_EQ(ResultOf([&] { xPrinter->SetShared(false); }), HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+}
+
+TEST_F(XPrinterTest, FailedWriteWhileSharingIsASystemError)
+{
+    FailNext(SpoolerCall::SetPrinter, ERROR_ACCESS_DENIED);
+    EXPECT_EQ(ResultOf([&] { xPrinter->SetShared(false); }), HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+    EXPECT_TRUE(xPrinter->IsShared());
+}
+
+// ---- queue ----
+
+struct QueueCommand {
+    const char* name;
+    void (XPrinter::*run)();
+    DWORD command;
+};
+
+const QueueCommand queueCommands[] = {
+    {"Pause",  &XPrinter::Pause,  1},
+    {"Resume", &XPrinter::Resume, 2},
+    {"Purge",  &XPrinter::Purge,  3},
+};
+
+TEST_F(XPrinterTest, QueueCommandsGoOutAtLevel0)
+{
+    for (const QueueCommand& row : queueCommands) {
+        ::SpoolerClearLog();
+        (xPrinter.Get()->*row.run)();
+        ASSERT_EQ(::SpoolerLogLength(), 1u) << row.name;
+        EXPECT_EQ(SpoolerLog()[0].call, SpoolerCall::SetPrinter) << row.name;
+        EXPECT_EQ(SpoolerLog()[0].level, 0u) << row.name;
+        EXPECT_EQ(SpoolerLog()[0].command, row.command) << row.name;
+    }
+}
+
+TEST_F(XPrinterTest, RefusedQueueCommandGoesUnnoticed)
+{
+    for (const QueueCommand& row : queueCommands) {
+        FailNext(SpoolerCall::SetPrinter, ERROR_ACCESS_DENIED);
+        EXPECT_NO_THROW((xPrinter.Get()->*row.run)()) << row.name;
+    }
+}
+
+TEST_F(XPrinterTest, EnumJobIdsGivesTheQueueInItsOrder)
+{
+    const DWORD first = AddJob({});
+    const DWORD second = AddJob({});
+    OTypedArray<unsigned long> ids;
+    EXPECT_TRUE(xPrinter->EnumJobIds(ids));
+    ASSERT_EQ(ids.GetSize(), 2);
+    EXPECT_EQ(ids.GetAt(0), first);
+    EXPECT_EQ(ids.GetAt(1), second);
+    EXPECT_EQ(::SpoolerCalls(SpoolerCall::EnumJobs, 3, printerName), 2u);
+}
+
+TEST_F(XPrinterTest, EmptyQueueGivesNoJobAndIsNoFailure)
+{
+    OTypedArray<unsigned long> ids;
+    EXPECT_TRUE(xPrinter->EnumJobIds(ids));
+    EXPECT_TRUE(ids.IsEmpty());
+}
+
+TEST_F(XPrinterTest, EnumJobIdsFailsWhenTheFirstCallFails)
+{
+    AddJob({});
+    FailNext(SpoolerCall::EnumJobs, ERROR_ACCESS_DENIED);
+    OTypedArray<unsigned long> ids;
+    EXPECT_FALSE(xPrinter->EnumJobIds(ids));
+    EXPECT_TRUE(ids.IsEmpty());
+}
+
+TEST_F(XPrinterTest, EnumJobIdsFailsWhenTheSecondCallFails)
+{
+    AddJob({});
+    FailNext(SpoolerCall::EnumJobs, ERROR_ACCESS_DENIED, 2);
+    OTypedArray<unsigned long> ids;
+    EXPECT_FALSE(xPrinter->EnumJobIds(ids));
+    EXPECT_TRUE(ids.IsEmpty());
+}
+
+TEST_F(XPrinterTest, StatusTextComesFromTheDriver)
+{
+    ::SpoolerSetPrinterStatus(printerName, PRINTER_STATUS_PAPER_JAM | PRINTER_STATUS_PAPER_OUT);
+    EXPECT_EQ(xPrinter->GetStatusText(), "Paper Jam, Paper Out");
+}
+
+// ---- objects with sinks ----
+
+template <class T>
+T* Token(int number)
+{
+    return reinterpret_cast<T*>(static_cast<ULONG_PTR>(number) * 16);
+}
+
+TEST_F(XPrinterTest, PrinterReferenceIsListedOnce)
+{
+    xPrinter->AddPrinterReference(Token<Printer>(1));
+    xPrinter->AddPrinterReference(Token<Printer>(1));
+    xPrinter->AddPrinterReference(Token<Printer>(2));
+    OPointerArray<Printer>& references = xPrinter->LockPrinterReferences();
+    ASSERT_EQ(references.GetSize(), 2);
+    EXPECT_EQ(references.GetAt(0), Token<Printer>(1));
+    EXPECT_EQ(references.GetAt(1), Token<Printer>(2));
+    xPrinter->UnlockPrinterReferences();
+}
+
+TEST_F(XPrinterTest, RemovedPrinterReferenceIsGone)
+{
+    xPrinter->AddPrinterReference(Token<Printer>(1));
+    EXPECT_TRUE(xPrinter->HasPrinterReferences());
+    xPrinter->RemovePrinterReference(Token<Printer>(1));
+    EXPECT_FALSE(xPrinter->HasPrinterReferences());
+}
+
+TEST_F(XPrinterTest, RemovingAPrinterThatIsNotListedDoesNothing)
+{
+    xPrinter->AddPrinterReference(Token<Printer>(1));
+    xPrinter->RemovePrinterReference(Token<Printer>(2));
+    EXPECT_TRUE(xPrinter->HasPrinterReferences());
+}
+
+TEST_F(XPrinterTest, QueueReferencesAreAListOfTheirOwn)
+{
+    xPrinter->AddQueueReference(Token<PrintQueue>(1));
+    xPrinter->AddQueueReference(Token<PrintQueue>(1));
+    EXPECT_TRUE(xPrinter->HasQueueReferences());
+    EXPECT_FALSE(xPrinter->HasPrinterReferences());
+    EXPECT_EQ(xPrinter->LockQueueReferences().GetSize(), 1);
+    xPrinter->UnlockQueueReferences();
+    xPrinter->RemoveQueueReference(Token<PrintQueue>(2));
+    xPrinter->RemoveQueueReference(Token<PrintQueue>(1));
+    EXPECT_FALSE(xPrinter->HasQueueReferences());
+}
+
+TEST_F(XPrinterTest, PropertiesCanBeReadWhileTheReferencesAreLocked)
+{
+    xPrinter->LockPrinterReferences();
+    std::jthread([this] { EXPECT_EQ(xPrinter->GetComment(), "Shipping labels"); }).join();
+    xPrinter->UnlockPrinterReferences();
+}
+
+TEST_F(XPrinterTest, StatusThreadCanBeAskedForAgainAndEndsWithThePrinter)
+{
+    xPrinter->StartStatusThread();
+    xPrinter->StartStatusThread();
+    xPrinter.Release();
+    EXPECT_EQ(XPrinterPool::GetCount(), 0);
+}
+
+} // namespace

@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: MIT
+#include "vrl/frame/MethodGuard.h"
+
+#include "support/com/ErrorInformation.h"
+
+#include "foundation/Assert.h"
+#include "foundation/failures/OException.h"
+#include "foundation/failures/SehTranslator.h"
+#include "vrl/frame/VRException.h"
+
+#include <gtest/gtest.h>
+#include <oleauto.h>
+
+#include <new>
+#include <stdexcept>
+#include <thread>
+
+namespace {
+
+constexpr CLSID testClass = {
+    0x7a1c3c52, 0x94c1, 0x4f52, {0x8e, 0x0b, 0x5d, 0x3e, 0x1c, 0x63, 0x7a, 0x21}
+};
+
+/// Result of a guarded body, and what it left for the caller.
+struct Outcome {
+    HRESULT result;
+    ErrorInformation error;
+};
+
+template <class Body>
+Outcome RunGuardedBody(Body&& body)
+{
+    ::SetErrorInfo(0, nullptr);
+    const HRESULT result = MethodGuard("Test::Member", testClass, body);
+    return {result, TakeErrorInformation()};
+}
+
+/// Faults that are meant: no sanitizer is to meet them first.
+[[gnu::no_sanitize("undefined")]] void WriteToNowhere()
+{
+    int* volatile nowhere = nullptr;
+    *nowhere = 1;
+}
+
+[[gnu::no_sanitize("undefined")]] void DivideByZero()
+{
+    volatile int zero = 0;
+    zero = 1 / zero;
+}
+
+constexpr HRESULT FromSystem(unsigned long code)
+{
+    return static_cast<HRESULT>(0x80070000 | code);
+}
+
+TEST(MethodGuard, BodyThatEndsGivesSuccessWithoutErrorInformation)
+{
+    const Outcome outcome = RunGuardedBody([] {});
+    EXPECT_EQ(outcome.result, S_OK);
+    EXPECT_FALSE(outcome.error.present);
+}
+
+TEST(MethodGuard, BodyMayChooseItsResult)
+{
+    const Outcome outcome = RunGuardedBody([] { return S_FALSE; });
+    EXPECT_EQ(outcome.result, S_FALSE);
+    EXPECT_FALSE(outcome.error.present);
+}
+
+TEST(MethodGuard, FailureThatTheBodyReturnsGetsNoFreshText)
+{
+    const Outcome outcome = RunGuardedBody([] { return E_ACCESSDENIED; });
+    EXPECT_EQ(outcome.result, E_ACCESSDENIED);
+    EXPECT_FALSE(outcome.error.present);
+}
+
+TEST(MethodGuard, ExpectedFailureBecomesItsCodeAndText)
+{
+    const Outcome outcome = RunGuardedBody([] { throw PrinterNotInitialized_E(); });
+    EXPECT_EQ(outcome.result, static_cast<HRESULT>(0x80042000));
+    EXPECT_EQ(outcome.error.description, "Printer object not initialized");
+    EXPECT_EQ(outcome.error.guid, IID_NULL);
+    EXPECT_EQ(outcome.error.helpContext, 0u);
+}
+
+TEST(MethodGuard, OwnedTextOfAFailureReachesTheCaller)
+{
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    const Outcome outcome = RunGuardedBody([] {
+        ::SetLastError(ERROR_ACCESS_DENIED);
+        throw SystemError_E();
+    });
+    EXPECT_EQ(outcome.result, E_ACCESSDENIED);
+    EXPECT_FALSE(outcome.error.description.empty());
+}
+
+TEST(MethodGuard, RootOfTheFamilyIsAnUnspecificFailure)
+{
+    const Outcome outcome = RunGuardedBody([] { throw OStdException("odd"); });
+    EXPECT_EQ(outcome.result, E_FAIL);
+    EXPECT_EQ(outcome.error.description, "odd");
+}
+
+TEST(MethodGuard, WantOfMemoryHasItsText)
+{
+    const Outcome outcome = RunGuardedBody([] { throw std::bad_alloc(); });
+    EXPECT_EQ(outcome.result, static_cast<HRESULT>(0x8007000E));
+    EXPECT_EQ(outcome.error.description, "Out of memory");
+}
+
+TEST(MethodGuard, WantOfMemoryThrownByPointerIsTheSame)
+{
+    static const std::bad_alloc exhausted;
+    const Outcome outcome = RunGuardedBody([] { throw &exhausted; });
+    EXPECT_EQ(outcome.result, static_cast<HRESULT>(0x8007000E));
+    EXPECT_EQ(outcome.error.description, "Out of memory");
+}
+
+TEST(MethodGuard, InternalFailureBecomesItsSystemCode)
+{
+    const Outcome outcome = RunGuardedBody([] { throw OException(5, "denied"); });
+    EXPECT_EQ(outcome.result, FromSystem(5));
+    EXPECT_EQ(outcome.error.description, "denied");
+}
+
+TEST(MethodGuard, OnlyTheLowHalfOfAnInternalCodeGoesOut)
+{
+    const Outcome outcome = RunGuardedBody([] { throw OException(0x12340005, "denied"); });
+    EXPECT_EQ(outcome.result, FromSystem(5));
+}
+
+TEST(MethodGuard, InternalFailureWithoutCodeIsAnInternalError)
+{
+    for (const long code : {0L, -1L, -5L}) {
+        const Outcome outcome = RunGuardedBody([code] { throw OException(code, "odd"); });
+        EXPECT_EQ(outcome.result, static_cast<HRESULT>(0x8007054F)) << code;
+        EXPECT_EQ(outcome.error.description, "odd") << code;
+    }
+}
+
+TEST(MethodGuard, InternalFailureWithoutTextIsUnspecified)
+{
+    const Outcome outcome = RunGuardedBody([] { throw OException(0x1FFFF, nullptr); });
+    EXPECT_EQ(outcome.error.description, "Unspecified error");
+}
+
+TEST(MethodGuard, ForeignExceptionIsUnspecified)
+{
+    const Outcome outcome = RunGuardedBody([] { throw std::runtime_error("from elsewhere"); });
+    EXPECT_EQ(outcome.result, E_FAIL);
+    EXPECT_EQ(outcome.error.description, "Unspecified error");
+}
+
+TEST(MethodGuard, BareTextIsUnspecified)
+{
+    const Outcome outcome = RunGuardedBody([] { throw L"Refresh_DriverInfo() Failed."; });
+    EXPECT_EQ(outcome.result, E_FAIL);
+    EXPECT_EQ(outcome.error.description, "Unspecified error");
+}
+
+TEST(MethodGuard, AccessViolationIsAnInvalidAddress)
+{
+    const Outcome outcome = RunGuardedBody([] { WriteToNowhere(); });
+    EXPECT_EQ(outcome.result, FromSystem(ERROR_INVALID_ADDRESS));
+    EXPECT_FALSE(outcome.error.description.empty());
+}
+
+TEST(MethodGuard, DivisionByZeroHasItsText)
+{
+    const Outcome outcome = RunGuardedBody([] { DivideByZero(); });
+    EXPECT_EQ(outcome.result, FromSystem(ERROR_INTERNAL_ERROR));
+    EXPECT_EQ(outcome.error.description, "Division by zero.");
+}
+
+TEST(MethodGuard, BrokenAssertionTellsItsCondition)
+{
+    const bool ready = false;
+    const Outcome outcome = RunGuardedBody([&] { ASSERT(ready); });
+    EXPECT_EQ(outcome.result, FromSystem(ERROR_INTERNAL_ERROR));
+    EXPECT_EQ(outcome.error.description, "ASSERT(ready)");
+}
+
+TEST(MethodGuard, DestructorsRunBetweenFaultAndResult)
+{
+    bool destroyed = false;
+    struct Flag {
+        bool& raised;
+        ~Flag() { raised = true; }
+    };
+    RunGuardedBody([&] {
+        const Flag flag{destroyed};
+        WriteToNowhere();
+    });
+    EXPECT_TRUE(destroyed);
+}
+
+TEST(MethodGuard, GuardsNest)
+{
+    const Outcome outcome = RunGuardedBody([] {
+        const Outcome inner = RunGuardedBody([] { throw InvalidArgument_E(); });
+        EXPECT_EQ(inner.result, E_INVALIDARG);
+        throw InvalidPort_E();
+    });
+    EXPECT_EQ(outcome.error.description, "Invalid port");
+}
+
+TEST(MethodGuard, TranslatorIsThatOfBeforeAfterwards)
+{
+    const SehTranslator before = SetSehTranslator(nullptr);
+    RunGuardedBody([] {});
+    EXPECT_EQ(SetSehTranslator(before), nullptr);
+    RunGuardedBody([] { throw InvalidArgument_E(); });
+    EXPECT_EQ(SetSehTranslator(before), before);
+}
+
+TEST(MethodGuard, ErrorInformationBelongsToItsThread)
+{
+    ::SetErrorInfo(0, nullptr);
+    std::jthread([] { RunGuardedBody([] { throw InvalidArgument_E(); }); }).join();
+    EXPECT_FALSE(TakeErrorInformation().present);
+}
+
+} // namespace

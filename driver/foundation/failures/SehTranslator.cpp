@@ -23,12 +23,11 @@ void __gxx_personality_seh0(); // NOLINT(bugprone-reserved-identifier): called b
 
 namespace {
 
-constexpr DWORD gccException = 0x20474343;       // thrown by this compiler's run-time
-constexpr DWORD gccUnwind = 0x21474343;          // the same, while it unwinds
-constexpr DWORD gccForcedUnwind = 0x22474343;    // the same, for a thread that is being cancelled
-constexpr DWORD microsoftException = 0xE06D7363; // thrown by code of the other compiler
-constexpr std::array untouchedCodes{gccException,       gccUnwind,         gccForcedUnwind,
-                                    microsoftException, STATUS_BREAKPOINT, STATUS_SINGLE_STEP};
+constexpr DWORD gccException = 0x20474343;     // thrown by this compiler's run-time
+constexpr DWORD gccUnwind = 0x21474343;        // the same, while it unwinds
+constexpr DWORD gccForcedUnwind = 0x22474343;  // the same, for a thread that is being cancelled
+constexpr DWORD foreignException = 0xE06D7363; // thrown by the platform's usual compiler
+constexpr std::array untouchedCodes{gccException, gccUnwind, gccForcedUnwind, STATUS_BREAKPOINT, STATUS_SINGLE_STEP};
 
 constexpr DWORD severityMask = 0xC0000000;
 constexpr DWORD severityInformational = 0x40000000;
@@ -50,7 +49,7 @@ struct Fault {
     EXCEPTION_POINTERS pointers;
 };
 
-/// What one thread needs. Made when the thread sets its first translator.
+/// What one thread needs. Made when the thread sets its first translator or meets its first foreign exception.
 struct ThreadState {
     SehTranslator translator = nullptr;
     std::array<Fault, 4> faults; ///< used in turn, so that a fault inside the translator spares the one before
@@ -66,6 +65,18 @@ void CALLBACK DeleteThreadState(void* state) noexcept
     std::default_delete<ThreadState>()(static_cast<ThreadState*>(state));
 }
 
+/// Keeps room for the translator on the calling thread's stack, at most a quarter of what is free. The platform never
+/// takes back such a promise; a thread that refuses goes without.
+void ReserveStack() noexcept
+{
+    MEMORY_BASIC_INFORMATION stack{};
+    if (!::VirtualQuery(&stack, &stack, sizeof stack)) return;
+    const auto here = reinterpret_cast<ULONG_PTR>(&stack);
+    const auto bottom = reinterpret_cast<ULONG_PTR>(stack.AllocationBase);
+    ULONG size = static_cast<ULONG>(std::min<ULONG_PTR>(stackReserve, (here - bottom) / 4));
+    if (::SetThreadStackGuarantee(&size)) ::_resetstkoflw();
+}
+
 /// Owner of the slot by which each thread finds its state, and through it of the states.
 class ThreadStates {
 public:
@@ -74,7 +85,7 @@ public:
     ThreadStates& operator=(const ThreadStates&) = delete;
     ~ThreadStates() { ::FlsFree(_slot); }
 
-    /// Null if the thread has never set a translator. Keeps the thread's last error.
+    /// Null if the thread has none yet. Keeps the thread's last error.
     ThreadState* Find() const noexcept
     {
         const DWORD lastError = ::GetLastError();
@@ -89,6 +100,7 @@ public:
         if (ThreadState* const state = Find()) return state;
         std::unique_ptr<ThreadState> state(new (std::nothrow) ThreadState);
         if (!state || !::FlsSetValue(_slot, state.get())) return nullptr;
+        ReserveStack();
         return state.release();
     }
 
@@ -107,8 +119,11 @@ EXCEPTION_ROUTINE* CxxPersonality() noexcept
     return reinterpret_cast<EXCEPTION_ROUTINE*>(&__gxx_personality_seh0);
 }
 
-bool IsTranslated(const EXCEPTION_RECORD& record) noexcept
+/// Whether the exception leaves `CallTranslated` as one of this compiler's.
+bool IsTranslated(const EXCEPTION_RECORD& record, const ThreadState& state) noexcept
 {
+    if (record.ExceptionCode == foreignException) return true;
+    if (!state.translator) return false;
     if ((record.ExceptionCode & severityMask) == severityInformational) return false;
     return std::ranges::find(untouchedCodes, record.ExceptionCode) == untouchedCodes.end();
 }
@@ -221,18 +236,6 @@ void ResumeInTranslator(CONTEXT& context, CONTEXT (&scratch)[2]) noexcept
 
 // --- Stack overflow ---
 
-/// Keeps room for the translator on the calling thread's stack, at most a quarter of what is free. The platform never
-/// takes back such a promise; a thread that refuses goes without.
-void ReserveStack() noexcept
-{
-    MEMORY_BASIC_INFORMATION stack{};
-    if (!::VirtualQuery(&stack, &stack, sizeof stack)) return;
-    const auto here = reinterpret_cast<ULONG_PTR>(&stack);
-    const auto bottom = reinterpret_cast<ULONG_PTR>(stack.AllocationBase);
-    ULONG size = static_cast<ULONG>(std::min<ULONG_PTR>(stackReserve, (here - bottom) / 4));
-    if (::SetThreadStackGuarantee(&size)) ::_resetstkoflw();
-}
-
 /// Gives the stack its guard page back, once the stack pointer has left the reserve. The platform takes the page away
 /// when it reports an overflow; without it the next overflow would end the process.
 void MendStack(ThreadState& state) noexcept
@@ -257,13 +260,8 @@ void MendStackAndCleanUp(_Unwind_Reason_Code reason, _Unwind_Exception* exceptio
 
 SehTranslator SetSehTranslator(SehTranslator translator) noexcept
 {
-    ThreadState* state = States().Find();
-    if (!state) {
-        if (!translator) return nullptr;
-        state = States().FindOrMake();
-        if (!state) return nullptr;
-        ReserveStack();
-    }
+    ThreadState* const state = translator ? States().FindOrMake() : States().Find();
+    if (!state) return nullptr;
     MendStack(*state);
     return std::exchange(state->translator, translator);
 }
@@ -271,13 +269,13 @@ SehTranslator SetSehTranslator(SehTranslator translator) noexcept
 /// Sees every exception that passes `CallTranslated`.
 EXCEPTION_DISPOSITION SehThunkHandler(EXCEPTION_RECORD* record, void*, CONTEXT* context, DISPATCHER_CONTEXT*) noexcept
 {
-    ThreadState* const state = States().Find();
+    ThreadState* const state = record->ExceptionCode == foreignException ? States().FindOrMake() : States().Find();
     if (!state) return ExceptionContinueSearch;
     if (record->ExceptionFlags & (EXCEPTION_UNWINDING | EXCEPTION_EXIT_UNWIND)) {
         state->passing = false;
         return ExceptionContinueSearch;
     }
-    if (!state->translator || state->passing || !IsTranslated(*record)) return ExceptionContinueSearch;
+    if (state->passing || !IsTranslated(*record, *state)) return ExceptionContinueSearch;
 
     state->currentFault = (state->currentFault + 1) % state->faults.size();
     Fault& fault = state->faults[state->currentFault];
@@ -307,6 +305,7 @@ void SehTranslateFault()
 {
     ThreadState& state = *States().Find();
     Fault& fault = state.faults[state.currentFault];
+    if (fault.record.ExceptionCode == foreignException) throw ForeignException();
     state.translator(fault.record.ExceptionCode, &fault.pointers);
 
     // The translator has declined: raise the exception once more for those who come after it.

@@ -8,6 +8,10 @@
 /// catch clause, until the thread has met a few more faults.
 using SehTranslator = void (*)(unsigned code, EXCEPTION_POINTERS* pointers);
 
+/// Stands for a C++ exception of the platform's usual compiler, which no catch clause of this one sees: it comes out of
+/// `CallTranslated` in its place. Nothing is known of what was thrown.
+class ForeignException {};
+
 /// Sets the calling thread's translator and gives the one before; null means that structured exceptions pass untouched.
 /// The same contract as the run-time library's `_set_se_translator`, which a program built by this compiler can't use.
 /// It sees only what happens inside `CallTranslated`.
@@ -15,8 +19,9 @@ SehTranslator SetSehTranslator(SehTranslator translator) noexcept;
 
 /// Runs `body(context)` so that a structured exception raised inside it, at any depth, reaches the thread's translator.
 /// What the translator throws comes out of the faulting instruction: catch clauses inside the body and outside of this
-/// call see it, and destructors in between run. C++ exceptions of any compiler, breakpoints and informational codes
-/// pass untouched. Calls may be nested.
+/// call see it, and destructors in between run. A C++ exception of the platform's usual compiler that no handler of
+/// that compiler takes inside the body becomes a `ForeignException` in the same way, with or without a translator. C++
+/// exceptions of this compiler, breakpoints and informational codes pass untouched. Calls may be nested.
 extern "C" void CallTranslated(void (*body)(void* context), void* context);
 
 /// `CallTranslated` for anything that can be called without arguments.

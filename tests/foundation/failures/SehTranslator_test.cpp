@@ -3,6 +3,7 @@
 
 #include "foundation/Assert.h"
 #include "foundation/OHandle.h"
+#include "support/ForeignThrow.h"
 
 #include <gtest/gtest.h>
 
@@ -545,6 +546,161 @@ TEST_F(SehTranslatorTest, AFaultInABuiltinFunctionPassesOverTheFrameThatCalledIt
     EXPECT_EQ(code, EXCEPTION_ACCESS_VIOLATION);
 }
 
+// --- C++ exceptions of the platform's usual compiler ---
+
+template <int depth>
+constexpr auto ThrowForeignInNestedFrames = Nested<ThrowAsForeignCode, depth>;
+
+TEST_F(SehTranslatorTest, AForeignExceptionIsCaughtOutsideOfTheThunk)
+{
+    EXPECT_THROW(RunTranslated(ThrowAsForeignCode), ForeignException);
+}
+
+TEST_F(SehTranslatorTest, AForeignExceptionIsCaughtInsideTheThunk)
+{
+    bool caught = false;
+    RunTranslated([&] {
+        try {
+            ThrowAsForeignCode();
+        } catch (...) {
+            caught = true;
+        }
+    });
+    EXPECT_TRUE(caught);
+}
+
+TEST_F(SehTranslatorTest, AForeignExceptionIsCaughtAgainAndAgain)
+{
+    for (int round = 0; round < 20; ++round) {
+        EXPECT_THROW(RunTranslated(ThrowAsForeignCode), ForeignException) << "round " << round;
+    }
+}
+
+TEST_F(SehTranslatorTest, AForeignExceptionRunsTheDestructorsInAllFramesInBetween)
+{
+    EXPECT_THROW(RunTranslated(ThrowForeignInNestedFrames<5>), ForeignException);
+    EXPECT_EQ(destroyed, 6);
+}
+
+TEST_F(SehTranslatorTest, AForeignExceptionIsNotShownToTheTranslator)
+{
+    static int asked;
+    asked = 0;
+    SetSehTranslator([](unsigned, EXCEPTION_POINTERS*) { ++asked; });
+    EXPECT_THROW(RunTranslated(ThrowAsForeignCode), ForeignException);
+    EXPECT_EQ(asked, 0);
+}
+
+TEST_F(SehTranslatorTest, AForeignExceptionNeedsNoTranslator)
+{
+    SetSehTranslator(nullptr);
+    EXPECT_THROW(RunTranslated(ThrowAsForeignCode), ForeignException);
+}
+
+TEST_F(SehTranslatorTest, AForeignExceptionNeedsNoEarlierTranslatorOfItsThread)
+{
+    static int caught;
+    caught = 0;
+    const OWaitHandle thread(reinterpret_cast<HANDLE>(::_beginthreadex(
+        nullptr, 0,
+        [](void*) -> unsigned {
+            for (int round = 0; round < 2; ++round) {
+                try {
+                    RunTranslated(ThrowAsForeignCode);
+                } catch (const ForeignException&) {
+                    ++caught;
+                }
+            }
+            return 0;
+        },
+        nullptr, 0, nullptr)));
+    ::WaitForSingleObject(thread.Get(), INFINITE);
+    EXPECT_EQ(caught, 2);
+}
+
+TEST_F(SehTranslatorTest, AFaultAfterAForeignExceptionIsTranslated)
+{
+    EXPECT_THROW(RunTranslated(ThrowAsForeignCode), ForeignException);
+    EXPECT_EQ(CatchOutside(ReadBadAddress), EXCEPTION_ACCESS_VIOLATION);
+}
+
+TEST_F(SehTranslatorTest, AForeignExceptionInACatchClauseIsCaughtToo)
+{
+    EXPECT_THROW(RunTranslated([] {
+                     try {
+                         ReadBadAddress();
+                     } catch (const Translated&) {
+                         ThrowAsForeignCode();
+                     }
+                 }),
+                 ForeignException);
+}
+
+// A frame as that compiler makes it for a catch clause: it takes the exceptions of its own language. Gives 1 if it took
+// one, otherwise 0.
+extern "C" int CallUnderForeignCatch(void (*body)());
+extern "C" void ForeignCatchClause();
+extern "C" EXCEPTION_DISPOSITION TakeForeignException(EXCEPTION_RECORD* record, void* frame, CONTEXT* context,
+                                                      DISPATCHER_CONTEXT* dispatcher)
+{
+    if (record->ExceptionFlags & (EXCEPTION_UNWINDING | EXCEPTION_EXIT_UNWIND)) return ExceptionContinueSearch;
+    if (record->ExceptionCode == foreignExceptionCode) {
+        void* const taken = reinterpret_cast<void*>(ULONG_PTR{1});
+        void* const clause = reinterpret_cast<void*>(&ForeignCatchClause);
+        ::RtlUnwindEx(frame, clause, record, taken, context, dispatcher->HistoryTable);
+    }
+    return ExceptionContinueSearch;
+}
+__asm__(R"(
+    .text
+    .globl CallUnderForeignCatch
+    .globl ForeignCatchClause
+    .seh_proc CallUnderForeignCatch
+CallUnderForeignCatch:
+    subq $40, %rsp
+    .seh_stackalloc 40
+    .seh_endprologue
+    call *%rcx
+    xorl %eax, %eax
+ForeignCatchClause:
+    nop
+    addq $40, %rsp
+    ret
+    .seh_handler TakeForeignException, @except
+    .seh_endproc
+)");
+
+TEST_F(SehTranslatorTest, ANearerForeignCatchClauseTakesAForeignException)
+{
+    int taken = 0;
+    RunTranslated([&] { taken = CallUnderForeignCatch(ThrowAsForeignCode); });
+    EXPECT_EQ(taken, 1);
+}
+
+TEST_F(SehTranslatorTest, AForeignCatchClauseOutsideOfTheThunkIsNotReached)
+{
+    static bool caught;
+    caught = false;
+    const int taken = CallUnderForeignCatch([] {
+        try {
+            RunTranslated(ThrowAsForeignCode);
+        } catch (const ForeignException&) {
+            caught = true;
+        }
+    });
+    EXPECT_EQ(taken, 0);
+    EXPECT_TRUE(caught);
+}
+
+TEST_F(SehTranslatorTest, AForeignExceptionAfterATakenOneIsCaught)
+{
+    EXPECT_THROW(RunTranslated([] {
+                     CallUnderForeignCatch(ThrowAsForeignCode);
+                     ThrowAsForeignCode();
+                 }),
+                 ForeignException);
+}
+
 // --- What isn't translated ---
 
 /// Sees what nobody else handles, and lets the program go on behind it.
@@ -597,11 +753,6 @@ TEST_F(SehTranslatorTest, InformationalCodesPass)
 {
     RaiseAndGoOn<0x40001234>();
     RaiseAndGoOn<0x60001234>();
-}
-
-TEST_F(SehTranslatorTest, ExceptionsOfAnotherCompilersLanguagePass)
-{
-    RaiseAndGoOn<0xE06D7363>();
 }
 
 TEST_F(SehTranslatorTest, BreakpointsAndStepsPass)

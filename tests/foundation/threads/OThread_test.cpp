@@ -13,6 +13,7 @@
 #include "foundation/failures/OExceptionHandler.h"
 #include "foundation/threads/TickCount.h"
 #include "support/AssertCatcher.h"
+#include "support/ForeignThrow.h"
 #include "support/ImportHook.h"
 
 namespace {
@@ -343,6 +344,31 @@ TEST(OThread, ABodyCanCatchItsStructuredExceptions)
     thread.Start();
     ASSERT_TRUE(thread.Stop(generousMs));
     EXPECT_EQ(body.errorCode, ERROR_INVALID_ADDRESS);
+}
+
+/// A body into which foreign code throws, without an exception handler of its own.
+class ForeignThrowingBody : public IThreadable {
+public:
+    void TheadStart() override
+    {
+        try {
+            ThrowAsForeignCode();
+        } catch (...) {
+            caught = true;
+        }
+    }
+    void ThreadStop() override {}
+
+    std::atomic<bool> caught = false;
+};
+
+TEST(OThread, ABodyCanCatchExceptionsOfForeignCode)
+{
+    ForeignThrowingBody body;
+    OThread thread(&body);
+    thread.Start();
+    ASSERT_TRUE(thread.Stop(generousMs));
+    EXPECT_TRUE(body.caught);
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/frame/MethodGuard.h"
 
+#include "support/ForeignThrow.h"
+#include "support/ImportHook.h"
 #include "support/com/ErrorInformation.h"
 
 #include "foundation/Assert.h"
@@ -144,11 +146,28 @@ TEST(MethodGuard, InternalFailureWithoutTextIsUnspecified)
     EXPECT_EQ(outcome.error.description, "Unspecified error");
 }
 
-TEST(MethodGuard, ForeignExceptionIsUnspecified)
+TEST(MethodGuard, ExceptionOfTheStandardLibraryIsUnspecified)
 {
     const Outcome outcome = RunGuardedBody([] { throw std::runtime_error("from elsewhere"); });
     EXPECT_EQ(outcome.result, E_FAIL);
     EXPECT_EQ(outcome.error.description, "Unspecified error");
+}
+
+TEST(MethodGuard, ExceptionOfAnotherCompilersLanguageIsUnspecified)
+{
+    const Outcome outcome = RunGuardedBody([] { ThrowAsForeignCode(); });
+    EXPECT_EQ(outcome.result, E_FAIL);
+    EXPECT_EQ(outcome.error.description, "Unspecified error");
+}
+
+TEST(MethodGuard, ExceptionOfAnotherCompilersLanguageIsNotShown)
+{
+    static int dialogs;
+    dialogs = 0;
+    const ImportHook<decltype(::MessageBoxA)> messageBox(
+        "MessageBoxA", [](HWND, const char*, const char*, UINT) -> int { return ++dialogs; });
+    RunGuardedBody([] { ThrowAsForeignCode(); });
+    EXPECT_EQ(dialogs, 0);
 }
 
 TEST(MethodGuard, BareTextIsUnspecified)

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/frame/VRException.h"
 
+#include "support/ImportHook.h"
+
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <memory>
 #include <type_traits>
 
 namespace {
@@ -72,6 +76,49 @@ TEST(SystemError_E, TakesCodeAndMessageOfTheLastError)
     const SystemError_E exception;
     EXPECT_EQ(exception.GetResult(), static_cast<HRESULT>(0x80070005));
     EXPECT_EQ(OString(exception.GetText()), OString(message).nstring());
+}
+
+/// Lets every allocation change the thread's last error, until the system is asked for a message.
+class DisturbingAllocations {
+public:
+    DisturbingAllocations()
+    {
+        asked = 0;
+        disturbing = true;
+    }
+    DisturbingAllocations(const DisturbingAllocations&) = delete;
+    DisturbingAllocations& operator=(const DisturbingAllocations&) = delete;
+    ~DisturbingAllocations() { disturbing = false; }
+
+    static inline DWORD asked; ///< the error whose message was wanted
+
+private:
+    static void* Allocate(size_t size)
+    {
+        if (disturbing) ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+        return std::calloc(size, 1);
+    }
+
+    static DWORD Format(DWORD, const void*, DWORD error, DWORD, wchar_t*, DWORD, char**)
+    {
+        disturbing = false;
+        asked = error;
+        return 0;
+    }
+
+    static inline bool disturbing;
+
+    ImportHook<decltype(Allocate)> _malloc{"malloc", Allocate};
+    ImportHook<decltype(Format)> _formatMessage{"FormatMessageW", Format};
+};
+
+TEST(SystemError_E, IsAboutTheErrorFromBeforeItsOwnAllocations)
+{
+    const DisturbingAllocations disturbing;
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    const SystemError_E exception;
+    EXPECT_EQ(disturbing.asked, DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_EQ(exception.GetResult(), static_cast<HRESULT>(0x80070005));
 }
 
 TEST(SystemError_E, CodeIsWhatAskingForTheMessageLeft)

@@ -35,9 +35,12 @@ void VRExceptionString::SetText(const OString& text)
     SetTextPointer(_ownedText.nstring());
 }
 
-SystemError_E::SystemError_E()
+SystemError_E::SystemError_E() : SystemError_E(::GetLastError()) {}
+
+SystemError_E::SystemError_E(DWORD error)
 {
-    SetText(SystemMessage(::GetLastError()));
+    ::SetLastError(error); // building the base may have changed it
+    SetText(SystemMessage(error));
     // Deliberate: the last error is read again; what FormatMessageW left decides the code.
     SetResult(ResultOfSystemError(::GetLastError()));
 }

@@ -52,10 +52,13 @@ private:
 };
 
 /// A system call that has just failed: its last error as result code, the system's message as text.
-/// Make it on the line behind the call.
+/// Make it on the line after the call.
 class SystemError_E : public VRExceptionString {
 public:
     SystemError_E();
+
+private:
+    explicit SystemError_E(DWORD error);
 };
 
 /// A text as a template argument.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "spooler/SpoolerControl.h"
+#include "spooler/Platform.h"
 
 /// Documented values that the platform headers of mingw-w64 lack.
 

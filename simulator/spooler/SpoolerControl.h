@@ -13,14 +13,7 @@
 ///             ERROR_INVALID_PARAMETER for an unknown job or a missing name, and what the function's comment names.
 /// Calls made here are neither counted, nor logged, nor hit by injected failures.
 
-#ifndef WIN32_LEAN_AND_MEAN
-#define WIN32_LEAN_AND_MEAN
-#endif
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#include <windows.h>
-#include <winspool.h>
+#include "spooler/Platform.h"
 
 #include <string>
 #include <vector>
@@ -126,24 +119,24 @@ struct SpoolerDelivery {
 
 // Calls: their names, their log, failures put into them.
 
-/// The spooler's functions, in the order of the table in CallName.
+/// The spooler's functions by the names of their exports, which no macro of the platform touches.
 enum class SpoolerCall : DWORD {
-    OpenPrinter,
+    OpenPrinterW,
     ClosePrinter,
-    GetPrinter,
-    SetPrinter,
-    GetJob,
-    SetJob,
-    EnumJobs,
-    EnumPrinters,
-    EnumPorts,
-    GetPrinterDriver,
-    GetPrinterData,
-    GetPrinterDataEx,
-    SetPrinterData,
-    SetPrinterDataEx,
-    DeviceCapabilities,
-    StartDocPrinter,
+    GetPrinterW,
+    SetPrinterW,
+    GetJobW,
+    SetJobW,
+    EnumJobsW,
+    EnumPrintersW,
+    EnumPortsW,
+    GetPrinterDriverW,
+    GetPrinterDataW,
+    GetPrinterDataExW,
+    SetPrinterDataW,
+    SetPrinterDataExW,
+    DeviceCapabilitiesW,
+    StartDocPrinterW,
     StartPagePrinter,
     WritePrinter,
     EndPagePrinter,
@@ -178,7 +171,7 @@ enum class SpoolerEffect : DWORD {
 
 /// One injected failure. It is used up after `count` hits.
 struct SpoolerFailure {
-    SpoolerCall call = SpoolerCall::OpenPrinter;
+    SpoolerCall call = SpoolerCall::OpenPrinterW;
     SpoolerEffect effect = SpoolerEffect::Fail;
     DWORD error = ERROR_GEN_FAILURE;
     DWORD nth = 1;                 ///< the first matching call that it hits, counted from the injection: 1 is the next
@@ -197,22 +190,32 @@ struct SpoolerFailure {
 /// One call as it was made, with the arguments that matter; a field that the call lacks is 0 or empty.
 struct SpoolerCallRecord {
     SpoolerCall call;
-    DWORD level;    ///< structure level
-    DWORD jobId;    ///< GetJob, SetJob; the job number that StartDocPrinter gave
-    DWORD command;  ///< SetPrinter, SetJob; the capability of DeviceCapabilities
-    DWORD access;   ///< OpenPrinter: the access asked for
-    DWORD flags;    ///< EnumPrinters: flags; EnumJobs: first position; FindFirst...: filter
-    DWORD bytes;    ///< size of the buffer given in; WritePrinter: bytes to write; SetPrinterData: bytes to store
-    DWORD dataType; ///< SetPrinterData: type; FindFirst...: options
-    DWORD result;   ///< ERROR_SUCCESS, the error that the call failed with, or ERROR_IO_PENDING while it runs
-    LONG value;     ///< what the call returned
+    DWORD level;      ///< structure level
+    DWORD jobId;      ///< GetJob, SetJob; the job number that StartDocPrinter gave
+    DWORD command;    ///< SetPrinter, SetJob
+    DWORD access;     ///< OpenPrinter: the access asked for
+    DWORD flags;      ///< EnumPrinters: which printers
+    DWORD firstJob;   ///< EnumJobs: position of the first one asked for, from 0
+    DWORD jobCount;   ///< EnumJobs: how many are asked for at most
+    DWORD capability; ///< DeviceCapabilities
+    DWORD valueType;  ///< SetPrinterData: REG_*
+    DWORD filter;     ///< FindFirst...: PRINTER_CHANGE_*
+    DWORD category;   ///< FindFirst...: kind of printers, PRINTER_NOTIFY_CATEGORY_*
+    DWORD bytes;      ///< size of the buffer given in, whether to be filled, written or stored
+    DWORD result;     ///< ERROR_SUCCESS, the error that the call failed with, or ERROR_IO_PENDING while it runs
+    LONG value;       ///< what the call returned
     DWORD threadId;
-    bool injected;             ///< an injected failure hit it
-    HANDLE handle;             ///< printer handle given in; OpenPrinter: given out
-    wchar_t printer[MAX_PATH]; ///< printer name, or the name given in; empty for a server or an unknown handle
-    wchar_t key[MAX_PATH];     ///< printer data key; StartDocPrinter: data type; DeviceCapabilities: port;
-                               ///< GetPrinterDriver: environment
-    wchar_t name[MAX_PATH];    ///< printer data value; StartDocPrinter: document; SetPrinter level 2: port
+    bool injected;                 ///< an injected failure hit it
+    HANDLE handle;                 ///< printer handle given in; OpenPrinter: given out
+    HANDLE notification;           ///< FindNext..., FindClose...: given in; FindFirst...: given out
+    wchar_t printer[MAX_PATH];     ///< printer name, or the name given in; empty for a server or an unknown handle
+    wchar_t server[MAX_PATH];      ///< EnumPrinters, EnumPorts: the name given in
+    wchar_t environment[MAX_PATH]; ///< GetPrinterDriver
+    wchar_t port[MAX_PATH];        ///< DeviceCapabilities; SetPrinter level 2
+    wchar_t valueKey[MAX_PATH];    ///< printer data: key
+    wchar_t valueName[MAX_PATH];   ///< printer data: value
+    wchar_t document[MAX_PATH];    ///< StartDocPrinter: name
+    wchar_t datatype[MAX_PATH];    ///< StartDocPrinter: data type
 };
 
 extern "C" {

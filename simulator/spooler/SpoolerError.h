@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "spooler/SpoolerControl.h"
+#include "spooler/Platform.h"
 
 /// How the simulator's own code gives up a call: the system error code that the caller is to see.
 /// Caught where calls enter the world, never seen outside.

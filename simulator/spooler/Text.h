@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "spooler/SpoolerControl.h"
+#include "spooler/Platform.h"
 
 #include <optional>
 #include <string>

@@ -51,7 +51,7 @@ DWORD DocumentSpooling::StartDoc(HANDLE handle, DWORD level, const BYTE* info)
     if (access.printer.attributes & PRINTER_ATTRIBUTE_RAW_ONLY)
         Require(SameName(datatype.substr(0, 3), L"RAW"), ERROR_INVALID_DATATYPE);
 
-    const DWORD jobId = _world.AddJob(access.printer, std::move(job));
+    const DWORD jobId = _world.EnqueueJob(access.printer, std::move(job));
     access.handle.document = OpenDocument{jobId, false};
     return jobId;
 }

@@ -191,7 +191,7 @@ void JobControl::Apply(const PrinterAccess& access, JobRecord& job, DWORD level,
     found->apply({_world, access.printer, job}, info);
 }
 
-void JobControl::SetJob(HANDLE handle, DWORD jobId, DWORD level, const BYTE* info, DWORD command)
+void JobControl::Change(HANDLE handle, DWORD jobId, DWORD level, const BYTE* info, DWORD command)
 {
     const PrinterAccess access = _world.AccessOf(handle);
     JobRecord& job = World::JobOf(access.printer, jobId);

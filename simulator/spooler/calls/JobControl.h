@@ -12,7 +12,7 @@ public:
     /// ERROR_INVALID_PARAMETER for an unknown job or command, ERROR_INVALID_LEVEL, ERROR_ACCESS_DENIED, and what a
     /// wrong field brings: ERROR_INVALID_PRIORITY, ERROR_INVALID_TIME, ERROR_INVALID_DATATYPE,
     /// ERROR_UNKNOWN_PRINTPROCESSOR.
-    void SetJob(HANDLE handle, DWORD jobId, DWORD level, const BYTE* info, DWORD command);
+    void Change(HANDLE handle, DWORD jobId, DWORD level, const BYTE* info, DWORD command);
 
 private:
     void Apply(const PrinterAccess& access, JobRecord& job, DWORD level, const BYTE* info) const;

@@ -5,14 +5,14 @@
 
 #include <algorithm>
 
-void JobReading::GetJob(HANDLE handle, DWORD jobId, DWORD level, const SizedBuffer& target)
+void JobReading::ReadJob(HANDLE handle, DWORD jobId, DWORD level, const SizedBuffer& target)
 {
     const PrinterAccess access = _world.AccessOf(handle);
     const JobRecord& job = World::JobOf(access.printer, jobId);
     PackJobs({access.printer, access.handle.serverPrefix}, {&job}, level).CopyTo(target);
 }
 
-void JobReading::EnumJobs(HANDLE handle, DWORD first, DWORD count, DWORD level, const SizedBuffer& target)
+void JobReading::ListJobs(HANDLE handle, DWORD first, DWORD count, DWORD level, const SizedBuffer& target)
 {
     const PrinterAccess access = _world.AccessOf(handle);
     const auto& jobs = access.printer.queue.Jobs();

@@ -10,10 +10,10 @@ public:
     explicit JobReading(World& world) noexcept : _world(world) {}
 
     /// ERROR_INVALID_PARAMETER for an unknown job.
-    void GetJob(HANDLE handle, DWORD jobId, DWORD level, const SizedBuffer& target);
+    void ReadJob(HANDLE handle, DWORD jobId, DWORD level, const SizedBuffer& target);
 
     /// Up to `count` jobs from the one at the position `first`, which counts from 0.
-    void EnumJobs(HANDLE handle, DWORD first, DWORD count, DWORD level, const SizedBuffer& target);
+    void ListJobs(HANDLE handle, DWORD first, DWORD count, DWORD level, const SizedBuffer& target);
 
 private:
     World& _world;

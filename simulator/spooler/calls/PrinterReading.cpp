@@ -37,7 +37,7 @@ bool IsWanted(const PrinterRecord& printer, DWORD flags)
 
 } // namespace
 
-void PrinterReading::GetPrinter(HANDLE handle, DWORD level, const SizedBuffer& target)
+void PrinterReading::ReadPrinter(HANDLE handle, DWORD level, const SizedBuffer& target)
 {
     const PrinterAccess access = _world.AccessOf(handle);
     const bool withSecurity = (access.handle.access & READ_CONTROL) != 0;
@@ -49,7 +49,7 @@ void PrinterReading::GetPrinter(HANDLE handle, DWORD level, const SizedBuffer& t
         .CopyTo(target);
 }
 
-void PrinterReading::EnumPrinters(DWORD flags, const wchar_t* name, DWORD level, const SizedBuffer& target)
+void PrinterReading::ListPrinters(DWORD flags, const wchar_t* name, DWORD level, const SizedBuffer& target)
 {
     CheckFlags(flags, level);
     const bool byName = (flags & PRINTER_ENUM_NAME) != 0;
@@ -78,13 +78,13 @@ void PrinterReading::EnumProviders(const SizedBuffer& target) const
     writer.CopyTo(target);
 }
 
-void PrinterReading::EnumPorts(const wchar_t* server, DWORD level, const SizedBuffer& target)
+void PrinterReading::ListPorts(const wchar_t* server, DWORD level, const SizedBuffer& target)
 {
     Require(!server || _world.IsThisServer(server), ERROR_INVALID_NAME);
     PackPorts(_world.Ports(), level).CopyTo(target);
 }
 
-void PrinterReading::GetPrinterDriver(HANDLE handle, const wchar_t* environment, DWORD level, const SizedBuffer& target)
+void PrinterReading::ReadDriver(HANDLE handle, const wchar_t* environment, DWORD level, const SizedBuffer& target)
 {
     const PrinterAccess access = _world.AccessOf(handle);
     if (environment) {

@@ -9,17 +9,17 @@ class PrinterReading {
 public:
     explicit PrinterReading(World& world) noexcept : _world(world) {}
 
-    void GetPrinter(HANDLE handle, DWORD level, const SizedBuffer& target);
+    void ReadPrinter(HANDLE handle, DWORD level, const SizedBuffer& target);
 
     /// `name` may be null. ERROR_INVALID_NAME for a server that isn't this one, ERROR_INVALID_PARAMETER for flags that
     /// name nothing to enumerate or don't go with the level.
-    void EnumPrinters(DWORD flags, const wchar_t* name, DWORD level, const SizedBuffer& target);
+    void ListPrinters(DWORD flags, const wchar_t* name, DWORD level, const SizedBuffer& target);
 
     /// `server` may be null. ERROR_INVALID_NAME for a server that isn't this one.
-    void EnumPorts(const wchar_t* server, DWORD level, const SizedBuffer& target);
+    void ListPorts(const wchar_t* server, DWORD level, const SizedBuffer& target);
 
     /// `environment` may be null. ERROR_INVALID_ENVIRONMENT, ERROR_UNKNOWN_PRINTER_DRIVER.
-    void GetPrinterDriver(HANDLE handle, const wchar_t* environment, DWORD level, const SizedBuffer& target);
+    void ReadDriver(HANDLE handle, const wchar_t* environment, DWORD level, const SizedBuffer& target);
 
 private:
     void EnumProviders(const SizedBuffer& target) const;

@@ -253,7 +253,7 @@ void PrinterSetting::Obey(PrinterRecord& printer, DWORD command, const BYTE* inf
     }
 }
 
-void PrinterSetting::SetPrinter(HANDLE handle, DWORD level, const BYTE* info, DWORD command)
+void PrinterSetting::Change(HANDLE handle, DWORD level, const BYTE* info, DWORD command)
 {
     const PrinterAccess access = _world.AccessOf(handle);
     if (level == 0) {

@@ -11,7 +11,7 @@ public:
     /// Checks everything before it changes anything. Besides ERROR_ACCESS_DENIED, ERROR_INVALID_LEVEL and
     /// ERROR_INVALID_PRINTER_COMMAND it gives up with the error that belongs to the wrong field, such as
     /// ERROR_UNKNOWN_PORT or ERROR_INVALID_SHARENAME.
-    void SetPrinter(HANDLE handle, DWORD level, const BYTE* info, DWORD command);
+    void Change(HANDLE handle, DWORD level, const BYTE* info, DWORD command);
 
 private:
     void Obey(PrinterRecord& printer, DWORD command, const BYTE* info) const;

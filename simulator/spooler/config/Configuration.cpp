@@ -26,7 +26,7 @@ void CheckNames(const Described& described, const World& world)
     }
 }
 
-void AddJob(World& world, ConfiguredJob job)
+void EnterJob(World& world, ConfiguredJob job)
 {
     PrinterRecord& printer = *world.FindPrinter(job.printerName);
     JobRecord& record = job.record;
@@ -38,7 +38,7 @@ void AddJob(World& world, ConfiguredJob job)
     if (!record.printProcessor) record.printProcessor = printer.printProcessor;
     record.devMode = printer.devMode;
     ::GetSystemTime(&record.submitted);
-    world.AddJob(printer, std::move(record));
+    world.EnqueueJob(printer, std::move(record));
 }
 
 void Enter(Described described, World& world)
@@ -47,8 +47,8 @@ void Enter(Described described, World& world)
                       described.machineName ? described.machineName->c_str() : nullptr);
     for (PortRecord& port : described.ports) world.PutPort(std::move(port));
     for (DriverRecord& driver : described.drivers) world.PutDriver(std::move(driver));
-    for (ConfiguredPrinter& printer : described.printers) world.AddPrinter(std::move(printer.record));
-    for (ConfiguredJob& job : described.jobs) AddJob(world, std::move(job));
+    for (ConfiguredPrinter& printer : described.printers) world.InsertPrinter(std::move(printer.record));
+    for (ConfiguredJob& job : described.jobs) EnterJob(world, std::move(job));
 }
 
 std::wstring FolderOf(const std::wstring& path)

@@ -12,16 +12,27 @@ SpoolerCallRecord CallRecord::ForCaller() const
     record.command = command;
     record.access = access;
     record.flags = flags;
+    record.firstJob = firstJob;
+    record.jobCount = jobCount;
+    record.capability = capability;
+    record.valueType = valueType;
+    record.filter = filter;
+    record.category = category;
     record.bytes = bytes;
-    record.dataType = dataType;
     record.result = result;
     record.value = value;
     record.threadId = threadId;
     record.injected = injected;
     record.handle = handle;
+    record.notification = notification;
     CutText(record.printer, printer);
-    CutText(record.key, key);
-    CutText(record.name, name);
+    CutText(record.server, server);
+    CutText(record.environment, environment);
+    CutText(record.port, port);
+    CutText(record.valueKey, valueKey);
+    CutText(record.valueName, valueName);
+    CutText(record.document, document);
+    CutText(record.datatype, datatype);
     return record;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "spooler/SpoolerControl.h"
 #include "spooler/Text.h"
 
 #include <deque>
@@ -8,22 +9,33 @@
 
 /// One call of the spooler: what SpoolerCallRecord tells, with texts of any length.
 struct CallRecord {
-    SpoolerCall call = SpoolerCall::OpenPrinter;
+    SpoolerCall call = SpoolerCall::OpenPrinterW;
     DWORD level = 0;
     DWORD jobId = 0;
     DWORD command = 0;
     DWORD access = 0;
     DWORD flags = 0;
+    DWORD firstJob = 0;
+    DWORD jobCount = 0;
+    DWORD capability = 0;
+    DWORD valueType = 0;
+    DWORD filter = 0;
+    DWORD category = 0;
     DWORD bytes = 0;
-    DWORD dataType = 0;
     DWORD result = ERROR_IO_PENDING; // until the call has ended
     LONG value = 0;
     DWORD threadId = 0;
     bool injected = false;
     HANDLE handle = nullptr;
+    HANDLE notification = nullptr;
     std::wstring printer;
-    std::wstring key;
-    std::wstring name;
+    std::wstring server;
+    std::wstring environment;
+    std::wstring port;
+    std::wstring valueKey;
+    std::wstring valueName;
+    std::wstring document;
+    std::wstring datatype;
 
     SpoolerCallRecord ForCaller() const;
 };

@@ -6,7 +6,7 @@
 bool FailureInjection::Entry::Matches(const CallRecord& call) const
 {
     return failure.call == call.call && (failure.level == spoolerAnyLevel || failure.level == call.level) &&
-           (!printer || SameName(*printer, call.printer)) && (!valueName || SameName(*valueName, call.name));
+           (!printer || SameName(*printer, call.printer)) && (!valueName || SameName(*valueName, call.valueName));
 }
 
 void FailureInjection::Inject(const SpoolerFailure& failure)

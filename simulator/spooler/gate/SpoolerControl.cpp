@@ -110,7 +110,7 @@ void SpoolerSetIdentity(const wchar_t* userName, const wchar_t* machineName) noe
 
 DWORD SpoolerAddPrinter(const SpoolerPrinter& printer) noexcept
 {
-    return Control([&](World& world) { world.AddPrinter(PrinterRecord(printer)); });
+    return Control([&](World& world) { world.InsertPrinter(PrinterRecord(printer)); });
 }
 
 DWORD SpoolerRemovePrinter(const wchar_t* printerName) noexcept
@@ -238,7 +238,7 @@ DWORD SpoolerAddJob(const wchar_t* printerName, const SpoolerJob& job, DWORD* jo
 {
     return Control([&](World& world) {
         PrinterRecord& printer = world.PrinterOf(printerName);
-        const DWORD number = world.AddJob(printer, MakeJob(world, printer, job));
+        const DWORD number = world.EnqueueJob(printer, MakeJob(world, printer, job));
         if (jobId) *jobId = number;
     });
 }

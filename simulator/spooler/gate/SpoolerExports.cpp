@@ -44,8 +44,8 @@ Call SizedCall(SpoolerCall which, HANDLE handle, DWORD level, const SizedBuffer&
 
 DWORD GetData(Call& call, const wchar_t* key, const wchar_t* name, DWORD* type, const SizedBuffer& target)
 {
-    call.key = TextOrEmpty(key);
-    call.name = TextOrEmpty(name);
+    call.valueKey = TextOrEmpty(key);
+    call.valueName = TextOrEmpty(name);
     call.bytes = target.size;
     call.target = target;
     return PerformData(call, [&](World& world) {
@@ -55,9 +55,9 @@ DWORD GetData(Call& call, const wchar_t* key, const wchar_t* name, DWORD* type, 
 
 DWORD SetData(Call& call, const wchar_t* key, const wchar_t* name, DWORD type, const BYTE* data, DWORD size)
 {
-    call.key = TextOrEmpty(key);
-    call.name = TextOrEmpty(name);
-    call.dataType = type;
+    call.valueKey = TextOrEmpty(key);
+    call.valueName = TextOrEmpty(name);
+    call.valueType = type;
     call.bytes = size;
     return PerformData(call,
                        [&](World& world) { PrinterDataAccess(world).Set(call.handle, key, name, type, data, size); });
@@ -69,7 +69,7 @@ extern "C" {
 
 BOOL WINAPI OpenPrinterW(LPWSTR name, LPHANDLE handle, LPPRINTER_DEFAULTSW defaults)
 {
-    Call call(SpoolerCall::OpenPrinter);
+    Call call(SpoolerCall::OpenPrinterW);
     call.printer = TextOrEmpty(name);
     call.access = defaults ? defaults->DesiredAccess : 0;
     if (handle) *handle = nullptr;
@@ -87,99 +87,100 @@ BOOL WINAPI ClosePrinter(HANDLE printer)
 
 BOOL WINAPI GetPrinterW(HANDLE printer, DWORD level, LPBYTE buffer, DWORD size, LPDWORD needed)
 {
-    Call call = SizedCall(SpoolerCall::GetPrinter, printer, level, {buffer, size, needed, nullptr});
-    return Perform(call, [&](World& world) { PrinterReading(world).GetPrinter(printer, level, call.target); });
+    Call call = SizedCall(SpoolerCall::GetPrinterW, printer, level, {buffer, size, needed, nullptr});
+    return Perform(call, [&](World& world) { PrinterReading(world).ReadPrinter(printer, level, call.target); });
 }
 
 BOOL WINAPI SetPrinterW(HANDLE printer, DWORD level, LPBYTE info, DWORD command)
 {
-    Call call(SpoolerCall::SetPrinter, printer);
+    Call call(SpoolerCall::SetPrinterW, printer);
     call.level = level;
     call.command = command;
-    if (level == 2 && info) call.name = TextOrEmpty(reinterpret_cast<const PRINTER_INFO_2W*>(info)->pPortName);
-    return Perform(call, [&](World& world) { PrinterSetting(world).SetPrinter(printer, level, info, command); });
+    if (level == 2 && info) call.port = TextOrEmpty(reinterpret_cast<const PRINTER_INFO_2W*>(info)->pPortName);
+    return Perform(call, [&](World& world) { PrinterSetting(world).Change(printer, level, info, command); });
 }
 
 BOOL WINAPI GetJobW(HANDLE printer, DWORD jobId, DWORD level, LPBYTE buffer, DWORD size, LPDWORD needed)
 {
-    Call call = SizedCall(SpoolerCall::GetJob, printer, level, {buffer, size, needed, nullptr});
+    Call call = SizedCall(SpoolerCall::GetJobW, printer, level, {buffer, size, needed, nullptr});
     call.jobId = jobId;
-    return Perform(call, [&](World& world) { JobReading(world).GetJob(printer, jobId, level, call.target); });
+    return Perform(call, [&](World& world) { JobReading(world).ReadJob(printer, jobId, level, call.target); });
 }
 
 BOOL WINAPI SetJobW(HANDLE printer, DWORD jobId, DWORD level, LPBYTE info, DWORD command)
 {
-    Call call(SpoolerCall::SetJob, printer);
+    Call call(SpoolerCall::SetJobW, printer);
     call.level = level;
     call.jobId = jobId;
     call.command = command;
-    return Perform(call, [&](World& world) { JobControl(world).SetJob(printer, jobId, level, info, command); });
+    return Perform(call, [&](World& world) { JobControl(world).Change(printer, jobId, level, info, command); });
 }
 
 BOOL WINAPI EnumJobsW(HANDLE printer, DWORD first, DWORD count, DWORD level, LPBYTE buffer, DWORD size, LPDWORD needed,
                       LPDWORD returned)
 {
-    Call call = SizedCall(SpoolerCall::EnumJobs, printer, level, {buffer, size, needed, returned});
-    call.flags = first;
-    return Perform(call, [&](World& world) { JobReading(world).EnumJobs(printer, first, count, level, call.target); });
+    Call call = SizedCall(SpoolerCall::EnumJobsW, printer, level, {buffer, size, needed, returned});
+    call.firstJob = first;
+    call.jobCount = count;
+    return Perform(call, [&](World& world) { JobReading(world).ListJobs(printer, first, count, level, call.target); });
 }
 
 BOOL WINAPI EnumPrintersW(DWORD flags, LPWSTR name, DWORD level, LPBYTE buffer, DWORD size, LPDWORD needed,
                           LPDWORD returned)
 {
-    Call call = SizedCall(SpoolerCall::EnumPrinters, nullptr, level, {buffer, size, needed, returned});
-    call.printer = TextOrEmpty(name);
+    Call call = SizedCall(SpoolerCall::EnumPrintersW, nullptr, level, {buffer, size, needed, returned});
+    call.server = TextOrEmpty(name);
     call.flags = flags;
-    return Perform(call, [&](World& world) { PrinterReading(world).EnumPrinters(flags, name, level, call.target); });
+    return Perform(call, [&](World& world) { PrinterReading(world).ListPrinters(flags, name, level, call.target); });
 }
 
 BOOL WINAPI EnumPortsW(LPWSTR server, DWORD level, LPBYTE buffer, DWORD size, LPDWORD needed, LPDWORD returned)
 {
-    Call call = SizedCall(SpoolerCall::EnumPorts, nullptr, level, {buffer, size, needed, returned});
-    call.printer = TextOrEmpty(server);
-    return Perform(call, [&](World& world) { PrinterReading(world).EnumPorts(server, level, call.target); });
+    Call call = SizedCall(SpoolerCall::EnumPortsW, nullptr, level, {buffer, size, needed, returned});
+    call.server = TextOrEmpty(server);
+    return Perform(call, [&](World& world) { PrinterReading(world).ListPorts(server, level, call.target); });
 }
 
 BOOL WINAPI GetPrinterDriverW(HANDLE printer, LPWSTR environment, DWORD level, LPBYTE buffer, DWORD size,
                               LPDWORD needed)
 {
-    Call call = SizedCall(SpoolerCall::GetPrinterDriver, printer, level, {buffer, size, needed, nullptr});
-    call.key = TextOrEmpty(environment);
-    return Perform(
-        call, [&](World& world) { PrinterReading(world).GetPrinterDriver(printer, environment, level, call.target); });
+    Call call = SizedCall(SpoolerCall::GetPrinterDriverW, printer, level, {buffer, size, needed, nullptr});
+    call.environment = TextOrEmpty(environment);
+    return Perform(call,
+                   [&](World& world) { PrinterReading(world).ReadDriver(printer, environment, level, call.target); });
 }
 
 DWORD WINAPI GetPrinterDataW(HANDLE printer, LPWSTR name, LPDWORD type, LPBYTE data, DWORD size, LPDWORD needed)
 {
-    Call call(SpoolerCall::GetPrinterData, printer);
+    Call call(SpoolerCall::GetPrinterDataW, printer);
     return GetData(call, printerDriverDataKey.data(), name, type, {data, size, needed, nullptr});
 }
 
 DWORD WINAPI GetPrinterDataExW(HANDLE printer, LPCWSTR key, LPCWSTR name, LPDWORD type, LPBYTE data, DWORD size,
                                LPDWORD needed)
 {
-    Call call(SpoolerCall::GetPrinterDataEx, printer);
+    Call call(SpoolerCall::GetPrinterDataExW, printer);
     return GetData(call, key, name, type, {data, size, needed, nullptr});
 }
 
 DWORD WINAPI SetPrinterDataW(HANDLE printer, LPWSTR name, DWORD type, LPBYTE data, DWORD size)
 {
-    Call call(SpoolerCall::SetPrinterData, printer);
+    Call call(SpoolerCall::SetPrinterDataW, printer);
     return SetData(call, printerDriverDataKey.data(), name, type, data, size);
 }
 
 DWORD WINAPI SetPrinterDataExW(HANDLE printer, LPCWSTR key, LPCWSTR name, DWORD type, LPBYTE data, DWORD size)
 {
-    Call call(SpoolerCall::SetPrinterDataEx, printer);
+    Call call(SpoolerCall::SetPrinterDataExW, printer);
     return SetData(call, key, name, type, data, size);
 }
 
 int WINAPI DeviceCapabilitiesW(LPCWSTR device, LPCWSTR port, WORD capability, LPWSTR output, const DEVMODEW* devMode)
 {
-    Call call(SpoolerCall::DeviceCapabilities);
+    Call call(SpoolerCall::DeviceCapabilitiesW);
     call.printer = TextOrEmpty(device);
-    call.key = TextOrEmpty(port);
-    call.command = capability;
+    call.port = TextOrEmpty(port);
+    call.capability = capability;
     call.returnsNumber = true;
     call.onFailure = -1;
     return Perform(
@@ -188,14 +189,14 @@ int WINAPI DeviceCapabilitiesW(LPCWSTR device, LPCWSTR port, WORD capability, LP
 
 DWORD WINAPI StartDocPrinterW(HANDLE printer, DWORD level, LPBYTE info)
 {
-    Call call(SpoolerCall::StartDocPrinter, printer);
+    Call call(SpoolerCall::StartDocPrinterW, printer);
     call.level = level;
     call.returnsNumber = true;
     call.onFailure = 0;
     if (level == 1 && info) {
         const auto& document = *reinterpret_cast<const DOC_INFO_1W*>(info);
-        call.name = TextOrEmpty(document.pDocName);
-        call.key = TextOrEmpty(document.pDatatype);
+        call.document = TextOrEmpty(document.pDocName);
+        call.datatype = TextOrEmpty(document.pDatatype);
     }
     return static_cast<DWORD>(Perform(call, [&](World& world) {
         call.jobId = DocumentSpooling(world).StartDoc(printer, level, info);
@@ -233,22 +234,23 @@ BOOL WINAPI EndDocPrinter(HANDLE printer)
     return Perform(call, [&](World& world) { DocumentSpooling(world).EndDoc(printer); });
 }
 
-HANDLE WINAPI FindFirstPrinterChangeNotification(HANDLE printer, DWORD filter, DWORD options, LPVOID notifyOptions)
+HANDLE WINAPI FindFirstPrinterChangeNotification(HANDLE printer, DWORD filter, DWORD category, LPVOID options)
 {
     Call call(SpoolerCall::FindFirstPrinterChangeNotification, printer);
-    call.flags = filter;
-    call.dataType = options;
+    call.filter = filter;
+    call.category = category;
     call.onFailure = -1;
     Perform(call, [&](World& world) {
         world.HandleOf(printer);
-        world.Notifications().Open(filter, notifyOptions);
+        world.Notifications().Open(filter, options);
     });
     return call.result == ERROR_SUCCESS ? nullptr : INVALID_HANDLE_VALUE;
 }
 
 BOOL WINAPI FindNextPrinterChangeNotification(HANDLE notification, PDWORD change, LPVOID, LPVOID* info)
 {
-    Call call(SpoolerCall::FindNextPrinterChangeNotification, notification);
+    Call call(SpoolerCall::FindNextPrinterChangeNotification);
+    call.notification = notification;
     call.target.needed = change;
     if (change) *change = 0;
     if (info) *info = nullptr;
@@ -257,7 +259,8 @@ BOOL WINAPI FindNextPrinterChangeNotification(HANDLE notification, PDWORD change
 
 BOOL WINAPI FindClosePrinterChangeNotification(HANDLE notification)
 {
-    Call call(SpoolerCall::FindClosePrinterChangeNotification, notification);
+    Call call(SpoolerCall::FindClosePrinterChangeNotification);
+    call.notification = notification;
     return Perform(call, [&](World& world) { world.Notifications().Close(notification); });
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "spooler/SpoolerControl.h"
+#include "spooler/Platform.h"
 
 /// The change notifications that are open, and the blocks of information that were given out and not freed.
 ///

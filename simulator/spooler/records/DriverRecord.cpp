@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/records/DriverRecord.h"
 
+#include "spooler/SpoolerControl.h"
+
 DriverRecord::DriverRecord(const SpoolerDriver& driver)
     : name(TextOrEmpty(driver.name)), version(driver.version), environment(CopyText(driver.environment)),
       driverPath(CopyText(driver.driverPath)), dataFile(CopyText(driver.dataFile)),

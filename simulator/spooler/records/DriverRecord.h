@@ -3,6 +3,8 @@
 
 #include "spooler/Text.h"
 
+struct SpoolerDriver;
+
 /// An installed printer driver.
 struct DriverRecord {
     DriverRecord() = default;

@@ -3,14 +3,12 @@
 
 #include "spooler/Text.h"
 
+struct SpoolerPort;
+
 /// A port of the simulated machine.
 struct PortRecord {
     PortRecord() = default;
-    explicit PortRecord(const SpoolerPort& port)
-        : name(TextOrEmpty(port.name)), monitorName(CopyText(port.monitorName)),
-          description(CopyText(port.description)), type(port.type)
-    {
-    }
+    explicit PortRecord(const SpoolerPort& port);
 
     std::wstring name;
     OptionalText monitorName = L"Local Port";

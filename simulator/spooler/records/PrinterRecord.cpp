@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/records/PrinterRecord.h"
 
+#include "spooler/SpoolerControl.h"
+
 PrinterRecord::PrinterRecord(const SpoolerPrinter& printer)
     : name(TextOrEmpty(printer.printerName)), serverName(CopyText(printer.serverName)),
       shareName(CopyText(printer.shareName)), portName(CopyText(printer.portName)),

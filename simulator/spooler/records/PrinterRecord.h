@@ -6,6 +6,8 @@
 
 #include <map>
 
+struct SpoolerPrinter;
+
 /// What DeviceCapabilitiesW answers for one capability.
 struct CapabilityAnswer {
     int result = -1;

@@ -83,7 +83,7 @@ PrinterRecord& World::PrinterOf(const wchar_t* name) const
     return *printer;
 }
 
-PrinterRecord& World::AddPrinter(PrinterRecord printer)
+PrinterRecord& World::InsertPrinter(PrinterRecord printer)
 {
     Require(!printer.name.empty(), ERROR_INVALID_PRINTER_NAME);
     Require(!FindPrinter(printer.name), ERROR_PRINTER_ALREADY_EXISTS);
@@ -145,7 +145,7 @@ JobRecord& World::JobOf(PrinterRecord& printer, DWORD jobId)
     return *job;
 }
 
-DWORD World::AddJob(PrinterRecord& printer, JobRecord job)
+DWORD World::EnqueueJob(PrinterRecord& printer, JobRecord job)
 {
     if (job.id == 0) job.id = _lastJobId + 1;
     Require(!printer.queue.Find(job.id), ERROR_INVALID_PARAMETER);

@@ -35,7 +35,7 @@ public:
     /// ERROR_INVALID_PRINTER_NAME.
     PrinterRecord& PrinterOf(const wchar_t* name) const;
     /// Adds the printer, and its ports and driver if they are unknown. ERROR_PRINTER_ALREADY_EXISTS.
-    PrinterRecord& AddPrinter(PrinterRecord printer);
+    PrinterRecord& InsertPrinter(PrinterRecord printer);
     void RemovePrinter(const PrinterRecord& printer);
 
     /// A handle to a printer or to a job of it. ERROR_INVALID_HANDLE, ERROR_PRINTER_DELETED.
@@ -48,7 +48,7 @@ public:
     /// ERROR_INVALID_PARAMETER for an unknown job.
     static JobRecord& JobOf(PrinterRecord& printer, DWORD jobId);
     /// Puts a job in the queue, under the next number if it has none; gives its number.
-    DWORD AddJob(PrinterRecord& printer, JobRecord job);
+    DWORD EnqueueJob(PrinterRecord& printer, JobRecord job);
     /// The user may do with this job as he likes: it is his own, or he administers the printer.
     bool MayAdministerJob(const PrinterRecord& printer, const JobRecord& job) const noexcept;
 

@@ -24,7 +24,7 @@ TEST_F(PrinterObject, IsMadeWithoutAWordToTheSpooler)
 TEST_F(PrinterObject, IsBoundWithOneOpeningForAllItsParts)
 {
     const auto printer = BoundPrinter();
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 1u);
     EXPECT_EQ(::SpoolerOpenHandles(printerName), 1u);
 }
 
@@ -73,7 +73,7 @@ TEST_F(PrinterObject, SameNameBindsItAgainWithoutAnotherOpening)
 {
     const auto printer = BoundPrinter();
     EXPECT_EQ(Initialize(*printer.Get(), printerName), S_OK);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 1u);
 }
 
 TEST_F(PrinterObject, SameNameInOtherLettersKeepsTheNameOfTheFirstOpening)
@@ -81,7 +81,7 @@ TEST_F(PrinterObject, SameNameInOtherLettersKeepsTheNameOfTheFirstOpening)
     const auto printer = BoundPrinter();
     EXPECT_EQ(Initialize(*printer.Get(), L"LABEL"), S_OK);
     EXPECT_EQ(Text(*printer.Get(), &IPrinter::get_Name), L"Label");
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 1u);
 }
 
 TEST_F(PrinterObject, NameIsTheOneGivenAndNotTheSpoolersSpelling)
@@ -105,7 +105,7 @@ TEST_F(PrinterObject, TwoNamesThatDifferInLetterCaseOnlyShareOneHandle)
 {
     const auto first = BoundPrinter(L"Label");
     const auto second = BoundPrinter(L"lABEL");
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 1u);
     EXPECT_EQ(::SpoolerOpenHandles(nullptr), 1u);
     EXPECT_EQ(Text(*second.Get(), &IPrinter::get_Name), L"Label");
 }
@@ -115,7 +115,7 @@ TEST_F(PrinterObject, LettersBeyondTheAlphabetMakeTwoPrintersOfTwoCases)
     AddPrinterNamed(L"\u00C4nderung");
     const auto first = BoundPrinter(L"\u00C4nderung");
     const auto second = BoundPrinter(L"\u00E4nderung");
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 2u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 2u);
     EXPECT_EQ(Text(*second.Get(), &IPrinter::get_Name), L"\u00E4nderung");
 }
 
@@ -123,7 +123,7 @@ TEST_F(PrinterObject, OpensAnewWhenTheLastObjectOfThePrinterHasGone)
 {
     BoundPrinter();
     BoundPrinter();
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 2u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 2u);
     EXPECT_EQ(::SpoolerOpenHandles(printerName), 2u); // each opening leaves its handle behind
 }
 
@@ -328,7 +328,7 @@ TEST_F(PrinterObject, ShareNameThatTheSpoolerRefusesIsNotValid)
 {
     const auto printer = BoundPrinter();
     EXPECT_EQ(AnswerOf(printer->put_ShareName(NewBstr(L"a:b").Get())), shareNameNotValid);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinter), 1u); // it got as far as the spooler
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterW), 1u); // it got as far as the spooler
 }
 
 TEST_F(PrinterObject, GrantedUseOnlyItReadsAndItsShareNameAndPortRefuseTheChange)
@@ -402,7 +402,7 @@ TEST_F(PrinterObject, InTheAskedStateOfSharingIsLeftAlone)
     AddPrinterNamed(L"Quiet");
     const auto quiet = BoundPrinter(L"Quiet");
     EXPECT_EQ(quiet->put_Shared(VARIANT_FALSE), S_OK);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinter), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterW), 0u);
 }
 
 TEST_F(PrinterObject, SharingFailsUnbound)
@@ -417,7 +417,7 @@ TEST_P(PrinterOfUnshareableName, CannotBeSharedUnderItsOwnName)
     AddPrinterNamed(GetParam());
     const auto printer = BoundPrinter(GetParam());
     EXPECT_EQ(AnswerOf(printer->put_Shared(VARIANT_TRUE)), shareNameNotValid);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinter), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterW), 0u);
 }
 
 TEST_P(PrinterOfUnshareableName, CanBeSharedUnderAnotherName)
@@ -440,8 +440,8 @@ TEST_F(PrinterObject, SendsAFileAsOneRawDocumentOfOnePage)
     const auto printer = BoundPrinter();
     EXPECT_EQ(AnswerOf(printer->SendFile(NewBstr(file).Get(), NewBstr(L"Order 12").Get())), succeeded);
     EXPECT_EQ(SentBytes(), std::string("^XA\0^XZ\n", 8));
-    EXPECT_STREQ(StartedDocument().name, L"Order 12");
-    EXPECT_STREQ(StartedDocument().key, L"");
+    EXPECT_STREQ(StartedDocument().document, L"Order 12");
+    EXPECT_STREQ(StartedDocument().datatype, L"");
     EXPECT_EQ(SpoolerCalls(SpoolerCall::StartPagePrinter), 1u);
     EXPECT_EQ(SpoolerCalls(SpoolerCall::WritePrinter), 1u);
 }
@@ -462,7 +462,7 @@ TEST_F(PrinterObject, NamesADocumentWithoutJobNameAfterItsFile)
     const auto file = folder.Make(L"label.lbl", "TEXT 1,1");
     const auto printer = BoundPrinter();
     EXPECT_EQ(printer->SendFile(NewBstr(file).Get(), NewBstr(L"").Get()), S_OK);
-    EXPECT_STREQ(StartedDocument().name, L"label.lbl");
+    EXPECT_STREQ(StartedDocument().document, L"label.lbl");
 }
 
 TEST_F(PrinterObject, KeepsAJobNameThatLooksLikeAPath)
@@ -471,14 +471,14 @@ TEST_F(PrinterObject, KeepsAJobNameThatLooksLikeAPath)
     const auto file = folder.Make(L"label.lbl", "TEXT 1,1");
     const auto printer = BoundPrinter();
     EXPECT_EQ(printer->SendFile(NewBstr(file).Get(), NewBstr(L"C:\\a\\b.lbl").Get()), S_OK);
-    EXPECT_STREQ(StartedDocument().name, L"C:\\a\\b.lbl");
+    EXPECT_STREQ(StartedDocument().document, L"C:\\a\\b.lbl");
 }
 
 TEST_F(PrinterObject, SaysFalseAndNoErrorForAMissingFile)
 {
     const auto printer = BoundPrinter();
     EXPECT_EQ(AnswerOf(printer->SendFile(NewBstr(L"C:\\no such file.lbl").Get(), NewBstr(L"Order").Get())), saysFalse);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinter), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinterW), 0u);
 }
 
 TEST_F(PrinterObject, RaisesNoErrorInAScriptForAMissingFile)
@@ -543,7 +543,7 @@ TEST_P(PrinterPart, KeepsThePrinterOpenWhenItsParentHasGone)
     auto part = PartOf(*printer.Get());
     printer.Reset();
     const auto other = BoundPrinter();
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 1u);
 }
 
 TEST_P(PrinterPart, LetsThePrinterGoWithItsLastReference)
@@ -553,7 +553,7 @@ TEST_P(PrinterPart, LetsThePrinterGoWithItsLastReference)
     printer.Reset();
     part.Reset();
     const auto other = BoundPrinter();
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 2u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 2u);
 }
 
 TEST_P(PrinterPart, KeepsTheModuleLoadedWhenItsParentHasGone)

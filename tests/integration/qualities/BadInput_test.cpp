@@ -181,7 +181,7 @@ TEST_F(BadInput, NullFileNameSendsNothing)
 {
     const auto printer = BoundPrinter();
     EXPECT_EQ(AnswerOf(printer->SendFile(nullptr, nullptr)), saysFalse);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinter), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinterW), 0u);
 }
 
 // Late-bound arguments of the wrong kind or number
@@ -331,14 +331,14 @@ TEST_F(BadFile, MissingSaysFalse)
 {
     const auto printer = BoundPrinter();
     EXPECT_EQ(Send(*printer.Get(), folder.Path(L"missing.lbl")), saysFalse);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinter), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinterW), 0u);
 }
 
 TEST_F(BadFile, FolderSaysFalse)
 {
     const auto printer = BoundPrinter();
     EXPECT_EQ(Send(*printer.Get(), folder.Path()), saysFalse);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinter), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinterW), 0u);
 }
 
 TEST_F(BadFile, LongPathSaysFalse)
@@ -356,7 +356,7 @@ TEST_F(BadFile, LockedByAnotherSaysFalseAndGoesOutWhenItIsFree)
             ::CreateFileW(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
         ASSERT_TRUE(lock);
         EXPECT_EQ(Send(*printer.Get(), file), saysFalse);
-        EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinter), 0u);
+        EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinterW), 0u);
     }
     EXPECT_EQ(Send(*printer.Get(), file), succeeded);
 }
@@ -365,7 +365,7 @@ TEST_F(BadFile, EmptyGoesOutAsADocumentWithOneWriteOfNothing)
 {
     const auto printer = BoundPrinter();
     EXPECT_EQ(Send(*printer.Get(), folder.Make(L"empty.lbl", "")), succeeded);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinter), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinterW), 1u);
     EXPECT_EQ(SpoolerCalls(SpoolerCall::StartPagePrinter), 1u);
     EXPECT_EQ(SpoolerCalls(SpoolerCall::WritePrinter), 1u);
     EXPECT_EQ(SpoolerCalls(SpoolerCall::EndPagePrinter), 1u);

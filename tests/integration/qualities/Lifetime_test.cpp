@@ -329,7 +329,7 @@ TEST_F(ShortMemory, FileIsNotSentWithoutABufferForIt)
         [&](IPrinter& printer) { return printer.SendFile(NewBstr(file).Get(), NewBstr(L"Order").Get()); });
     EXPECT_THAT(answers, Each(AnyOf(FailureForWantOfMemory(), saysFalse)));
     EXPECT_EQ(std::ranges::count(answers, saysFalse), 1);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinter), SpoolerCalls(SpoolerCall::EndDocPrinter));
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinterW), SpoolerCalls(SpoolerCall::EndDocPrinter));
 }
 
 TEST_F(ShortMemory, FailureItselfIsReportedWithoutIt)
@@ -425,7 +425,7 @@ TEST_F(ManyThreads, ShareOneHandleAsLongAsAnObjectOfThePrinterLives)
     RunTogether([](int) {
         for (int round = 0; round < rounds; ++round) ReadAll(*BoundPrinter(L"LABEL").Get());
     });
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 1u);
 }
 
 TEST_F(ManyThreads, ReadAndWriteOneObject)
@@ -526,7 +526,7 @@ TEST_F(ManyThreads, WaitForTheSpoolerOnTheirOwnPrinterOnly)
     const OWaitHandle entered(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
     const OWaitHandle release(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
     SpoolerFailure hold;
-    hold.call = SpoolerCall::GetPrinter;
+    hold.call = SpoolerCall::GetPrinterW;
     hold.effect = SpoolerEffect::Hold;
     hold.printer = L"Slow";
     hold.entered = entered.Get();

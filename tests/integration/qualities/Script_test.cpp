@@ -285,7 +285,7 @@ TEST_P(ScriptInEachLanguage, SendsAFileAndIsNotStoppedByAMissingOne)
     script.replace(script.find(L"%FILE%"), 6, file);
     EXPECT_THAT(RunIt(script), ElementsAre(L"sent"));
     EXPECT_EQ(SentBytes(), "TEXT 1,1");
-    EXPECT_STREQ(StartedDocument().name, L"Order 12");
+    EXPECT_STREQ(StartedDocument().document, L"Order 12");
 }
 
 TEST_P(ScriptInEachLanguage, CatchesAWrongNameWithItsTextAndGoesOn)

@@ -39,7 +39,7 @@ protected:
 
     static std::wstring Comment(IPrinter& printer) { return Text(printer, &IPrinter::get_Comment); }
 
-    static DWORD Writes() { return SpoolerCalls(SpoolerCall::SetPrinter); }
+    static DWORD Writes() { return SpoolerCalls(SpoolerCall::SetPrinterW); }
 
     static void ExpectUsable(IPrinter& printer)
     {
@@ -79,9 +79,9 @@ std::string RowName(const ::testing::TestParamInfo<Row>& row)
 
 TEST_F(SpoolerFailures, RefusedAllAccessBindsThePrinterForUse)
 {
-    FailNext(SpoolerCall::OpenPrinter, ERROR_ACCESS_DENIED);
+    FailNext(SpoolerCall::OpenPrinterW, ERROR_ACCESS_DENIED);
     const auto printer = BoundPrinter();
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 2u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 2u);
     EXPECT_EQ(SpoolerLog().at(1).access, static_cast<DWORD>(PRINTER_ACCESS_USE));
     EXPECT_EQ(Comment(*printer.Get()), L"Shipping labels");
 }
@@ -91,7 +91,7 @@ class RefusedOpening : public SpoolerFailures, public ::testing::WithParamInterf
 TEST_P(RefusedOpening, FailsWithOneResultWhateverTheError)
 {
     SpoolerFailure failure;
-    failure.call = SpoolerCall::OpenPrinter;
+    failure.call = SpoolerCall::OpenPrinterW;
     failure.error = GetParam();
     failure.count = 2;
     ::SpoolerInject(failure);
@@ -117,9 +117,9 @@ TEST_P(UnreadPrinterData, BindsThePrinterAllTheSame)
 }
 
 INSTANTIATE_TEST_SUITE_P(Calls, UnreadPrinterData,
-                         Values(Failing{SpoolerCall::GetPrinterData, 1, ERROR_ACCESS_DENIED},
-                                Failing{SpoolerCall::GetPrinterDataEx, 1, ERROR_ACCESS_DENIED},
-                                Failing{SpoolerCall::GetPrinterDataEx, 2, ERROR_ACCESS_DENIED}));
+                         Values(Failing{SpoolerCall::GetPrinterDataW, 1, ERROR_ACCESS_DENIED},
+                                Failing{SpoolerCall::GetPrinterDataExW, 1, ERROR_ACCESS_DENIED},
+                                Failing{SpoolerCall::GetPrinterDataExW, 2, ERROR_ACCESS_DENIED}));
 
 TEST_F(SpoolerFailures, EachOpeningLeavesOneHandleBehindAndAFailedOneNone)
 {
@@ -148,7 +148,7 @@ TEST_P(UnreadText, IsEmptyWithSuccess)
 {
     const auto& [getter, nth, error] = GetParam();
     const auto printer = BoundPrinter();
-    FailNext(SpoolerCall::GetPrinter, error, nth);
+    FailNext(SpoolerCall::GetPrinterW, error, nth);
     OwnedBstr text;
     EXPECT_EQ(AnswerOf(getter.call(*printer.Get(), text.Receive())), succeeded);
     EXPECT_NE(text.Get(), nullptr);
@@ -173,7 +173,7 @@ TEST_P(UnreadFlag, IsFalseWithSuccess)
     const auto& [getter, nth, error] = GetParam();
     ::SpoolerSetPrinterAttributes(printerName, 0xFFFFFFFF);
     const auto printer = BoundPrinter();
-    FailNext(SpoolerCall::GetPrinter, error, nth);
+    FailNext(SpoolerCall::GetPrinterW, error, nth);
     VARIANT_BOOL flag = 99;
     EXPECT_EQ(AnswerOf(getter.call(*printer.Get(), &flag)), succeeded);
     EXPECT_EQ(flag, VARIANT_FALSE);
@@ -186,9 +186,9 @@ INSTANTIATE_TEST_SUITE_P(Each, UnreadFlag, Combine(ValuesIn(printerFlags), Value
 TEST_F(SpoolerFailures, ReadThatSucceedsWithoutABufferHasFailed)
 {
     const auto printer = BoundPrinter();
-    EmptyNext(SpoolerCall::GetPrinter);
+    EmptyNext(SpoolerCall::GetPrinterW);
     EXPECT_EQ(Comment(*printer.Get()), L"");
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinter), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterW), 1u);
 }
 
 TEST_F(SpoolerFailures, NameNeedsNoSpooler)
@@ -252,8 +252,8 @@ struct WriteFailure {
     friend std::ostream& operator<<(std::ostream& stream, const WriteFailure& row) { return stream << row.name; }
 };
 
-constexpr auto get = SpoolerCall::GetPrinter;
-constexpr auto set = SpoolerCall::SetPrinter;
+constexpr auto get = SpoolerCall::GetPrinterW;
+constexpr auto set = SpoolerCall::SetPrinterW;
 const Answer denied = SystemAnswer(ERROR_ACCESS_DENIED);
 const Answer badPort = SystemAnswer(ERROR_UNKNOWN_PORT);
 const Answer badShare = SystemAnswer(ERROR_INVALID_SHARENAME);
@@ -322,7 +322,7 @@ INSTANTIATE_TEST_SUITE_P(Each, FailedWrite, ValuesIn(writeFailures), RowName<Wri
 TEST_F(SpoolerFailures, UnreadShareNameSharesThePrinterUnderItsOwn)
 {
     const auto printer = BoundPrinter(L"Quiet");
-    FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED, 3);
+    FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, 3);
     EXPECT_EQ(AnswerOf(Share(*printer.Get())), succeeded);
     EXPECT_EQ(Text(*printer.Get(), &IPrinter::get_ShareName), L"Quiet");
 }
@@ -332,7 +332,7 @@ TEST_F(SpoolerFailures, ErrorWithoutSystemTextComesBackAsTheErrorOfLookingForIt)
     // Deliberate: the last error is read again behind the search for its text, and that search decides the code.
     constexpr DWORD errorWithoutText = 0x20001234;
     const auto printer = BoundPrinter();
-    FailNext(SpoolerCall::SetPrinter, errorWithoutText);
+    FailNext(SpoolerCall::SetPrinterW, errorWithoutText);
     EXPECT_EQ(AnswerOf(PutPortName(*printer.Get())), (Answer{HRESULT_FROM_WIN32(ERROR_MR_MID_NOT_FOUND), ""}));
 }
 
@@ -350,7 +350,7 @@ struct SendFailure {
 };
 
 const SendFailure sendFailures[] = {
-    {"StartDoc",  SpoolerCall::StartDocPrinter,  saysFalse, 0, 0, succeeded},
+    {"StartDoc",  SpoolerCall::StartDocPrinterW, saysFalse, 0, 0, succeeded},
     {"StartPage", SpoolerCall::StartPagePrinter, saysFalse, 0, 1, succeeded},
     {"Write",     SpoolerCall::WritePrinter,     saysFalse, 1, 1, succeeded},
     {"EndPage",   SpoolerCall::EndPagePrinter,   succeeded, 1, 1, succeeded},
@@ -393,7 +393,7 @@ INSTANTIATE_TEST_SUITE_P(Each, FailedSendingCall, ValuesIn(sendFailures), RowNam
 TEST_F(FailedSending, DocumentWithoutANumberWasNotStarted)
 {
     const auto printer = BoundPrinter();
-    EmptyNext(SpoolerCall::StartDocPrinter);
+    EmptyNext(SpoolerCall::StartDocPrinterW);
     EXPECT_EQ(Send(*printer.Get()), saysFalse);
     EXPECT_EQ(SpoolerCalls(SpoolerCall::StartPagePrinter), 0u);
 }
@@ -437,7 +437,7 @@ TEST_P(UnreadStatus, ReadsAsReady)
 {
     const auto printer = BoundPrinter();
     const auto status = StatusOf(*printer.Get());
-    FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED, GetParam());
+    FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, GetParam());
     EXPECT_EQ(Text(*status.Get(), &IPrinterStatus::get_Text), L"Ready");
     EXPECT_EQ(Text(*status.Get(), &IPrinterStatus::get_Text), L"Paper Out, Offline");
 }
@@ -446,7 +446,7 @@ TEST_P(UnreadStatus, HasNoCondition)
 {
     const auto printer = BoundPrinter();
     const auto status = StatusOf(*printer.Get());
-    FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED, GetParam());
+    FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, GetParam());
     EXPECT_EQ(Bool(*status.Get(), &IPrinterStatus::get_PaperOut), VARIANT_FALSE);
     EXPECT_EQ(Bool(*status.Get(), &IPrinterStatus::get_PaperOut), VARIANT_TRUE);
 }
@@ -455,7 +455,7 @@ TEST_P(UnreadStatus, IsNoError)
 {
     const auto printer = BoundPrinter();
     const auto status = StatusOf(*printer.Get());
-    FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED, GetParam());
+    FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, GetParam());
     EXPECT_EQ(Bool(*status.Get(), &IPrinterStatus::get_Error), VARIANT_FALSE);
     EXPECT_EQ(Bool(*status.Get(), &IPrinterStatus::get_Error), VARIANT_TRUE);
 }
@@ -465,7 +465,7 @@ TEST_P(UnreadStatus, IsNoWarning)
     ::SpoolerSetPrinterStatus(printerName, PRINTER_STATUS_TONER_LOW);
     const auto printer = BoundPrinter();
     const auto status = StatusOf(*printer.Get());
-    FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED, GetParam());
+    FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, GetParam());
     EXPECT_EQ(Bool(*status.Get(), &IPrinterStatus::get_Warning), VARIANT_FALSE);
     EXPECT_EQ(Bool(*status.Get(), &IPrinterStatus::get_Warning), VARIANT_TRUE);
 }
@@ -475,7 +475,7 @@ TEST_P(UnreadStatus, OfJobsLeavesThePrinters)
     AddJob({.statusText = L"Cleaning the head"});
     const auto printer = BoundPrinter();
     const auto status = StatusOf(*printer.Get());
-    FailNext(SpoolerCall::EnumJobs, ERROR_ACCESS_DENIED, GetParam());
+    FailNext(SpoolerCall::EnumJobsW, ERROR_ACCESS_DENIED, GetParam());
     EXPECT_EQ(Text(*status.Get(), &IPrinterStatus::get_Text), L"Paper Out, Offline");
     EXPECT_EQ(Text(*status.Get(), &IPrinterStatus::get_Text), L"Cleaning the head");
 }
@@ -485,7 +485,7 @@ TEST_P(UnreadStatus, OfTheOdometerIsZero)
     const auto printer = BoundPrinter();
     const auto status = StatusOf(*printer.Get());
     unsigned long pages = 99;
-    FailNext(SpoolerCall::GetPrinterDataEx, ERROR_ACCESS_DENIED, GetParam());
+    FailNext(SpoolerCall::GetPrinterDataExW, ERROR_ACCESS_DENIED, GetParam());
     EXPECT_EQ(AnswerOf(status->get_OdometerPages(&pages)), succeeded);
     EXPECT_EQ(pages, 0u);
     EXPECT_EQ(AnswerOf(status->get_OdometerPages(&pages)), succeeded);
@@ -497,7 +497,7 @@ TEST_P(UnreadStatus, OfTheDistanceIsZero)
     const auto printer = BoundPrinter();
     const auto status = StatusOf(*printer.Get());
     float distance = 99;
-    FailNext(SpoolerCall::GetPrinterDataEx, ERROR_ACCESS_DENIED, GetParam());
+    FailNext(SpoolerCall::GetPrinterDataExW, ERROR_ACCESS_DENIED, GetParam());
     EXPECT_EQ(AnswerOf(status->get_OdometerDistance(&distance)), succeeded);
     EXPECT_EQ(distance, 0.0F);
     EXPECT_EQ(AnswerOf(status->get_OdometerDistance(&distance)), succeeded);

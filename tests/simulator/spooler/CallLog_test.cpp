@@ -17,7 +17,7 @@ TEST_F(CallLogTest, TellsTheCallsInTheirOrder)
     PrinterHandle printer = AddAndOpen(L"Label");
     Print(printer, L"Pallet", "x");
     printer.Reset();
-    EXPECT_EQ(CallsOf(SpoolerLog()), (std::vector<SpoolerCall>{SpoolerCall::OpenPrinter, SpoolerCall::StartDocPrinter,
+    EXPECT_EQ(CallsOf(SpoolerLog()), (std::vector<SpoolerCall>{SpoolerCall::OpenPrinterW, SpoolerCall::StartDocPrinterW,
                                                                SpoolerCall::StartPagePrinter, SpoolerCall::WritePrinter,
                                                                SpoolerCall::EndPagePrinter, SpoolerCall::EndDocPrinter,
                                                                SpoolerCall::ClosePrinter}));
@@ -54,7 +54,7 @@ TEST_F(CallLogTest, SizedReadsTellLevelBufferSizeAndError)
 TEST_F(CallLogTest, JobCallsTellJobAndCommand)
 {
     const PrinterHandle printer = AddAndOpen(L"Label");
-    const DWORD jobId = AddJob(L"Label");
+    const DWORD jobId = QueueJob(L"Label");
     ::SetJobW(printer.Get(), jobId, 0, nullptr, JOB_CONTROL_PAUSE);
     const SpoolerCallRecord record = SpoolerLog().at(1);
     EXPECT_EQ(record.jobId, jobId);
@@ -70,12 +70,12 @@ TEST_F(CallLogTest, DataCallsTellKeyNameTypeAndTheirResult)
     ::GetPrinterDataW(printer.Get(), const_cast<wchar_t*>(L"VRL Interface"), nullptr, data, 4, &needed);
     const auto log = SpoolerLog();
     ASSERT_EQ(log.size(), 3u);
-    EXPECT_EQ(Text(log[1].key), L"Gantry");
-    EXPECT_EQ(Text(log[1].name), L"Odometer Pages");
-    EXPECT_EQ(log[1].dataType, DWORD{REG_DWORD});
+    EXPECT_EQ(Text(log[1].valueKey), L"Gantry");
+    EXPECT_EQ(Text(log[1].valueName), L"Odometer Pages");
+    EXPECT_EQ(log[1].valueType, DWORD{REG_DWORD});
     EXPECT_EQ(log[1].bytes, 4u);
-    EXPECT_EQ(Text(log[2].key), L"PrinterDriverData");
-    EXPECT_EQ(Text(log[2].name), L"VRL Interface");
+    EXPECT_EQ(Text(log[2].valueKey), L"PrinterDriverData");
+    EXPECT_EQ(Text(log[2].valueName), L"VRL Interface");
     EXPECT_EQ(log[2].result, DWORD{ERROR_FILE_NOT_FOUND});
     EXPECT_EQ(log[2].value, LONG{ERROR_FILE_NOT_FOUND});
 }
@@ -86,16 +86,43 @@ TEST_F(CallLogTest, StartDocTellsDocumentDatatypeAndJob)
     DOC_INFO_1W info = {const_cast<wchar_t*>(L"Pallet"), nullptr, const_cast<wchar_t*>(L"RAW")};
     const DWORD jobId = ::StartDocPrinterW(printer.Get(), 1, reinterpret_cast<BYTE*>(&info));
     const SpoolerCallRecord record = SpoolerLog().at(1);
-    EXPECT_EQ(Text(record.name), L"Pallet");
-    EXPECT_EQ(Text(record.key), L"RAW");
+    EXPECT_EQ(Text(record.document), L"Pallet");
+    EXPECT_EQ(Text(record.datatype), L"RAW");
     EXPECT_EQ(record.jobId, jobId);
     EXPECT_EQ(record.value, static_cast<LONG>(jobId));
 }
 
-TEST_F(CallLogTest, EnumPrintersTellsItsFlags)
+TEST_F(CallLogTest, EnumPrintersTellsItsFlagsAndServer)
 {
-    ReadPrinters<PRINTER_INFO_2W>(PRINTER_ENUM_LOCAL | PRINTER_ENUM_SHARED, 2);
+    ReadPrinters<PRINTER_INFO_2W>(PRINTER_ENUM_LOCAL | PRINTER_ENUM_SHARED, 2, L"DEPOT");
     EXPECT_EQ(SpoolerLog().at(0).flags, 34u);
+    EXPECT_EQ(Text(SpoolerLog().at(0).server), L"DEPOT");
+    EXPECT_EQ(Text(SpoolerLog().at(0).printer), L"");
+}
+
+TEST_F(CallLogTest, EnumPortsTellsItsServer)
+{
+    DWORD needed = 0;
+    DWORD count = 0;
+    ::EnumPortsW(const_cast<wchar_t*>(L"DEPOT"), 1, nullptr, 0, &needed, &count);
+    EXPECT_EQ(Text(SpoolerLog().at(0).server), L"DEPOT");
+}
+
+TEST_F(CallLogTest, EnumJobsTellsWhichJobs)
+{
+    const PrinterHandle printer = AddAndOpen(L"Label");
+    ReadJobs<JOB_INFO_1W>(printer, 1, 3, 20);
+    const SpoolerCallRecord record = SpoolerLog().at(1);
+    EXPECT_EQ(record.firstJob, 3u);
+    EXPECT_EQ(record.jobCount, 20u);
+}
+
+TEST_F(CallLogTest, GetPrinterDriverTellsItsEnvironment)
+{
+    const PrinterHandle printer = AddAndOpen(L"Label");
+    DWORD needed = 0;
+    ::GetPrinterDriverW(printer.Get(), const_cast<wchar_t*>(L"Windows x64"), 2, nullptr, 0, &needed);
+    EXPECT_EQ(Text(SpoolerLog().at(1).environment), L"Windows x64");
 }
 
 TEST_F(CallLogTest, DeviceCapabilitiesTellsDevicePortCapabilityAndAnswer)
@@ -105,8 +132,8 @@ TEST_F(CallLogTest, DeviceCapabilitiesTellsDevicePortCapabilityAndAnswer)
     ::DeviceCapabilitiesW(L"Label", L"NET1", DC_COPIES, nullptr, nullptr);
     const SpoolerCallRecord record = SpoolerLog().at(0);
     EXPECT_EQ(Text(record.printer), L"Label");
-    EXPECT_EQ(Text(record.key), L"NET1");
-    EXPECT_EQ(record.command, DWORD{DC_COPIES});
+    EXPECT_EQ(Text(record.port), L"NET1");
+    EXPECT_EQ(record.capability, DWORD{DC_COPIES});
     EXPECT_EQ(record.value, 999);
 }
 
@@ -120,7 +147,7 @@ TEST_F(CallLogTest, SetPrinterTellsLevelCommandAndPort)
     const auto log = SpoolerLog();
     ASSERT_EQ(log.size(), 2u);
     EXPECT_EQ(log[0].level, 2u);
-    EXPECT_EQ(Text(log[0].name), L"LPT1:");
+    EXPECT_EQ(Text(log[0].port), L"LPT1:");
     EXPECT_EQ(log[1].level, 0u);
     EXPECT_EQ(log[1].command, DWORD{PRINTER_CONTROL_PURGE});
 }
@@ -132,11 +159,11 @@ TEST_F(CallLogTest, CountsByCallLevelAndPrinter)
     ReadPrinter<PRINTER_INFO_2W>(label, 2);
     ReadPrinter<PRINTER_INFO_6>(label, 6);
     ReadPrinter<PRINTER_INFO_2W>(other, 2);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinter), 6u);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinter, 2, nullptr), 4u);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinter, 2, L"label"), 2u);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinter, spoolerAnyLevel, L"Label"), 4u);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinter), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterW), 6u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterW, 2, nullptr), 4u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterW, 2, L"label"), 2u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterW, spoolerAnyLevel, L"Label"), 4u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterW), 0u);
 }
 
 TEST_F(CallLogTest, ClearedItIsEmpty)
@@ -146,13 +173,13 @@ TEST_F(CallLogTest, ClearedItIsEmpty)
     EXPECT_EQ(SpoolerLogLength(), 0u);
     SpoolerCallRecord record = {};
     EXPECT_EQ(SpoolerLogAt(0, &record), DWORD{ERROR_NO_MORE_ITEMS});
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 0u);
 }
 
 TEST_F(CallLogTest, TheControlInterfaceIsNotLogged)
 {
     SpoolerAddPrinter({.printerName = L"Label"});
-    AddJob(L"Label");
+    QueueJob(L"Label");
     DWORD needed = 0;
     SpoolerPeekPrinter(L"Label", nullptr, 0, &needed);
     EXPECT_EQ(SpoolerLogLength(), 0u);
@@ -163,12 +190,12 @@ TEST_F(CallLogTest, LongTextsAreCutInTheRecordOnly)
     const std::wstring name(1000, L'x');
     Open(name.c_str());
     EXPECT_EQ(Text(SpoolerLog().at(0).printer).size(), size_t{MAX_PATH - 1});
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter, spoolerAnyLevel, name.c_str()), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW, spoolerAnyLevel, name.c_str()), 1u);
 }
 
 TEST_F(CallLogTest, EveryCallHasItsName)
 {
-    EXPECT_EQ(Text(SpoolerCallName(SpoolerCall::OpenPrinter)), L"OpenPrinterW");
+    EXPECT_EQ(Text(SpoolerCallName(SpoolerCall::OpenPrinterW)), L"OpenPrinterW");
     EXPECT_EQ(Text(SpoolerCallName(SpoolerCall::FreePrinterNotifyInfo)), L"FreePrinterNotifyInfo");
     EXPECT_EQ(Text(SpoolerCallName(static_cast<SpoolerCall>(spoolerCallCount))), L"");
 }

@@ -78,7 +78,7 @@ TEST_F(ControlTest, StatusAndAttributesAreSeenThroughTheSpooler)
 TEST_F(ControlTest, ADeviceModeCanBeGivenAndTakenAway)
 {
     const PrinterHandle printer = AddAndOpen(L"Label");
-    const DWORD jobId = AddJob(L"Label");
+    const DWORD jobId = QueueJob(L"Label");
     const DEVMODEW devMode = LabelDevMode();
     SpoolerSetPrinterDevMode(L"Label", &devMode);
     SpoolerSetJobDevMode(L"Label", jobId, &devMode);
@@ -112,7 +112,7 @@ TEST_F(ControlTest, AJobTakesWhatIsLeftOpenFromPrinterAndWorld)
     SpoolerSetIdentity(L"jane", L"DEPOT");
     const DEVMODEW devMode = LabelDevMode();
     SpoolerAddPrinter({.printerName = L"Label", .devMode = &devMode, .datatype = L"TEXT", .defaultPriority = 9});
-    const DWORD jobId = AddJob(L"Label");
+    const DWORD jobId = QueueJob(L"Label");
     const auto job = ReadJob<JOB_INFO_2W>(Open(L"Label"), jobId, 2);
     EXPECT_EQ(Text(job->pUserName), L"jane");
     EXPECT_EQ(Text(job->pNotifyName), L"jane");
@@ -128,15 +128,15 @@ TEST_F(ControlTest, AJobTakesWhatIsLeftOpenFromPrinterAndWorld)
 TEST_F(ControlTest, AJobNumberIsTakenOnceAndLaterOnesGoOnBehindIt)
 {
     SpoolerAddPrinter({.printerName = L"Label"});
-    EXPECT_EQ(AddJob(L"Label", {.jobId = 500}), 500u);
+    EXPECT_EQ(QueueJob(L"Label", {.jobId = 500}), 500u);
     EXPECT_EQ(SpoolerAddJob(L"Label", {.jobId = 500}, nullptr), DWORD{ERROR_INVALID_PARAMETER});
-    EXPECT_EQ(AddJob(L"Label"), 501u);
+    EXPECT_EQ(QueueJob(L"Label"), 501u);
 }
 
 TEST_F(ControlTest, AJobsStatusTextAndPagesAreSeenThroughTheSpooler)
 {
     const PrinterHandle printer = AddAndOpen(L"Label");
-    const DWORD jobId = AddJob(L"Label");
+    const DWORD jobId = QueueJob(L"Label");
     SpoolerSetJobStatus(L"Label", jobId, JOB_STATUS_PRINTING);
     SpoolerSetJobText(L"Label", jobId, L"Busy");
     SpoolerSetJobPages(L"Label", jobId, 10, 4);
@@ -152,7 +152,7 @@ TEST_F(ControlTest, AJobsStatusTextAndPagesAreSeenThroughTheSpooler)
 TEST_F(ControlTest, ARemovedJobIsGone)
 {
     const PrinterHandle printer = AddAndOpen(L"Label");
-    const DWORD jobId = AddJob(L"Label");
+    const DWORD jobId = QueueJob(L"Label");
     EXPECT_EQ(SpoolerRemoveJob(L"Label", jobId), DWORD{ERROR_SUCCESS});
     EXPECT_EQ(ReadJobs<JOB_INFO_1W>(printer, 1).count, 0u);
 }
@@ -160,7 +160,7 @@ TEST_F(ControlTest, ARemovedJobIsGone)
 TEST_F(ControlTest, PeekingGivesWhatTheSpoolerGives)
 {
     SpoolerAddPrinter({.printerName = L"Label", .comment = L"comment"});
-    const DWORD jobId = AddJob(L"Label", {.document = L"Pallet"});
+    const DWORD jobId = QueueJob(L"Label", {.document = L"Pallet"});
     DWORD needed = 0;
     EXPECT_EQ(SpoolerPeekPrinter(L"Label", nullptr, 0, &needed), DWORD{ERROR_INSUFFICIENT_BUFFER});
     std::vector<BYTE> buffer(needed);

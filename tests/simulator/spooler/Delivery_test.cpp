@@ -76,9 +76,9 @@ TEST_F(DeliveryTest, EachDocumentBecomesAFileInTheOutputFolder)
 
 TEST_F(DeliveryTest, NoFileIsOverwritten)
 {
-    const DWORD jobId = AddJob(L"Label", {.document = L"Pallet", .bytes = "1", .byteCount = 1});
+    const DWORD jobId = QueueJob(L"Label", {.document = L"Pallet", .bytes = "1", .byteCount = 1});
     SpoolerDeliverJob(L"Label", jobId);
-    AddJob(L"Label", {.jobId = jobId, .document = L"Pallet", .bytes = "2", .byteCount = 1});
+    QueueJob(L"Label", {.jobId = jobId, .document = L"Pallet", .bytes = "2", .byteCount = 1});
     SpoolerDeliverJob(L"Label", jobId);
     EXPECT_NE(Text(DeliveryAt(0).file), Text(DeliveryAt(1).file));
     EXPECT_EQ(FileText(DeliveryAt(0).file), "1");
@@ -124,7 +124,7 @@ TEST_F(DeliveryTest, APausedPrinterKeepsItsJobsUntilItIsResumed)
 
 TEST_F(DeliveryTest, APausedJobWaitsUntilItIsResumed)
 {
-    const DWORD jobId = AddJob(L"Label", {.status = JOB_STATUS_PAUSED});
+    const DWORD jobId = QueueJob(L"Label", {.status = JOB_STATUS_PAUSED});
     Print(printer, L"2", "2");
     EXPECT_EQ(JobCount(), 1u);
     ::SetJobW(printer.Get(), jobId, 0, nullptr, JOB_CONTROL_RESUME);

@@ -36,7 +36,7 @@ protected:
 
 TEST_F(FailureInjectionTest, TheNextCallFailsWithTheGivenErrorAndNoMore)
 {
-    SpoolerInject({.call = SpoolerCall::GetPrinter, .error = ERROR_CRC});
+    SpoolerInject({.call = SpoolerCall::GetPrinterW, .error = ERROR_CRC});
     EXPECT_EQ(Get(), DWORD{ERROR_CRC});
     EXPECT_EQ(needed, 0u);
     EXPECT_EQ(Get(), DWORD{ERROR_INSUFFICIENT_BUFFER});
@@ -45,7 +45,7 @@ TEST_F(FailureInjectionTest, TheNextCallFailsWithTheGivenErrorAndNoMore)
 
 TEST_F(FailureInjectionTest, TheNthCallFails)
 {
-    SpoolerInject({.call = SpoolerCall::GetPrinter, .error = ERROR_CRC, .nth = 2});
+    SpoolerInject({.call = SpoolerCall::GetPrinterW, .error = ERROR_CRC, .nth = 2});
     EXPECT_EQ(Get(), DWORD{ERROR_INSUFFICIENT_BUFFER});
     EXPECT_EQ(Get(), DWORD{ERROR_CRC});
     EXPECT_EQ(Get(), DWORD{ERROR_INSUFFICIENT_BUFFER});
@@ -53,7 +53,7 @@ TEST_F(FailureInjectionTest, TheNthCallFails)
 
 TEST_F(FailureInjectionTest, SeveralCallsFail)
 {
-    SpoolerInject({.call = SpoolerCall::GetPrinter, .error = ERROR_CRC, .nth = 2, .count = 2});
+    SpoolerInject({.call = SpoolerCall::GetPrinterW, .error = ERROR_CRC, .nth = 2, .count = 2});
     EXPECT_EQ(Get(), DWORD{ERROR_INSUFFICIENT_BUFFER});
     EXPECT_EQ(Get(), DWORD{ERROR_CRC});
     EXPECT_EQ(Get(), DWORD{ERROR_CRC});
@@ -62,7 +62,7 @@ TEST_F(FailureInjectionTest, SeveralCallsFail)
 
 TEST_F(FailureInjectionTest, EveryCallFailsUntilTheFailuresAreCleared)
 {
-    SpoolerInject({.call = SpoolerCall::GetPrinter, .error = ERROR_CRC, .count = 0});
+    SpoolerInject({.call = SpoolerCall::GetPrinterW, .error = ERROR_CRC, .count = 0});
     for (int call = 0; call < 5; ++call) EXPECT_EQ(Get(), DWORD{ERROR_CRC});
     EXPECT_EQ(SpoolerPendingFailures(), 1u);
     SpoolerClearFailures();
@@ -72,8 +72,8 @@ TEST_F(FailureInjectionTest, EveryCallFailsUntilTheFailuresAreCleared)
 TEST_F(FailureInjectionTest, LevelPrinterAndValueNarrowWhatIsHit)
 {
     const PrinterHandle other = AddAndOpen(L"Other");
-    SpoolerInject({.call = SpoolerCall::GetPrinter, .error = ERROR_CRC, .count = 0, .level = 6, .printer = L"LABEL"});
-    SpoolerInject({.call = SpoolerCall::GetPrinterDataEx, .error = ERROR_CRC, .count = 0, .valueName = L"Pages"});
+    SpoolerInject({.call = SpoolerCall::GetPrinterW, .error = ERROR_CRC, .count = 0, .level = 6, .printer = L"LABEL"});
+    SpoolerInject({.call = SpoolerCall::GetPrinterDataExW, .error = ERROR_CRC, .count = 0, .valueName = L"Pages"});
     EXPECT_EQ(Get(6), DWORD{ERROR_CRC});
     EXPECT_EQ(Get(2), DWORD{ERROR_INSUFFICIENT_BUFFER});
     EXPECT_EQ(ReadPrinter<PRINTER_INFO_6>(other, 6).error, DWORD{ERROR_INSUFFICIENT_BUFFER});
@@ -84,8 +84,8 @@ TEST_F(FailureInjectionTest, LevelPrinterAndValueNarrowWhatIsHit)
 
 TEST_F(FailureInjectionTest, TheFirstInjectedThatIsDueHits)
 {
-    SpoolerInject({.call = SpoolerCall::GetPrinter, .error = ERROR_CRC, .nth = 2});
-    SpoolerInject({.call = SpoolerCall::GetPrinter, .error = ERROR_SEEK, .count = 0});
+    SpoolerInject({.call = SpoolerCall::GetPrinterW, .error = ERROR_CRC, .nth = 2});
+    SpoolerInject({.call = SpoolerCall::GetPrinterW, .error = ERROR_SEEK, .count = 0});
     EXPECT_EQ(Get(), DWORD{ERROR_SEEK});
     EXPECT_EQ(Get(), DWORD{ERROR_CRC});
     EXPECT_EQ(Get(), DWORD{ERROR_SEEK});
@@ -111,37 +111,37 @@ struct FunctionRow {
 
 // clang-format off
 constexpr FunctionRow functionRows[] = {
-    {SpoolerCall::OpenPrinter, FALSE,
+    {SpoolerCall::OpenPrinterW, FALSE,
         [](Arguments& a) -> LONG_PTR { return ::OpenPrinterW(a.name, &a.opened, nullptr); }},
     {SpoolerCall::ClosePrinter, FALSE,
         [](Arguments& a) -> LONG_PTR { return ::ClosePrinter(a.handle); }},
-    {SpoolerCall::GetPrinter, FALSE,
+    {SpoolerCall::GetPrinterW, FALSE,
         [](Arguments& a) -> LONG_PTR { return ::GetPrinterW(a.handle, 2, nullptr, 0, &a.number); }},
-    {SpoolerCall::SetPrinter, FALSE,
+    {SpoolerCall::SetPrinterW, FALSE,
         [](Arguments& a) -> LONG_PTR { return ::SetPrinterW(a.handle, 0, nullptr, 0); }},
-    {SpoolerCall::GetJob, FALSE,
+    {SpoolerCall::GetJobW, FALSE,
         [](Arguments& a) -> LONG_PTR { return ::GetJobW(a.handle, 1, 2, nullptr, 0, &a.number); }},
-    {SpoolerCall::SetJob, FALSE,
+    {SpoolerCall::SetJobW, FALSE,
         [](Arguments& a) -> LONG_PTR { return ::SetJobW(a.handle, 1, 0, nullptr, 1); }},
-    {SpoolerCall::EnumJobs, FALSE,
+    {SpoolerCall::EnumJobsW, FALSE,
         [](Arguments& a) -> LONG_PTR { return ::EnumJobsW(a.handle, 0, 1, 2, nullptr, 0, &a.number, &a.count); }},
-    {SpoolerCall::EnumPrinters, FALSE,
+    {SpoolerCall::EnumPrintersW, FALSE,
         [](Arguments& a) -> LONG_PTR { return ::EnumPrintersW(2, nullptr, 2, nullptr, 0, &a.number, &a.count); }},
-    {SpoolerCall::EnumPorts, FALSE,
+    {SpoolerCall::EnumPortsW, FALSE,
         [](Arguments& a) -> LONG_PTR { return ::EnumPortsW(nullptr, 2, nullptr, 0, &a.number, &a.count); }},
-    {SpoolerCall::GetPrinterDriver, FALSE,
+    {SpoolerCall::GetPrinterDriverW, FALSE,
         [](Arguments& a) -> LONG_PTR { return ::GetPrinterDriverW(a.handle, nullptr, 2, nullptr, 0, &a.number); }},
-    {SpoolerCall::GetPrinterData, ERROR_CRC,
+    {SpoolerCall::GetPrinterDataW, ERROR_CRC,
         [](Arguments& a) -> LONG_PTR { return ::GetPrinterDataW(a.handle, a.name, nullptr, a.data, 8, &a.number); }},
-    {SpoolerCall::GetPrinterDataEx, ERROR_CRC,
+    {SpoolerCall::GetPrinterDataExW, ERROR_CRC,
         [](Arguments& a) -> LONG_PTR { return ::GetPrinterDataExW(a.handle, a.name, a.name, nullptr, a.data, 8, &a.number); }},
-    {SpoolerCall::SetPrinterData, ERROR_CRC,
+    {SpoolerCall::SetPrinterDataW, ERROR_CRC,
         [](Arguments& a) -> LONG_PTR { return ::SetPrinterDataW(a.handle, a.name, REG_DWORD, a.data, 4); }},
-    {SpoolerCall::SetPrinterDataEx, ERROR_CRC,
+    {SpoolerCall::SetPrinterDataExW, ERROR_CRC,
         [](Arguments& a) -> LONG_PTR { return ::SetPrinterDataExW(a.handle, a.name, a.name, REG_DWORD, a.data, 4); }},
-    {SpoolerCall::DeviceCapabilities, -1,
+    {SpoolerCall::DeviceCapabilitiesW, -1,
         [](Arguments& a) -> LONG_PTR { return ::DeviceCapabilitiesW(a.name, a.name, DC_COPIES, nullptr, nullptr); }},
-    {SpoolerCall::StartDocPrinter, 0,
+    {SpoolerCall::StartDocPrinterW, 0,
         [](Arguments& a) -> LONG_PTR { return ::StartDocPrinterW(a.handle, 1, a.data); }},
     {SpoolerCall::StartPagePrinter, FALSE,
         [](Arguments& a) -> LONG_PTR { return ::StartPagePrinter(a.handle); }},
@@ -180,7 +180,7 @@ TEST_F(FailureInjectionTest, EveryFunctionFailsInItsOwnManner)
 
 TEST_F(FailureInjectionTest, AFailureLeavesItsErrorAsTheLastError)
 {
-    SpoolerInject({.call = SpoolerCall::SetPrinter, .error = ERROR_CRC});
+    SpoolerInject({.call = SpoolerCall::SetPrinterW, .error = ERROR_CRC});
     EXPECT_FALSE(::SetPrinterW(printer.Get(), 0, nullptr, PRINTER_CONTROL_PAUSE));
     EXPECT_EQ(::GetLastError(), DWORD{ERROR_CRC});
     EXPECT_EQ(ReadPrinter<PRINTER_INFO_6>(printer, 6)->dwStatus, 0u);
@@ -188,7 +188,7 @@ TEST_F(FailureInjectionTest, AFailureLeavesItsErrorAsTheLastError)
 
 TEST_F(FailureInjectionTest, ASizedReadCanSucceedWithoutABuffer)
 {
-    SpoolerInject({.call = SpoolerCall::GetPrinter, .effect = SpoolerEffect::SucceedEmpty});
+    SpoolerInject({.call = SpoolerCall::GetPrinterW, .effect = SpoolerEffect::SucceedEmpty});
     EXPECT_EQ(Get(), DWORD{ERROR_SUCCESS});
     EXPECT_EQ(needed, 0u);
     EXPECT_EQ(SpoolerLog().back().value, TRUE);
@@ -196,26 +196,26 @@ TEST_F(FailureInjectionTest, ASizedReadCanSucceedWithoutABuffer)
 
 TEST_F(FailureInjectionTest, ASizedReadCanTellAWrongSize)
 {
-    SpoolerInject({.call = SpoolerCall::GetPrinter, .error = ERROR_INSUFFICIENT_BUFFER, .bytes = 12345});
+    SpoolerInject({.call = SpoolerCall::GetPrinterW, .error = ERROR_INSUFFICIENT_BUFFER, .bytes = 12345});
     EXPECT_EQ(Get(), DWORD{ERROR_INSUFFICIENT_BUFFER});
     EXPECT_EQ(needed, 12345u);
 }
 
 TEST_F(FailureInjectionTest, AnEmptySuccessOfAnEnumerationReturnsNoEntries)
 {
-    AddJob(L"Label");
+    QueueJob(L"Label");
     DWORD returned = 9;
-    SpoolerInject({.call = SpoolerCall::EnumJobs, .effect = SpoolerEffect::SucceedEmpty});
+    SpoolerInject({.call = SpoolerCall::EnumJobsW, .effect = SpoolerEffect::SucceedEmpty});
     EXPECT_TRUE(::EnumJobsW(printer.Get(), 0, 1, 2, nullptr, 0, &needed, &returned));
     EXPECT_EQ(returned, 0u);
 }
 
 TEST_F(FailureInjectionTest, AnEmptySuccessBringsTheNumberOfThoseThatReturnOne)
 {
-    SpoolerInject({.call = SpoolerCall::DeviceCapabilities, .effect = SpoolerEffect::SucceedEmpty, .bytes = 5});
+    SpoolerInject({.call = SpoolerCall::DeviceCapabilitiesW, .effect = SpoolerEffect::SucceedEmpty, .bytes = 5});
     EXPECT_EQ(::DeviceCapabilitiesW(L"Label", L"P", DC_COPIES, nullptr, nullptr), 5);
     DOC_INFO_1W info = {};
-    SpoolerInject({.call = SpoolerCall::StartDocPrinter, .effect = SpoolerEffect::SucceedEmpty, .bytes = 77});
+    SpoolerInject({.call = SpoolerCall::StartDocPrinterW, .effect = SpoolerEffect::SucceedEmpty, .bytes = 77});
     EXPECT_EQ(::StartDocPrinterW(printer.Get(), 1, reinterpret_cast<BYTE*>(&info)), 77u);
     EXPECT_EQ(ReadJobs<JOB_INFO_1W>(printer, 1).count, 0u);
 }
@@ -223,7 +223,7 @@ TEST_F(FailureInjectionTest, AnEmptySuccessBringsTheNumberOfThoseThatReturnOne)
 TEST_F(FailureInjectionTest, AnEmptySuccessOfOpenPrinterGivesANullHandle)
 {
     HANDLE handle = INVALID_HANDLE_VALUE;
-    SpoolerInject({.call = SpoolerCall::OpenPrinter, .effect = SpoolerEffect::SucceedEmpty});
+    SpoolerInject({.call = SpoolerCall::OpenPrinterW, .effect = SpoolerEffect::SucceedEmpty});
     EXPECT_TRUE(::OpenPrinterW(const_cast<wchar_t*>(L"Label"), &handle, nullptr));
     EXPECT_EQ(handle, nullptr);
 }
@@ -243,7 +243,7 @@ TEST_F(FailureInjectionTest, AShortWriteTakesSomeBytesAndSucceeds)
 
 TEST_F(FailureInjectionTest, ADelayedCallIsDoneLater)
 {
-    SpoolerInject({.call = SpoolerCall::SetPrinter, .effect = SpoolerEffect::Delay, .delayMs = 50});
+    SpoolerInject({.call = SpoolerCall::SetPrinterW, .effect = SpoolerEffect::Delay, .delayMs = 50});
     const auto before = std::chrono::steady_clock::now();
     EXPECT_TRUE(::SetPrinterW(printer.Get(), 0, nullptr, PRINTER_CONTROL_PAUSE));
     EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(45));
@@ -254,7 +254,7 @@ TEST_F(FailureInjectionTest, AHeldCallWaitsWhileOthersGoOn)
 {
     const OWaitHandle entered(::CreateEventW(nullptr, FALSE, FALSE, nullptr));
     const OWaitHandle release(::CreateEventW(nullptr, FALSE, FALSE, nullptr));
-    SpoolerInject({.call = SpoolerCall::SetPrinter,
+    SpoolerInject({.call = SpoolerCall::SetPrinterW,
                    .effect = SpoolerEffect::Hold,
                    .entered = entered.Get(),
                    .release = release.Get()});
@@ -271,7 +271,7 @@ TEST_F(FailureInjectionTest, AHeldCallWaitsWhileOthersGoOn)
 TEST_F(FailureInjectionTest, AnActionRunsBeforeTheCall)
 {
     std::wstring name = L"Label";
-    SpoolerInject({.call = SpoolerCall::GetPrinter,
+    SpoolerInject({.call = SpoolerCall::GetPrinterW,
                    .effect = SpoolerEffect::Run,
                    .action =
                        [](void* context) {
@@ -283,8 +283,8 @@ TEST_F(FailureInjectionTest, AnActionRunsBeforeTheCall)
 
 TEST_F(FailureInjectionTest, ANewJobBetweenTheTwoCallsOfASizedReadIsSeenAsTooSmallABuffer)
 {
-    AddJob(L"Label");
-    SpoolerInject({.call = SpoolerCall::EnumJobs, .effect = SpoolerEffect::Run, .nth = 2, .action = [](void*) {
+    QueueJob(L"Label");
+    SpoolerInject({.call = SpoolerCall::EnumJobsW, .effect = SpoolerEffect::Run, .nth = 2, .action = [](void*) {
                        SpoolerAddJob(L"Label", {}, nullptr);
                    }});
     DWORD returned = 0;
@@ -297,7 +297,7 @@ TEST_F(FailureInjectionTest, ANewJobBetweenTheTwoCallsOfASizedReadIsSeenAsTooSma
 
 TEST_F(FailureInjectionTest, ResetTakesAllFailuresAway)
 {
-    SpoolerInject({.call = SpoolerCall::EnumPorts, .error = ERROR_CRC, .count = 0});
+    SpoolerInject({.call = SpoolerCall::EnumPortsW, .error = ERROR_CRC, .count = 0});
     SpoolerReset();
     EXPECT_EQ(SpoolerPendingFailures(), 0u);
     EXPECT_TRUE(ReadPorts<PORT_INFO_2W>(2).sized);

@@ -29,7 +29,7 @@ TEST_F(GetPrinterTest, Level2TellsAllFields)
                        .untilTime = 120,
                        .status = PRINTER_STATUS_PAPER_OUT,
                        .averagePpm = 30});
-    AddJob(L"Label");
+    QueueJob(L"Label");
     const auto info = ReadPrinter<PRINTER_INFO_2W>(Open(L"Label"), 2);
     EXPECT_EQ(Text(info->pServerName), L"\\\\HOST");
     EXPECT_EQ(Text(info->pPrinterName), L"Label");

@@ -62,7 +62,7 @@ TEST_F(JobReadingTest, Level2TellsAllFields)
 {
     const DEVMODEW devMode = LabelDevMode();
     const SpoolerJob given = FullJob(devMode);
-    AddJob(L"Label", given);
+    QueueJob(L"Label", given);
     const auto job = ReadJob<JOB_INFO_2W>(printer, 42, 2);
     EXPECT_EQ(job->JobId, 42u);
     EXPECT_EQ(Text(job->pPrinterName), L"Label");
@@ -93,7 +93,7 @@ TEST_F(JobReadingTest, Level1TellsTheGeneralFields)
 {
     const DEVMODEW devMode = LabelDevMode();
     const SpoolerJob given = FullJob(devMode);
-    AddJob(L"Label", given);
+    QueueJob(L"Label", given);
     const auto job = ReadJob<JOB_INFO_1W>(printer, 42, 1);
     EXPECT_EQ(job->JobId, 42u);
     EXPECT_EQ(Text(job->pPrinterName), L"Label");
@@ -112,8 +112,8 @@ TEST_F(JobReadingTest, Level1TellsTheGeneralFields)
 
 TEST_F(JobReadingTest, Level3TellsTheNextJobOfAChain)
 {
-    const DWORD first = AddJob(L"Label");
-    const DWORD second = AddJob(L"Label");
+    const DWORD first = QueueJob(L"Label");
+    const DWORD second = QueueJob(L"Label");
     JOB_INFO_3 link = {first, second, 0};
     ASSERT_TRUE(::SetJobW(printer.Get(), first, 3, reinterpret_cast<BYTE*>(&link), 0));
     const auto job = ReadJob<JOB_INFO_3>(printer, first, 3);
@@ -124,13 +124,13 @@ TEST_F(JobReadingTest, Level3TellsTheNextJobOfAChain)
 
 TEST_F(JobReadingTest, AJobWithoutAStatusTextHasANullOne)
 {
-    const DWORD jobId = AddJob(L"Label");
+    const DWORD jobId = QueueJob(L"Label");
     EXPECT_EQ(ReadJob<JOB_INFO_2W>(printer, jobId, 2)->pStatus, nullptr);
 }
 
 TEST_F(JobReadingTest, WithoutABufferEveryLevelFailsWithInsufficientBuffer)
 {
-    const DWORD jobId = AddJob(L"Label");
+    const DWORD jobId = QueueJob(L"Label");
     for (const DWORD level : {1, 2, 3}) {
         DWORD needed = 0;
         EXPECT_FALSE(::GetJobW(printer.Get(), jobId, level, nullptr, 0, &needed)) << level;
@@ -141,7 +141,7 @@ TEST_F(JobReadingTest, WithoutABufferEveryLevelFailsWithInsufficientBuffer)
 
 TEST_F(JobReadingTest, OtherLevelsFail)
 {
-    const DWORD jobId = AddJob(L"Label");
+    const DWORD jobId = QueueJob(L"Label");
     DWORD needed = 0;
     DWORD returned = 0;
     for (const DWORD level : {0, 4, 5}) {
@@ -160,7 +160,7 @@ TEST_F(JobReadingTest, AnUnknownJobFailsWithInvalidParameterAndNoSize)
 
 TEST_F(JobReadingTest, EnumerationFollowsTheQueue)
 {
-    for (const DWORD jobId : {30, 10, 20}) AddJob(L"Label", {.jobId = jobId});
+    for (const DWORD jobId : {30, 10, 20}) QueueJob(L"Label", {.jobId = jobId});
     EXPECT_EQ(Numbers(0, 0xFFFFFFFF), (std::vector<DWORD>{30, 10, 20}));
     const auto jobs = ReadJobs<JOB_INFO_1W>(printer, 1);
     ASSERT_EQ(jobs.count, 3u);
@@ -169,7 +169,7 @@ TEST_F(JobReadingTest, EnumerationFollowsTheQueue)
 
 TEST_F(JobReadingTest, EnumerationTakesAPieceOfTheQueue)
 {
-    for (const DWORD jobId : {1, 2, 3, 4}) AddJob(L"Label", {.jobId = jobId});
+    for (const DWORD jobId : {1, 2, 3, 4}) QueueJob(L"Label", {.jobId = jobId});
     EXPECT_EQ(Numbers(1, 2), (std::vector<DWORD>{2, 3}));
     EXPECT_EQ(Numbers(3, 5), (std::vector<DWORD>{4}));
     EXPECT_EQ(Numbers(4, 1), std::vector<DWORD>{});
@@ -186,7 +186,7 @@ TEST_F(JobReadingTest, AnEmptyQueueSucceedsWithNothing)
 
 TEST_F(JobReadingTest, EnumerationWithoutABufferTellsTheSize)
 {
-    AddJob(L"Label");
+    QueueJob(L"Label");
     const auto jobs = ReadJobs<JOB_INFO_2W>(printer, 2);
     EXPECT_FALSE(jobs.sized);
     EXPECT_EQ(jobs.error, DWORD{ERROR_INSUFFICIENT_BUFFER});
@@ -196,7 +196,7 @@ TEST_F(JobReadingTest, EnumerationWithoutABufferTellsTheSize)
 TEST_F(JobReadingTest, JobsOfOtherPrintersAreUnknown)
 {
     SpoolerAddPrinter({.printerName = L"Other"});
-    AddJob(L"Other", {.jobId = 5});
+    QueueJob(L"Other", {.jobId = 5});
     DWORD needed = 0;
     EXPECT_EQ(ErrorOf(::GetJobW(printer.Get(), 5, 2, nullptr, 0, &needed)), DWORD{ERROR_INVALID_PARAMETER});
     EXPECT_EQ(ReadJobs<JOB_INFO_1W>(printer, 1).count, 0u);
@@ -204,7 +204,7 @@ TEST_F(JobReadingTest, JobsOfOtherPrintersAreUnknown)
 
 TEST_F(JobReadingTest, AReportedSizeStandsForTheDocuments)
 {
-    const DWORD jobId = AddJob(L"Label", {.bytes = "abc", .byteCount = 3, .reportedSize = 1000});
+    const DWORD jobId = QueueJob(L"Label", {.bytes = "abc", .byteCount = 3, .reportedSize = 1000});
     EXPECT_EQ(ReadJob<JOB_INFO_2W>(printer, jobId, 2)->Size, 1000u);
     SpoolerSetJobSize(L"Label", jobId, 0);
     EXPECT_EQ(ReadJob<JOB_INFO_2W>(printer, jobId, 2)->Size, 3u);

@@ -86,7 +86,7 @@ TEST_F(OpenPrinterTest, NoNameOrTheServersNameOpensTheServer)
 TEST_F(OpenPrinterTest, OpensAJobOfThePrinter)
 {
     SpoolerAddPrinter({.printerName = L"Label"});
-    AddJob(L"Label", {.jobId = 7});
+    QueueJob(L"Label", {.jobId = 7});
     EXPECT_TRUE(Open(L"Label, Job 7"));
     EXPECT_TRUE(Open(L"Label,Job 7"));
     EXPECT_FALSE(Open(L"Label, Job 8"));

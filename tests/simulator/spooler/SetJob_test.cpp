@@ -16,7 +16,7 @@ protected:
         SimulatorTest::SetUp();
         SpoolerSetIdentity(L"jane", nullptr);
         printer = AddAndOpen(L"Label");
-        jobId = AddJob(L"Label", {.userName = L"jane", .document = L"Document"});
+        jobId = QueueJob(L"Label", {.userName = L"jane", .document = L"Document"});
     }
 
     void TearDown() override
@@ -67,7 +67,7 @@ TEST_F(SetJobTest, PauseAndResumeSwitchThePausedBit)
 TEST_F(SetJobTest, DeleteAndCancelTakeTheJobOutOfTheQueue)
 {
     for (const DWORD command : {JOB_CONTROL_DELETE, JOB_CONTROL_CANCEL}) {
-        const DWORD job = AddJob(L"Label");
+        const DWORD job = QueueJob(L"Label");
         EXPECT_EQ(Command(command, job), DWORD{ERROR_SUCCESS});
         EXPECT_EQ(JobCount(), 1u);
     }
@@ -280,8 +280,8 @@ TEST_F(SetJobTest, WrongFieldsFailWithTheirErrorsAndChangeNothing)
 
 TEST_F(SetJobTest, APositionMovesTheJob)
 {
-    const DWORD second = AddJob(L"Label");
-    const DWORD third = AddJob(L"Label");
+    const DWORD second = QueueJob(L"Label");
+    const DWORD third = QueueJob(L"Label");
     const auto moveTo = [](DWORD position) { return [position](JOB_INFO_2W& info) { info.Position = position; }; };
     EXPECT_EQ(Set<JOB_INFO_2W>(2, moveTo(2)), DWORD{ERROR_SUCCESS});
     EXPECT_EQ(Queue(), (std::vector<DWORD>{second, jobId, third}));
@@ -295,7 +295,7 @@ TEST_F(SetJobTest, APositionMovesTheJob)
 
 TEST_F(SetJobTest, MovingNeedsTheRightToAdministerThePrinter)
 {
-    AddJob(L"Label");
+    QueueJob(L"Label");
     SpoolerSetGrantedAccess(L"Label", PRINTER_ACCESS_USE);
     printer = Open(L"Label", PRINTER_ACCESS_USE);
     EXPECT_EQ(Set<JOB_INFO_2W>(2, [](JOB_INFO_2W& info) { info.Position = 2; }), DWORD{ERROR_ACCESS_DENIED});
@@ -304,7 +304,7 @@ TEST_F(SetJobTest, MovingNeedsTheRightToAdministerThePrinter)
 
 TEST_F(SetJobTest, JobsOfOthersNeedTheRightToAdministerThePrinter)
 {
-    const DWORD others = AddJob(L"Label", {.userName = L"joe"});
+    const DWORD others = QueueJob(L"Label", {.userName = L"joe"});
     EXPECT_EQ(Command(JOB_CONTROL_PAUSE, others), DWORD{ERROR_SUCCESS});
     SpoolerSetGrantedAccess(L"Label", PRINTER_ACCESS_USE);
     printer = Open(L"Label", PRINTER_ACCESS_USE);
@@ -314,8 +314,8 @@ TEST_F(SetJobTest, JobsOfOthersNeedTheRightToAdministerThePrinter)
 
 TEST_F(SetJobTest, Level3ChecksWhatItLinks)
 {
-    const DWORD next = AddJob(L"Label");
-    const DWORD text = AddJob(L"Label", {.datatype = L"TEXT"});
+    const DWORD next = QueueJob(L"Label");
+    const DWORD text = QueueJob(L"Label", {.datatype = L"TEXT"});
     const auto link = [&](DWORD job, DWORD nextJob, DWORD reserved) {
         JOB_INFO_3 info = {job, nextJob, reserved};
         return ErrorOf(::SetJobW(printer.Get(), jobId, 3, reinterpret_cast<BYTE*>(&info), 0));

@@ -296,9 +296,9 @@ TEST_F(SetPrinterTest, PauseAndResumeSwitchThePausedBit)
 
 TEST_F(SetPrinterTest, PurgeDeletesAllJobsButTheOneThatPrints)
 {
-    AddJob(L"Label");
-    const DWORD printing = AddJob(L"Label", {.status = JOB_STATUS_PRINTING});
-    AddJob(L"Label", {.status = JOB_STATUS_PAUSED});
+    QueueJob(L"Label");
+    const DWORD printing = QueueJob(L"Label", {.status = JOB_STATUS_PRINTING});
+    QueueJob(L"Label", {.status = JOB_STATUS_PAUSED});
     EXPECT_EQ(Command(PRINTER_CONTROL_PURGE), DWORD{ERROR_SUCCESS});
     ASSERT_EQ(JobCount(), 1u);
     EXPECT_EQ(ReadJobs<JOB_INFO_1W>(printer, 1)->JobId, printing);

@@ -35,7 +35,7 @@ protected:
         return Open(name);
     }
 
-    static DWORD AddJob(const wchar_t* printerName, const SpoolerJob& job = {})
+    static DWORD QueueJob(const wchar_t* printerName, const SpoolerJob& job = {})
     {
         DWORD jobId = 0;
         EXPECT_EQ(::SpoolerAddJob(printerName, job, &jobId), DWORD{ERROR_SUCCESS});

@@ -42,11 +42,11 @@ TEST_F(ThreadsTest, ReadersWritersAndTheControlInterfaceGoSideBySide)
     OnSeveralThreads([](int number) {
         const PrinterHandle printer = Open(L"Label");
         for (int round = 0; round < rounds; ++round) {
-            const DWORD jobId = AddJob(L"Label");
+            const DWORD jobId = QueueJob(L"Label");
             ReadPrinter<PRINTER_INFO_2W>(printer, 2);
             ReadJobs<JOB_INFO_2W>(printer, 2);
             SpoolerSetNumberData(L"Label", L"Gantry", std::to_wstring(number).c_str(), static_cast<DWORD>(round));
-            SpoolerInject({.call = SpoolerCall::EnumPorts, .error = ERROR_CRC});
+            SpoolerInject({.call = SpoolerCall::EnumPortsW, .error = ERROR_CRC});
             ReadPorts<PORT_INFO_1W>(1);
             SpoolerRemoveJob(L"Label", jobId);
         }

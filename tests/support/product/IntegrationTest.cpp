@@ -12,11 +12,11 @@ namespace {
 bool OpensCore(const std::vector<SpoolerCallRecord>& log, size_t index)
 {
     const SpoolerCallRecord& call = log[index];
-    if (call.call != SpoolerCall::OpenPrinter || call.access != PRINTER_ALL_ACCESS) return false;
+    if (call.call != SpoolerCall::OpenPrinterW || call.access != PRINTER_ALL_ACCESS) return false;
     if (call.result == ERROR_SUCCESS) return true;
     const auto second = std::find_if(log.begin() + static_cast<ptrdiff_t>(index) + 1, log.end(),
                                      [&](const auto& later) { return later.threadId == call.threadId; });
-    return second != log.end() && second->call == SpoolerCall::OpenPrinter && second->result == ERROR_SUCCESS;
+    return second != log.end() && second->call == SpoolerCall::OpenPrinterW && second->result == ERROR_SUCCESS;
 }
 
 } // namespace
@@ -105,8 +105,8 @@ DWORD IntegrationTest::Openings()
 SpoolerCallRecord IntegrationTest::StartedDocument()
 {
     const auto log = SpoolerLog();
-    const auto started = std::ranges::find(log, SpoolerCall::StartDocPrinter, &SpoolerCallRecord::call);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinter), 1u);
+    const auto started = std::ranges::find(log, SpoolerCall::StartDocPrinterW, &SpoolerCallRecord::call);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::StartDocPrinterW), 1u);
     return started == log.end() ? SpoolerCallRecord{} : *started;
 }
 

@@ -79,7 +79,7 @@ protected:
         ::SpoolerInject(failure);
     }
 
-    static DWORD Reads() { return ::SpoolerCalls(SpoolerCall::GetPrinter, 2, nullptr); }
+    static DWORD Reads() { return ::SpoolerCalls(SpoolerCall::GetPrinterW, 2, nullptr); }
 
     static OString ComputerName()
     {

@@ -112,7 +112,7 @@ TEST_F(PrinterStatusTest, ConditionCostsOneReadOfLevel6)
     for (const ConditionRow& row : spoolerConditions) {
         ::SpoolerClearLog();
         Read(row);
-        EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinter, 6, printerName), 2u) << row.name;
+        EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinterW, 6, printerName), 2u) << row.name;
         EXPECT_EQ(::SpoolerLogLength(), 2u) << row.name;
     }
 }
@@ -168,14 +168,14 @@ TEST_F(PrinterStatusTest, PrinterThatCannotBeAskedReadsAsReady)
 {
     ::SpoolerSetPrinterStatus(printerName, 0xFFFFFFFF);
     for (const ConditionRow& row : spoolerConditions) {
-        FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED);
+        FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED);
         EXPECT_EQ(Read(row), 0) << row.name;
     }
     for (const ConditionRow& row : severities) {
-        FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED);
+        FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED);
         EXPECT_EQ(Read(row), 0) << row.name;
     }
-    FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED);
+    FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED);
     EXPECT_EQ(Text(), "Ready");
 }
 

@@ -55,7 +55,7 @@ TEST_F(PrinterTest, CreationTouchesNoSpooler)
 TEST_F(PrinterTest, InitializeOpensThePrinterOnceForAllItsParts)
 {
     EXPECT_EQ(Initialize(L"Label"), S_OK);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 1u);
     EXPECT_EQ(XPrinterPool::GetCount(), 1);
 }
 
@@ -76,7 +76,7 @@ TEST_F(PrinterTest, EqualNameInOtherLettersKeepsThePrinterAndItsName)
     ASSERT_EQ(Initialize(L"Label"), S_OK);
     EXPECT_EQ(Initialize(L"LABEL"), S_OK);
     EXPECT_EQ(Name(), "Label");
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 1u);
 }
 
 TEST_F(PrinterTest, OtherNameGivesTheOldPrinterBack)
@@ -125,7 +125,7 @@ TEST_F(PrinterTest, TwoObjectsOfOneNameShareThePrinter)
     ASSERT_EQ(Initialize(L"Label"), S_OK);
     ASSERT_EQ(second->Initialize(ToBstr(OString("lABEL")).Get()), S_OK);
     EXPECT_EQ(XPrinterPool::GetCount(), 1);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 1u);
 }
 
 TEST(PrinterCreation, FailsWithoutLeakWhereverMemoryRunsOut)

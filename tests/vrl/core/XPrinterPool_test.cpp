@@ -26,7 +26,7 @@ TEST_F(XPrinterPoolTest, OneNameHasOnePrinterAndOneSpoolerHandle)
     const XPrinterRef first = XPrinterRef::Acquire(OString("Label"));
     const XPrinterRef second = XPrinterRef::Acquire(OString("Label"));
     EXPECT_EQ(first.Get(), second.Get());
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 1u);
 }
 
 TEST_F(XPrinterPoolTest, NamesInOtherLetterCaseShareThePrinterUnderTheFirstName)
@@ -72,8 +72,8 @@ TEST_F(XPrinterPoolTest, ReopenedPrinterIsANewOneWithAnotherHandleAndTheOdometer
     ::SpoolerClearLog();
     const XPrinterRef reopened = XPrinterRef::Acquire(OString("label"));
     EXPECT_EQ(reopened->GetPrinterName(), "label");
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 1u);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterDataEx), 2u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterDataExW), 2u);
 }
 
 TEST_F(XPrinterPoolTest, SpoolerHandleStaysOpenForGood)
@@ -106,7 +106,7 @@ TEST_F(XPrinterPoolTest, SlowOpenHoldsUpOtherThreadsUntilItIsDone)
     HANDLE const entered = ::CreateEventW(nullptr, FALSE, FALSE, nullptr);
     HANDLE const release = ::CreateEventW(nullptr, FALSE, FALSE, nullptr);
     SpoolerFailure hold;
-    hold.call = SpoolerCall::OpenPrinter;
+    hold.call = SpoolerCall::OpenPrinterW;
     hold.effect = SpoolerEffect::Hold;
     hold.entered = entered;
     hold.release = release;

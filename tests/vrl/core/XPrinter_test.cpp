@@ -43,7 +43,7 @@ protected:
     {
         std::vector<DWORD> masks;
         for (const SpoolerCallRecord& call : SpoolerLog()) {
-            if (call.call == SpoolerCall::OpenPrinter) masks.push_back(call.access);
+            if (call.call == SpoolerCall::OpenPrinterW) masks.push_back(call.access);
         }
         return masks;
     }
@@ -108,8 +108,8 @@ TEST_F(XPrinterOpenTest, CallsTheSpoolerInItsOrder)
     const XPrinterRef xPrinter = XPrinterRef::Acquire(OString("Label"));
     std::vector<SpoolerCall> calls;
     for (const SpoolerCallRecord& call : SpoolerLog()) calls.push_back(call.call);
-    EXPECT_EQ(calls, (std::vector{SpoolerCall::OpenPrinter, SpoolerCall::GetPrinterData, SpoolerCall::GetPrinterDataEx,
-                                  SpoolerCall::GetPrinterDataEx}));
+    EXPECT_EQ(calls, (std::vector{SpoolerCall::OpenPrinterW, SpoolerCall::GetPrinterDataW,
+                                  SpoolerCall::GetPrinterDataExW, SpoolerCall::GetPrinterDataExW}));
 }
 
 // ---- getters ----
@@ -135,7 +135,7 @@ TEST_F(XPrinterTest, TextGettersReadTheirFieldWithTwoCalls)
     for (const TextGetter& getter : textGetters) {
         ::SpoolerClearLog();
         EXPECT_EQ((xPrinter.Get()->*getter.get)(), getter.value) << getter.name;
-        EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinter, 2, printerName), 2u) << getter.name;
+        EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinterW, 2, printerName), 2u) << getter.name;
         EXPECT_EQ(::SpoolerLogLength(), 2u) << getter.name;
     }
 }
@@ -143,16 +143,16 @@ TEST_F(XPrinterTest, TextGettersReadTheirFieldWithTwoCalls)
 TEST_F(XPrinterTest, TextGettersAreEmptyWhenTheFirstCallFails)
 {
     for (const TextGetter& getter : textGetters) {
-        FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED);
+        FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED);
         EXPECT_TRUE((xPrinter.Get()->*getter.get)().IsEmpty()) << getter.name;
     }
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinter), std::size(textGetters));
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterW), std::size(textGetters));
 }
 
 TEST_F(XPrinterTest, TextGettersAreEmptyWhenTheSecondCallFails)
 {
     for (const TextGetter& getter : textGetters) {
-        FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED, 2);
+        FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, 2);
         EXPECT_TRUE((xPrinter.Get()->*getter.get)().IsEmpty()) << getter.name;
     }
 }
@@ -160,7 +160,7 @@ TEST_F(XPrinterTest, TextGettersAreEmptyWhenTheSecondCallFails)
 TEST_F(XPrinterTest, TextGettersAreEmptyWhenThereIsNothingToCopy)
 {
     for (const TextGetter& getter : textGetters) {
-        EmptyNext(SpoolerCall::GetPrinter);
+        EmptyNext(SpoolerCall::GetPrinterW);
         EXPECT_TRUE((xPrinter.Get()->*getter.get)().IsEmpty()) << getter.name;
     }
 }
@@ -202,7 +202,7 @@ TEST_F(XPrinterTest, NumberGettersReadTheirField)
 TEST_F(XPrinterTest, NumberGettersHaveAValueForAFailedRead)
 {
     for (const NumberGetter& getter : numberGetters) {
-        FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED);
+        FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED);
         EXPECT_EQ((xPrinter.Get()->*getter.get)(), getter.unread) << getter.name;
     }
 }
@@ -233,7 +233,7 @@ TEST_F(XPrinterTest, AttributeGettersAreFalseForAFailedRead)
 {
     for (const AttributeGetter& getter : attributeGetters) {
         ::SpoolerSetPrinterAttributes(printerName, getter.attribute);
-        FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED);
+        FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED);
         EXPECT_FALSE((xPrinter.Get()->*getter.get)()) << getter.name;
     }
 }
@@ -260,8 +260,8 @@ TEST_F(XPrinterTest, SetterWritesItsFieldAndLeavesTheOthers)
 TEST_F(XPrinterTest, SetterReadsTwiceAndWritesOnceAtLevel2)
 {
     xPrinter->SetComment(OString("New comment"));
-    EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinter, 2, printerName), 2u);
-    EXPECT_EQ(::SpoolerCalls(SpoolerCall::SetPrinter, 2, printerName), 1u);
+    EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinterW, 2, printerName), 2u);
+    EXPECT_EQ(::SpoolerCalls(SpoolerCall::SetPrinterW, 2, printerName), 1u);
     EXPECT_EQ(::SpoolerLogLength(), 3u);
     EXPECT_EQ(SpoolerLog().back().command, 0u);
 }
@@ -290,19 +290,19 @@ TEST_F(XPrinterTest, NumberSettersWriteTheirField)
 
 TEST_F(XPrinterTest, SettersThatIgnoreTheResultOfTheWriteLookLikeSuccess)
 {
-    for (int i = 0; i < 5; ++i) FailNext(SpoolerCall::SetPrinter, ERROR_ACCESS_DENIED);
+    for (int i = 0; i < 5; ++i) FailNext(SpoolerCall::SetPrinterW, ERROR_ACCESS_DENIED);
     xPrinter->SetComment(OString("New"));
     xPrinter->SetLocation(OString("New"));
     xPrinter->SetDefaultPriority(99);
     xPrinter->SetStartTime(99);
     xPrinter->SetUntilTime(99);
     EXPECT_EQ(xPrinter->GetComment(), "Shipping labels");
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinter), 5u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterW), 5u);
 }
 
 TEST_F(XPrinterTest, SettersDoNothingWhenTheReadFails)
 {
-    for (int i = 0; i < 7; ++i) FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED);
+    for (int i = 0; i < 7; ++i) FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED);
     xPrinter->SetComment(OString("New"));
     xPrinter->SetLocation(OString("New"));
     xPrinter->SetDefaultPriority(99);
@@ -310,7 +310,7 @@ TEST_F(XPrinterTest, SettersDoNothingWhenTheReadFails)
     xPrinter->SetUntilTime(99);
     xPrinter->SetPortName(OString("LPT2:"));
     xPrinter->SetShareName(OString("NEW"));
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinter), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterW), 0u);
 }
 
 TEST_F(XPrinterTest, PrinterWithTheRightToUseOnlyRefusesItsSetters)
@@ -356,7 +356,7 @@ HRESULT ResultOf(Work&& work)
 
 TEST_F(XPrinterTest, OtherFailureOfThePortWriteIsASystemError)
 {
-    FailNext(SpoolerCall::SetPrinter, ERROR_ACCESS_DENIED);
+    FailNext(SpoolerCall::SetPrinterW, ERROR_ACCESS_DENIED);
     EXPECT_EQ(ResultOf([&] { xPrinter->SetPortName(OString("LPT1:")); }), HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
 }
 
@@ -388,27 +388,27 @@ TEST_F(XPrinterTest, ShareNameWithAForbiddenCharacterNeverReachesTheSpooler)
 
 TEST_F(XPrinterTest, ShareNameThatTheSpoolerRefusesIsNotValid)
 {
-    FailNext(SpoolerCall::SetPrinter, ERROR_INVALID_SHARENAME);
+    FailNext(SpoolerCall::SetPrinterW, ERROR_INVALID_SHARENAME);
     EXPECT_THROW(xPrinter->SetShareName(OString("NEW")), PrinterShareNameNotValid_E);
 }
 
 TEST_F(XPrinterTest, OtherFailureOfTheShareWriteIsASystemError)
 {
-    FailNext(SpoolerCall::SetPrinter, ERROR_NOT_ENOUGH_MEMORY);
+    FailNext(SpoolerCall::SetPrinterW, ERROR_NOT_ENOUGH_MEMORY);
     EXPECT_EQ(ResultOf([&] { xPrinter->SetShareName(OString("NEW")); }), HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY));
 }
 
 TEST_F(XPrinterTest, SharingWhatIsSharedWritesNothing)
 {
     xPrinter->SetShared(true);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinter), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterW), 0u);
 }
 
 TEST_F(XPrinterTest, UnsharingWhatIsNotSharedWritesNothing)
 {
     ::SpoolerSetPrinterAttributes(printerName, PRINTER_ATTRIBUTE_LOCAL);
     xPrinter->SetShared(false);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinter), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterW), 0u);
 }
 
 TEST_F(XPrinterTest, SharingKeepsTheShareNameThatIsThere)
@@ -456,13 +456,13 @@ TEST_F(UnnamedShareTest, SharingUnderANameWithASlashIsRefused)
 
 TEST_F(XPrinterTest, FailedReadWhileSharingIsASystemError)
 {
-    FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED, 3); // behind the two calls that read the attribute
+    FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, 3); // behind the two calls that read the attribute
     EXPECT_EQ(ResultOf([&] { xPrinter->SetShared(false); }), HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
 }
 
 TEST_F(XPrinterTest, FailedWriteWhileSharingIsASystemError)
 {
-    FailNext(SpoolerCall::SetPrinter, ERROR_ACCESS_DENIED);
+    FailNext(SpoolerCall::SetPrinterW, ERROR_ACCESS_DENIED);
     EXPECT_EQ(ResultOf([&] { xPrinter->SetShared(false); }), HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
     EXPECT_TRUE(xPrinter->IsShared());
 }
@@ -487,7 +487,7 @@ TEST_F(XPrinterTest, QueueCommandsGoOutAtLevel0)
         ::SpoolerClearLog();
         (xPrinter.Get()->*row.run)();
         ASSERT_EQ(::SpoolerLogLength(), 1u) << row.name;
-        EXPECT_EQ(SpoolerLog()[0].call, SpoolerCall::SetPrinter) << row.name;
+        EXPECT_EQ(SpoolerLog()[0].call, SpoolerCall::SetPrinterW) << row.name;
         EXPECT_EQ(SpoolerLog()[0].level, 0u) << row.name;
         EXPECT_EQ(SpoolerLog()[0].command, row.command) << row.name;
     }
@@ -496,7 +496,7 @@ TEST_F(XPrinterTest, QueueCommandsGoOutAtLevel0)
 TEST_F(XPrinterTest, RefusedQueueCommandGoesUnnoticed)
 {
     for (const QueueCommand& row : queueCommands) {
-        FailNext(SpoolerCall::SetPrinter, ERROR_ACCESS_DENIED);
+        FailNext(SpoolerCall::SetPrinterW, ERROR_ACCESS_DENIED);
         EXPECT_NO_THROW((xPrinter.Get()->*row.run)()) << row.name;
     }
 }
@@ -510,7 +510,7 @@ TEST_F(XPrinterTest, EnumJobIdsGivesTheQueueInItsOrder)
     ASSERT_EQ(ids.GetSize(), 2);
     EXPECT_EQ(ids.GetAt(0), first);
     EXPECT_EQ(ids.GetAt(1), second);
-    EXPECT_EQ(::SpoolerCalls(SpoolerCall::EnumJobs, 3, printerName), 2u);
+    EXPECT_EQ(::SpoolerCalls(SpoolerCall::EnumJobsW, 3, printerName), 2u);
 }
 
 TEST_F(XPrinterTest, EmptyQueueGivesNoJobAndIsNoFailure)
@@ -523,7 +523,7 @@ TEST_F(XPrinterTest, EmptyQueueGivesNoJobAndIsNoFailure)
 TEST_F(XPrinterTest, EnumJobIdsFailsWhenTheFirstCallFails)
 {
     AddJob({});
-    FailNext(SpoolerCall::EnumJobs, ERROR_ACCESS_DENIED);
+    FailNext(SpoolerCall::EnumJobsW, ERROR_ACCESS_DENIED);
     OTypedArray<unsigned long> ids;
     EXPECT_FALSE(xPrinter->EnumJobIds(ids));
     EXPECT_TRUE(ids.IsEmpty());
@@ -532,7 +532,7 @@ TEST_F(XPrinterTest, EnumJobIdsFailsWhenTheFirstCallFails)
 TEST_F(XPrinterTest, EnumJobIdsFailsWhenTheSecondCallFails)
 {
     AddJob({});
-    FailNext(SpoolerCall::EnumJobs, ERROR_ACCESS_DENIED, 2);
+    FailNext(SpoolerCall::EnumJobsW, ERROR_ACCESS_DENIED, 2);
     OTypedArray<unsigned long> ids;
     EXPECT_FALSE(xPrinter->EnumJobIds(ids));
     EXPECT_TRUE(ids.IsEmpty());

@@ -112,8 +112,8 @@ TEST_F(BasicDriverInterfaceTest, FirstJobsTextOutranksThePrintersStatus)
     job.statusText = L"Second";
     AddJob(job);
     EXPECT_EQ(driver.GetStatusText(), "Waiting for labels");
-    EXPECT_EQ(::SpoolerCalls(SpoolerCall::EnumJobs, 2, printerName), 2u);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinter), 0u);
+    EXPECT_EQ(::SpoolerCalls(SpoolerCall::EnumJobsW, 2, printerName), 2u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterW), 0u);
 }
 
 TEST_F(BasicDriverInterfaceTest, FirstJobWithoutTextFallsThroughToTheStatusWord)
@@ -140,7 +140,7 @@ TEST_F(BasicDriverInterfaceTest, UnreadableQueueFallsThroughToTheStatusWord)
     job.statusText = L"Waiting for labels";
     AddJob(job);
     for (const DWORD nth : {1u, 2u}) {
-        FailNext(SpoolerCall::EnumJobs, ERROR_ACCESS_DENIED, nth);
+        FailNext(SpoolerCall::EnumJobsW, ERROR_ACCESS_DENIED, nth);
         EXPECT_EQ(driver.GetStatusText(), "Ready") << nth;
     }
 }
@@ -149,7 +149,7 @@ TEST_F(BasicDriverInterfaceTest, PrinterThatCannotBeAskedLooksReady)
 {
     ::SpoolerSetPrinterStatus(printerName, PRINTER_STATUS_PAPER_OUT);
     for (const DWORD nth : {1u, 2u}) {
-        FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED, nth);
+        FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, nth);
         EXPECT_EQ(driver.GetStatusText(), "Ready") << nth;
     }
 }
@@ -160,7 +160,7 @@ TEST_F(BasicDriverInterfaceTest, ConditionOfTheStatusWordIsOneReadAtLevel6)
 {
     ::SpoolerSetPrinterStatus(printerName, PRINTER_STATUS_PAPER_OUT);
     EXPECT_TRUE(driver.TestStatusFlag(102));
-    EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinter, 6, printerName), 2u);
+    EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinterW, 6, printerName), 2u);
     EXPECT_EQ(::SpoolerLogLength(), 2u);
     EXPECT_FALSE(driver.TestStatusFlag(101));
 }
@@ -252,7 +252,8 @@ protected:
     static OString DocumentSent()
     {
         for (const SpoolerCallRecord& record : SpoolerLog()) {
-            if (record.call == SpoolerCall::StartDocPrinter) return OString(static_cast<const wchar_t*>(record.name));
+            if (record.call == SpoolerCall::StartDocPrinterW)
+                return OString(static_cast<const wchar_t*>(record.document));
         }
         return OString();
     }
@@ -260,7 +261,7 @@ protected:
     static DWORD JobSent()
     {
         for (const SpoolerCallRecord& record : SpoolerLog()) {
-            if (record.call == SpoolerCall::StartDocPrinter) return record.jobId;
+            if (record.call == SpoolerCall::StartDocPrinterW) return record.jobId;
         }
         return 0;
     }
@@ -275,7 +276,7 @@ protected:
     }
 
     TemporaryDirectory _folder;
-    const std::vector<SpoolerCall> wholeSequence{SpoolerCall::StartDocPrinter, SpoolerCall::StartPagePrinter,
+    const std::vector<SpoolerCall> wholeSequence{SpoolerCall::StartDocPrinterW, SpoolerCall::StartPagePrinter,
                                                  SpoolerCall::WritePrinter, SpoolerCall::EndPagePrinter,
                                                  SpoolerCall::EndDocPrinter};
 };
@@ -350,9 +351,9 @@ TEST_F(SendFileTest, LargeFileArrivesWhole)
 TEST_F(SendFileTest, RefusedDocumentEndsThere)
 {
     const OString file = File(10);
-    FailNext(SpoolerCall::StartDocPrinter, ERROR_ACCESS_DENIED);
+    FailNext(SpoolerCall::StartDocPrinterW, ERROR_ACCESS_DENIED);
     EXPECT_FALSE(driver.SendFile(file, OString("Job")));
-    EXPECT_EQ(Calls(), std::vector{SpoolerCall::StartDocPrinter});
+    EXPECT_EQ(Calls(), std::vector{SpoolerCall::StartDocPrinterW});
 }
 
 TEST_F(SendFileTest, RefusedPageClosesTheDocument)
@@ -361,7 +362,7 @@ TEST_F(SendFileTest, RefusedPageClosesTheDocument)
     FailNext(SpoolerCall::StartPagePrinter, ERROR_ACCESS_DENIED);
     EXPECT_FALSE(driver.SendFile(file, OString("Job")));
     EXPECT_EQ(Calls(),
-              (std::vector{SpoolerCall::StartDocPrinter, SpoolerCall::StartPagePrinter, SpoolerCall::EndDocPrinter}));
+              (std::vector{SpoolerCall::StartDocPrinterW, SpoolerCall::StartPagePrinter, SpoolerCall::EndDocPrinter}));
 }
 
 TEST_F(SendFileTest, ShortWritesGoOnWithWhatRemains)
@@ -385,7 +386,7 @@ TEST_F(SendFileTest, WriteThatFailsBehindAPartClosesPageAndDocument)
     FailNext(SpoolerCall::WritePrinter, ERROR_DISK_FULL, 2);
     EXPECT_FALSE(driver.SendFile(file, OString("Job")));
     EXPECT_EQ(Calls(),
-              (std::vector{SpoolerCall::StartDocPrinter, SpoolerCall::StartPagePrinter, SpoolerCall::WritePrinter,
+              (std::vector{SpoolerCall::StartDocPrinterW, SpoolerCall::StartPagePrinter, SpoolerCall::WritePrinter,
                            SpoolerCall::WritePrinter, SpoolerCall::EndPagePrinter, SpoolerCall::EndDocPrinter}));
 }
 
@@ -421,7 +422,7 @@ TEST_F(BasicDriverInterfaceTest, JobCommandsGoOutAtLevel0)
         ::SpoolerClearLog();
         EXPECT_TRUE((driver.*row.run)(jobId)) << row.name;
         ASSERT_EQ(::SpoolerLogLength(), 1u) << row.name;
-        EXPECT_EQ(SpoolerLog()[0].call, SpoolerCall::SetJob) << row.name;
+        EXPECT_EQ(SpoolerLog()[0].call, SpoolerCall::SetJobW) << row.name;
         EXPECT_EQ(SpoolerLog()[0].level, 0u) << row.name;
         EXPECT_EQ(SpoolerLog()[0].command, row.command) << row.name;
         EXPECT_EQ(SpoolerLog()[0].jobId, jobId) << row.name;
@@ -431,7 +432,7 @@ TEST_F(BasicDriverInterfaceTest, JobCommandsGoOutAtLevel0)
 TEST_F(BasicDriverInterfaceTest, RefusedJobCommandIsFalse)
 {
     for (const JobCommand& row : jobCommands) {
-        FailNext(SpoolerCall::SetJob, ERROR_ACCESS_DENIED);
+        FailNext(SpoolerCall::SetJobW, ERROR_ACCESS_DENIED);
         EXPECT_FALSE((driver.*row.run)(AddJob({}))) << row.name;
     }
 }
@@ -455,7 +456,7 @@ TEST_F(BasicDriverInterfaceTest, JobFieldsAreReadReplacedAndWrittenAtLevel2)
         ::SpoolerClearLog();
         EXPECT_TRUE((driver.*row.set)(jobId, 42)) << row.name;
         EXPECT_EQ(PeekJob(jobId).*row.field, 42u) << row.name;
-        EXPECT_EQ(Calls(), (std::vector{SpoolerCall::GetJob, SpoolerCall::GetJob, SpoolerCall::SetJob})) << row.name;
+        EXPECT_EQ(Calls(), (std::vector{SpoolerCall::GetJobW, SpoolerCall::GetJobW, SpoolerCall::SetJobW})) << row.name;
         EXPECT_EQ(SpoolerLog()[2].level, 2u) << row.name;
         EXPECT_EQ(SpoolerLog()[2].command, 0u) << row.name;
     }
@@ -464,16 +465,16 @@ TEST_F(BasicDriverInterfaceTest, JobFieldsAreReadReplacedAndWrittenAtLevel2)
 TEST_F(BasicDriverInterfaceTest, JobFieldsOfAnUnknownJobAreFalse)
 {
     for (const JobField& row : jobFields) EXPECT_FALSE((driver.*row.set)(4711, 42)) << row.name;
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetJob), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetJobW), 0u);
 }
 
 TEST_F(BasicDriverInterfaceTest, JobFieldsAreFalseWhenACallFails)
 {
     for (const JobField& row : jobFields) {
         const DWORD jobId = AddJob({});
-        FailNext(SpoolerCall::GetJob, ERROR_ACCESS_DENIED, 2);
+        FailNext(SpoolerCall::GetJobW, ERROR_ACCESS_DENIED, 2);
         EXPECT_FALSE((driver.*row.set)(jobId, 42)) << row.name;
-        FailNext(SpoolerCall::SetJob, ERROR_ACCESS_DENIED);
+        FailNext(SpoolerCall::SetJobW, ERROR_ACCESS_DENIED);
         EXPECT_FALSE((driver.*row.set)(jobId, 42)) << row.name;
     }
 }

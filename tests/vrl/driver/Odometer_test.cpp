@@ -123,22 +123,22 @@ TEST_F(StoredOdometerTest, BothValuesAreReadWhateverTheFirstGives)
     EXPECT_FALSE(odometer.ReadStored(_printer.Get()));
     const auto log = SpoolerLog();
     ASSERT_EQ(log.size(), 2u);
-    EXPECT_STREQ(log[0].name, L"Odometer Pages");
+    EXPECT_STREQ(log[0].valueName, L"Odometer Pages");
     EXPECT_EQ(log[0].bytes, 4u);
-    EXPECT_STREQ(log[1].name, L"Odometer Distance");
+    EXPECT_STREQ(log[1].valueName, L"Odometer Distance");
     EXPECT_EQ(log[1].bytes, 8u);
 }
 
 TEST_F(StoredOdometerTest, BothValuesAreWrittenWhateverTheFirstGives)
 {
-    FailNext(SpoolerCall::SetPrinterDataEx, ERROR_ACCESS_DENIED);
+    FailNext(SpoolerCall::SetPrinterDataExW, ERROR_ACCESS_DENIED);
     EXPECT_FALSE(Odometer(1, 2.0).WriteStored(_printer.Get()));
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterDataEx), 2u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterDataExW), 2u);
 }
 
 TEST_F(StoredOdometerTest, FailureOfTheSecondWriteIsTold)
 {
-    FailNext(SpoolerCall::SetPrinterDataEx, ERROR_ACCESS_DENIED, 2);
+    FailNext(SpoolerCall::SetPrinterDataExW, ERROR_ACCESS_DENIED, 2);
     EXPECT_FALSE(Odometer(1, 2.0).WriteStored(_printer.Get()));
 }
 

@@ -81,7 +81,7 @@ TEST_F(PrinterInfoCacheTest, RenewedEntryIsYoungAgain)
 TEST_F(PrinterInfoCacheTest, TickIsTheOneAfterTheRead)
 {
     SpoolerFailure failure;
-    failure.call = SpoolerCall::GetPrinter;
+    failure.call = SpoolerCall::GetPrinterW;
     failure.nth = 2;
     failure.effect = SpoolerEffect::Run;
     failure.action = [](void*) { tick = startTick + 77; };
@@ -108,7 +108,7 @@ TEST_F(PrinterInfoCacheTest, RenewalBringsTheNewFieldsAndKeepsTheFirstDriver)
     EXPECT_EQ(info.GetDataFile(), "X7DA2001.DAT");
     EXPECT_EQ(info.GetDriverFamily(), "x7d");
     EXPECT_EQ(info.GetManufacturer(), "Label Works");
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterDriver), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterDriverW), 0u);
     EXPECT_TRUE(info.IsValid());
 }
 
@@ -141,7 +141,7 @@ TEST_F(PrinterInfoCacheTest, FailedOpenLeavesTheEntryForTheNextSnapshotToTryAgai
 {
     const PrinterInfo before = Snapshot();
     LetEntriesGrowOld();
-    FailNext(SpoolerCall::OpenPrinter, ERROR_ACCESS_DENIED);
+    FailNext(SpoolerCall::OpenPrinterW, ERROR_ACCESS_DENIED);
     const PrinterInfo info = Snapshot();
     EXPECT_EQ(info.GetComment(), "Shipping labels");
     EXPECT_EQ(info.GetReadTick(), startTick);
@@ -153,7 +153,7 @@ TEST_F(PrinterInfoCacheTest, FailedReadLeavesTheEntryForTheNextSnapshotToTryAgai
 {
     Snapshot();
     LetEntriesGrowOld();
-    Inject(SpoolerCall::GetPrinter, 2, SpoolerEffect::Fail);
+    Inject(SpoolerCall::GetPrinterW, 2, SpoolerEffect::Fail);
     const PrinterInfo info = Snapshot();
     EXPECT_EQ(info.GetComment(), "Shipping labels");
     EXPECT_EQ(info.GetReadTick(), startTick);
@@ -164,7 +164,7 @@ TEST_F(PrinterInfoCacheTest, LocalPrinterCountsAsRemoteAfterAFailedRead)
 {
     EXPECT_FALSE(Snapshot().IsRemote());
     LetEntriesGrowOld();
-    Inject(SpoolerCall::GetPrinter, 2, SpoolerEffect::Fail);
+    Inject(SpoolerCall::GetPrinterW, 2, SpoolerEffect::Fail);
     const PrinterInfo info = Snapshot();
     EXPECT_TRUE(info.IsRemote());
     EXPECT_EQ(info.GetServerName(), ComputerName());
@@ -173,26 +173,26 @@ TEST_F(PrinterInfoCacheTest, LocalPrinterCountsAsRemoteAfterAFailedRead)
 
 TEST_F(PrinterInfoCacheTest, EntryThatWasNeverReadIsTriedByEverySnapshot)
 {
-    FailNext(SpoolerCall::OpenPrinter, ERROR_ACCESS_DENIED);
+    FailNext(SpoolerCall::OpenPrinterW, ERROR_ACCESS_DENIED);
     EXPECT_EQ(Snapshot().GetReadTick(), 0u);
     EXPECT_EQ(Snapshot().GetComment(), "Shipping labels");
 }
 
 TEST_F(PrinterInfoCacheTest, PrinterThatComesAfterItsFirstSnapshotNeverGetsItsDriver)
 {
-    FailNext(SpoolerCall::OpenPrinter, ERROR_ACCESS_DENIED);
+    FailNext(SpoolerCall::OpenPrinterW, ERROR_ACCESS_DENIED);
     Snapshot();
     const PrinterInfo info = Snapshot();
     EXPECT_EQ(info.GetDriverName(), "Label Driver");
     EXPECT_EQ(info.GetDriverVersion(), 0u);
     EXPECT_TRUE(info.GetDataFile().IsEmpty());
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterDriver), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterDriverW), 0u);
 }
 
 TEST_F(PrinterInfoCacheTest, InTheFirstSecondOfTheSystemAFailedEntryCountsAsYoung)
 {
     tick = 10;
-    FailNext(SpoolerCall::OpenPrinter, ERROR_ACCESS_DENIED);
+    FailNext(SpoolerCall::OpenPrinterW, ERROR_ACCESS_DENIED);
     Snapshot();
     tick = 1000;
     EXPECT_EQ(Snapshot().GetReadTick(), 0u);
@@ -297,7 +297,7 @@ TEST_F(PrinterInfoCacheTest, FailureBelowASnapshotLeavesTheLockAndTheHandleFree)
 {
     const MadeUpOSVersion version(5, 0);
     SpoolerSetNumberData(printerName, L"PrinterDriverData", L"TSSessionID", 3);
-    Inject(SpoolerCall::GetPrinter, 1, SpoolerEffect::SucceedEmpty, 2);
+    Inject(SpoolerCall::GetPrinterW, 1, SpoolerEffect::SucceedEmpty, 2);
     EXPECT_NE(BrokenAssert([] { Snapshot(); }), "");
     EXPECT_EQ(::SpoolerOpenHandles(nullptr), 0u);
     OString comment;
@@ -311,7 +311,7 @@ TEST_F(PrinterInfoCacheTest, SlowPrinterHoldsUpTheSnapshotsOfOthers)
     const OWaitHandle entered(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
     const OWaitHandle release(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
     SpoolerFailure hold;
-    hold.call = SpoolerCall::GetPrinter;
+    hold.call = SpoolerCall::GetPrinterW;
     hold.effect = SpoolerEffect::Hold;
     hold.printer = printerName;
     hold.entered = entered.Get();

@@ -206,13 +206,13 @@ TEST_F(PrinterInfoTest, LocalPrinterIsAskedInThisOrder)
 {
     Snapshot();
     const std::vector<std::pair<SpoolerCall, DWORD>> calls{
-        {SpoolerCall::OpenPrinter,      0},
-        {SpoolerCall::GetPrinter,       2},
-        {SpoolerCall::GetPrinter,       2},
-        {SpoolerCall::GetPrinterData,   0},
-        {SpoolerCall::GetPrinterDriver, 6},
-        {SpoolerCall::GetPrinterDriver, 6},
-        {SpoolerCall::ClosePrinter,     0},
+        {SpoolerCall::OpenPrinterW,      0},
+        {SpoolerCall::GetPrinterW,       2},
+        {SpoolerCall::GetPrinterW,       2},
+        {SpoolerCall::GetPrinterDataW,   0},
+        {SpoolerCall::GetPrinterDriverW, 6},
+        {SpoolerCall::GetPrinterDriverW, 6},
+        {SpoolerCall::ClosePrinter,      0},
     };
     EXPECT_EQ(CallsAndLevels(), calls);
     EXPECT_EQ(SpoolerLog().front().access, 8u);
@@ -221,7 +221,7 @@ TEST_F(PrinterInfoTest, LocalPrinterIsAskedInThisOrder)
 TEST_F(PrinterInfoFieldsTest, RemotePrinterIsNotAskedForATerminalSession)
 {
     Snapshot(richName);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterData), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterDataW), 0u);
     EXPECT_EQ(::SpoolerLogLength(), 6u);
 }
 
@@ -274,7 +274,7 @@ TEST_F(PrinterInfoTest, FailedReadOfLevel2LeavesItsFieldsAndReadsTheDriver)
     for (const FailureRow& row : failedReads) {
         PrinterInfoCache::Instance().Clear();
         ::SpoolerClearLog();
-        Inject(SpoolerCall::GetPrinter, 2, row.effect, row.nth);
+        Inject(SpoolerCall::GetPrinterW, 2, row.effect, row.nth);
         const PrinterInfo info = Snapshot();
         EXPECT_EQ(info.GetReadTick(), 0u) << row.nth;
         EXPECT_EQ(info.GetPrinterName(), "Label") << row.nth;
@@ -297,13 +297,13 @@ TEST_F(PrinterInfoTest, DriverWithoutLevel6IsReadAtLevel3)
     const PrinterInfo info = Snapshot();
     ExpectDriver(info);
     ExpectEmpty(info, levelSixTexts);
-    EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinterDriver, 6, nullptr), 1u);
-    EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinterDriver, 3, nullptr), 2u);
+    EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinterDriverW, 6, nullptr), 1u);
+    EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinterDriverW, 3, nullptr), 2u);
 }
 
 TEST_F(PrinterInfoTest, AnswerWithoutSizeAtLevel6LeadsToLevel3)
 {
-    Inject(SpoolerCall::GetPrinterDriver, 6, SpoolerEffect::SucceedEmpty);
+    Inject(SpoolerCall::GetPrinterDriverW, 6, SpoolerEffect::SucceedEmpty);
     const PrinterInfo info = Snapshot();
     ExpectDriver(info);
     ExpectEmpty(info, levelSixTexts);
@@ -311,10 +311,10 @@ TEST_F(PrinterInfoTest, AnswerWithoutSizeAtLevel6LeadsToLevel3)
 
 TEST_F(PrinterInfoTest, FailedSecondCallAtLevel6StoresNothingAndStaysThere)
 {
-    Inject(SpoolerCall::GetPrinterDriver, 6, SpoolerEffect::Fail, 2);
+    Inject(SpoolerCall::GetPrinterDriverW, 6, SpoolerEffect::Fail, 2);
     ExpectNoDriver(Snapshot());
-    EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinterDriver, 6, nullptr), 2u);
-    EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinterDriver, 3, nullptr), 0u);
+    EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinterDriverW, 6, nullptr), 2u);
+    EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinterDriverW, 3, nullptr), 0u);
 }
 
 TEST_F(PrinterInfoTest, DriverWithoutEitherLevelGivesNothing)
@@ -323,7 +323,7 @@ TEST_F(PrinterInfoTest, DriverWithoutEitherLevelGivesNothing)
     driver.highestLevel = 2;
     AddDriver(driver);
     ExpectNoDriver(Snapshot());
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterDriver), 2u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterDriverW), 2u);
 }
 
 TEST_F(PrinterInfoTest, FailedReadAtLevel3GivesNothing)
@@ -334,9 +334,9 @@ TEST_F(PrinterInfoTest, FailedReadAtLevel3GivesNothing)
     for (const FailureRow& row : failedReads) {
         PrinterInfoCache::Instance().Clear();
         ::SpoolerClearLog();
-        Inject(SpoolerCall::GetPrinterDriver, 3, row.effect, row.nth);
+        Inject(SpoolerCall::GetPrinterDriverW, 3, row.effect, row.nth);
         ExpectNoDriver(Snapshot());
-        EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinterDriver, 3, nullptr), row.nth);
+        EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinterDriverW, 3, nullptr), row.nth);
     }
 }
 
@@ -360,18 +360,18 @@ private:
 
 TEST_F(PrinterInfoTest, DriverThatNoMemoryIsLeftForGivesNothingAndStaysAtItsLevel)
 {
-    std::optional<AllocationFailureAfter> failure(std::in_place, SpoolerCall::GetPrinterDriver, 6);
+    std::optional<AllocationFailureAfter> failure(std::in_place, SpoolerCall::GetPrinterDriverW, 6);
     const PrinterInfo info = Snapshot();
     EXPECT_TRUE(AllocationFailure::Happened());
     failure.reset();
     ExpectNoDriver(info);
     EXPECT_EQ(info.GetComment(), "Shipping labels");
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterDriver), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterDriverW), 1u);
 }
 
 TEST_F(PrinterInfoTest, PrinterThatNoMemoryIsLeftForIsAFailedRead)
 {
-    std::optional<AllocationFailureAfter> failure(std::in_place, SpoolerCall::GetPrinter, 2);
+    std::optional<AllocationFailureAfter> failure(std::in_place, SpoolerCall::GetPrinterW, 2);
     const PrinterInfo info = Snapshot();
     EXPECT_TRUE(AllocationFailure::Happened());
     failure.reset();
@@ -720,10 +720,10 @@ TEST_F(PrinterInfoSetDevModeTest, OpensWithAllAccessReadsLevel2AndWritesIt)
     ::SpoolerClearLog();
     EXPECT_TRUE(info.SetDevMode(newMode.common));
     const std::vector<std::pair<SpoolerCall, DWORD>> calls{
-        {SpoolerCall::OpenPrinter,  0},
-        {SpoolerCall::GetPrinter,   2},
-        {SpoolerCall::GetPrinter,   2},
-        {SpoolerCall::SetPrinter,   2},
+        {SpoolerCall::OpenPrinterW, 0},
+        {SpoolerCall::GetPrinterW,  2},
+        {SpoolerCall::GetPrinterW,  2},
+        {SpoolerCall::SetPrinterW,  2},
         {SpoolerCall::ClosePrinter, 0},
     };
     EXPECT_EQ(CallsAndLevels(), calls);
@@ -746,18 +746,18 @@ TEST_F(PrinterInfoSetDevModeTest, PrinterThatCanNotBeReadIsLeftAlone)
 {
     for (const FailureRow& row : failedReads) {
         PrinterInfo info = Snapshot();
-        Inject(SpoolerCall::GetPrinter, 2, row.effect, row.nth);
+        Inject(SpoolerCall::GetPrinterW, 2, row.effect, row.nth);
         EXPECT_FALSE(info.SetDevMode(newMode.common)) << row.nth;
         EXPECT_EQ(CopiesIn(info), 1) << row.nth;
         EXPECT_EQ(::SpoolerOpenHandles(nullptr), 0u) << row.nth;
     }
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinter), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterW), 0u);
 }
 
 TEST_F(PrinterInfoSetDevModeTest, RefusedDevModeStaysInTheSnapshot)
 {
     PrinterInfo info = Snapshot();
-    Inject(SpoolerCall::SetPrinter, 2, SpoolerEffect::Fail);
+    Inject(SpoolerCall::SetPrinterW, 2, SpoolerEffect::Fail);
     EXPECT_FALSE(info.SetDevMode(newMode.common));
     EXPECT_EQ(CopiesInTheSpooler(), 1);
     EXPECT_EQ(CopiesIn(info), 7);
@@ -815,8 +815,8 @@ protected:
 TEST_F(PrinterInfoNetworkNameTest, UnpublishedPrinterHasItsOwnName)
 {
     EXPECT_EQ(NetworkName(), "Label");
-    EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinter, 4, nullptr), 2u);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterDataEx), 1u);
+    EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinterW, 4, nullptr), 2u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterDataExW), 1u);
     EXPECT_EQ(::SpoolerLogLength(), 3u);
 }
 
@@ -826,11 +826,11 @@ TEST_F(PrinterInfoNetworkNameTest, PublishedPrinterIsReachedThroughItsServer)
     EXPECT_EQ(NetworkName(), "\\\\SERVER\\Shown Name");
     const std::vector<SpoolerCallRecord> log = SpoolerLog();
     ASSERT_EQ(log.size(), 4u);
-    EXPECT_STREQ(log[2].key, L"DsSpooler");
-    EXPECT_STREQ(log[2].name, L"shortServerName");
+    EXPECT_STREQ(log[2].valueKey, L"DsSpooler");
+    EXPECT_STREQ(log[2].valueName, L"shortServerName");
     EXPECT_EQ(log[2].bytes, 520u);
-    EXPECT_STREQ(log[3].key, L"DsSpooler");
-    EXPECT_STREQ(log[3].name, L"printerName");
+    EXPECT_STREQ(log[3].valueKey, L"DsSpooler");
+    EXPECT_STREQ(log[3].valueName, L"printerName");
     EXPECT_EQ(log[3].bytes, 520u);
 }
 
@@ -900,10 +900,10 @@ TEST_F(PrinterInfoNetworkNameTest, UnreadablePrinterHasNone)
 {
     Publish(L"SERVER", L"Shown");
     for (const FailureRow& row : failedReads) {
-        Inject(SpoolerCall::GetPrinter, 4, row.effect, row.nth);
+        Inject(SpoolerCall::GetPrinterW, 4, row.effect, row.nth);
         EXPECT_TRUE(NetworkName().IsEmpty()) << row.nth;
     }
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterDataEx), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterDataExW), 0u);
 }
 
 TEST_F(PrinterInfoNetworkNameTest, NullHandleIsAnInternalFailure)
@@ -932,10 +932,10 @@ TEST_F(PrinterInfoNetworkNameTest, SnapshotOfAHandleLeavesItOpen)
 
 TEST_F(PrinterInfoNetworkNameTest, SnapshotOfAHandleWithoutNameIsAnInternalFailure)
 {
-    Inject(SpoolerCall::GetPrinter, 4, SpoolerEffect::Fail);
+    Inject(SpoolerCall::GetPrinterW, 4, SpoolerEffect::Fail);
     EXPECT_EQ(BrokenAssert([&] { const PrinterInfo info(handle.Get()); }),
               "PrinterInfo::PrinterInfo ASSERT(!_piPrinterName.IsEmpty())");
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 0u);
 }
 
 } // namespace

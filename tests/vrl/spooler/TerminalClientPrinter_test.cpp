@@ -70,7 +70,7 @@ protected:
         return {bytes, bytes + text.size() * sizeof(wchar_t)};
     }
 
-    static DWORD Reads(DWORD level) { return ::SpoolerCalls(SpoolerCall::GetPrinter, level, nullptr); }
+    static DWORD Reads(DWORD level) { return ::SpoolerCalls(SpoolerCall::GetPrinterW, level, nullptr); }
 
     OPrinterHandle handle;
 };
@@ -80,7 +80,7 @@ std::vector<std::pair<std::wstring, DWORD>> DataReads()
 {
     std::vector<std::pair<std::wstring, DWORD>> reads;
     for (const SpoolerCallRecord& call : SpoolerLog()) {
-        if (call.call == SpoolerCall::GetPrinterData) reads.emplace_back(call.name, call.bytes);
+        if (call.call == SpoolerCall::GetPrinterDataW) reads.emplace_back(call.valueName, call.bytes);
     }
     return reads;
 }
@@ -236,8 +236,8 @@ TEST_F(TerminalClientPrinterTest, OnlyVersion50LooksAtTheQueuesName)
         EXPECT_TRUE(printer.GetPrinterName().IsEmpty()) << row.major << '.' << row.minor;
         EXPECT_TRUE(printer.GetClientName().IsEmpty()) << row.major << '.' << row.minor;
     }
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinter), 0u);
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterData), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::GetPrinterW), 0u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterDataW), 0u);
 }
 
 TEST_F(TerminalClientPrinterTest, OneNameMayBeMissing)
@@ -302,7 +302,7 @@ TEST_F(TerminalClientPrinter50Test, NameWithTooFewSlashesGivesAndWritesNothing)
         EXPECT_TRUE(printer.IsClientPrinter()) << queue;
         EXPECT_TRUE(printer.GetPrinterName().IsEmpty()) << queue;
         EXPECT_TRUE(printer.GetClientName().IsEmpty()) << queue;
-        EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterData), 0u) << queue;
+        EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterDataW), 0u) << queue;
     }
 }
 
@@ -314,13 +314,13 @@ TEST_F(TerminalClientPrinter50Test, NamesAreWrittenWithTwoBytesBeyondTheTerminat
     ASSERT_EQ(log.size(), 7u); // three values, the queue's name in two calls, and these
     const SpoolerCallRecord& first = log[5];
     const SpoolerCallRecord& second = log[6];
-    EXPECT_EQ(first.call, SpoolerCall::SetPrinterData);
-    EXPECT_STREQ(first.name, L"PrinterName");
-    EXPECT_EQ(first.dataType, DWORD{REG_SZ});
+    EXPECT_EQ(first.call, SpoolerCall::SetPrinterDataW);
+    EXPECT_STREQ(first.valueName, L"PrinterName");
+    EXPECT_EQ(first.valueType, DWORD{REG_SZ});
     EXPECT_EQ(first.bytes, 5u * 2 + 2 + 2);
-    EXPECT_EQ(second.call, SpoolerCall::SetPrinterData);
-    EXPECT_STREQ(second.name, L"ClientName");
-    EXPECT_EQ(second.dataType, DWORD{REG_SZ});
+    EXPECT_EQ(second.call, SpoolerCall::SetPrinterDataW);
+    EXPECT_STREQ(second.valueName, L"ClientName");
+    EXPECT_EQ(second.valueType, DWORD{REG_SZ});
     EXPECT_EQ(second.bytes, 7u * 2 + 2 + 2);
 }
 
@@ -342,7 +342,7 @@ TEST_F(TerminalClientPrinter50Test, RefusedWriteLeavesTheNames)
     const TerminalClientPrinter printer(handle.Get());
     EXPECT_EQ(printer.GetPrinterName(), "LABEL");
     EXPECT_EQ(printer.GetClientName(), "CLIENT7");
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterData), 2u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterDataW), 2u);
     EXPECT_TRUE(PeekData(L"LABEL/CLIENT7/3", L"PrinterName").empty());
 }
 
@@ -373,7 +373,7 @@ TEST_F(TerminalClientPrinter50Test, UnreadableQueueKeepsWhatWasFound)
     SpoolerSetTextData(L"LABEL/CLIENT7/3", dataKey, L"ClientName", L"FOUND");
     for (const auto& row : rows) {
         SpoolerFailure failure;
-        failure.call = SpoolerCall::GetPrinter;
+        failure.call = SpoolerCall::GetPrinterW;
         failure.level = 1;
         failure.effect = row.effect;
         failure.nth = row.nth;
@@ -384,7 +384,7 @@ TEST_F(TerminalClientPrinter50Test, UnreadableQueueKeepsWhatWasFound)
         EXPECT_EQ(printer.GetClientName(), "FOUND") << row.nth;
         EXPECT_TRUE(printer.GetPrinterName().IsEmpty()) << row.nth;
         EXPECT_EQ(Reads(1), row.nth);
-        EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterData), 0u) << row.nth;
+        EXPECT_EQ(SpoolerCalls(SpoolerCall::SetPrinterDataW), 0u) << row.nth;
     }
 }
 
@@ -392,7 +392,7 @@ TEST_F(TerminalClientPrinter50Test, QueueWithoutNameIsAnInternalFailure)
 {
     AddClientQueue(L"LABEL/CLIENT7/3");
     SpoolerFailure nothingWritten;
-    nothingWritten.call = SpoolerCall::GetPrinter;
+    nothingWritten.call = SpoolerCall::GetPrinterW;
     nothingWritten.level = 1;
     nothingWritten.effect = SpoolerEffect::SucceedEmpty;
     nothingWritten.nth = 2;

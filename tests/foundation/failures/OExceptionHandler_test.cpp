@@ -22,7 +22,7 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-constexpr const char* program = "foundation_tests.exe";
+constexpr const char* program = "foundation_failures_tests.exe";
 
 // --- The translator ---
 

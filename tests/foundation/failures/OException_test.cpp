@@ -163,7 +163,7 @@ TEST(OException, ACopyHasTextsOfItsOwn)
 
 TEST(OException, APlainErrorCarriesTheStackOfItsPlace)
 {
-    EXPECT_THAT(OException(5).GetStackText(), HasSubstr("foundation_tests"));
+    EXPECT_THAT(OException(5).GetStackText(), HasSubstr("foundation_failures_tests"));
 }
 
 TEST(OException, AFaultCarriesTheStackOfTheFaultingPlace)
@@ -180,7 +180,7 @@ TEST(OException, AFaultCarriesTheStackOfTheFaultingPlace)
     char firstFrame[32];
     std::snprintf(firstFrame, sizeof firstFrame, "%016llX ", address);
     EXPECT_EQ(stack.substr(0, 17), firstFrame);
-    EXPECT_THAT(stack, HasSubstr("foundation_tests"));
+    EXPECT_THAT(stack, HasSubstr("foundation_failures_tests"));
 }
 
 TEST(OException, WithoutDebugHelpTheStackTextIsEmpty)

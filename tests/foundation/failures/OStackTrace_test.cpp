@@ -20,7 +20,7 @@ TEST(OStackTrace, CollectsTheLinesOfTheWalk)
     CONTEXT context;
     ::RtlCaptureContext(&context);
     const OStackTrace trace(context);
-    EXPECT_THAT(trace.GetText().nstring(), HasSubstr("foundation_tests"));
+    EXPECT_THAT(trace.GetText().nstring(), HasSubstr("foundation_failures_tests"));
 }
 
 TEST(OStackTrace, AWalkThatFaultsLeavesAnEmptyText)

@@ -73,7 +73,7 @@ auto FrameOf(const char* function)
 }
 
 /// The program's own name without ".exe", as debug help names its module.
-constexpr const char* ownModule = "foundation_tests";
+constexpr const char* ownModule = "foundation_failures_tests";
 
 /// Makes the walks of a scope start debug help anew, and those after it too.
 class FreshDebugHelp {
@@ -154,7 +154,7 @@ TEST_F(StackWalkerTest, FindsTheCallerOfAJumpToNowhere)
 TEST_F(StackWalkerTest, ListsTheModulesOfTheProcess)
 {
     ASSERT_TRUE(WalkFromOuterFunction(walker));
-    EXPECT_THAT(walker.modules, Contains(HasSubstr(L"foundation_tests.exe")));
+    EXPECT_THAT(walker.modules, Contains(HasSubstr(L"foundation_failures_tests.exe")));
     EXPECT_THAT(walker.modules, Contains(HasSubstr(L"kernel32.dll")));
 }
 

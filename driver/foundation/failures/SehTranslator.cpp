@@ -256,6 +256,14 @@ void MendStackAndCleanUp(_Unwind_Reason_Code reason, _Unwind_Exception* exceptio
     if (cleanup) cleanup(reason, exception);
 }
 
+/// What a contained body fails with if it fails by a structured exception.
+class ContainedFault {};
+
+[[noreturn]] void ThrowContainedFault(unsigned, EXCEPTION_POINTERS*)
+{
+    throw ContainedFault();
+}
+
 } // namespace
 
 SehTranslator SetSehTranslator(SehTranslator translator) noexcept
@@ -264,6 +272,21 @@ SehTranslator SetSehTranslator(SehTranslator translator) noexcept
     if (!state) return nullptr;
     MendStack(*state);
     return std::exchange(state->translator, translator);
+}
+
+bool CallContained(void (*body)(void* context), void* context) noexcept
+{
+    if (!States().FindOrMake()) return false;
+    const SehTranslator before = SetSehTranslator(ThrowContainedFault);
+    bool ended = false;
+    try {
+        CallTranslated(body, context);
+        ended = true;
+    } catch (...) {
+        // Kept in: what failed shows in the result.
+    }
+    SetSehTranslator(before);
+    return ended;
 }
 
 /// Sees every exception that passes `CallTranslated`.

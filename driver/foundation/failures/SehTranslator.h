@@ -24,10 +24,22 @@ SehTranslator SetSehTranslator(SehTranslator translator) noexcept;
 /// exceptions of this compiler, breakpoints and informational codes pass untouched. Calls may be nested.
 extern "C" void CallTranslated(void (*body)(void* context), void* context);
 
+/// Runs `body(context)` and keeps in whatever it fails with, structured exceptions included; false if it failed. It
+/// isn't run, which is false too, if there is no memory for what its thread needs to catch those.
+bool CallContained(void (*body)(void* context), void* context) noexcept;
+
 /// `CallTranslated` for anything that can be called without arguments.
 template <class Body>
 void RunTranslated(Body&& body)
 {
     auto run = [&body] { body(); };
     CallTranslated([](void* context) { (*static_cast<decltype(run)*>(context))(); }, &run);
+}
+
+/// `CallContained` for anything that can be called without arguments.
+template <class Body>
+bool RunContained(Body&& body) noexcept
+{
+    auto run = [&body] { body(); };
+    return CallContained([](void* context) { (*static_cast<decltype(run)*>(context))(); }, &run);
 }

@@ -3,6 +3,7 @@
 
 #include "foundation/Assert.h"
 #include "foundation/OHandle.h"
+#include "support/AllocationFailure.h"
 #include "support/ForeignThrow.h"
 
 #include <gtest/gtest.h>
@@ -699,6 +700,71 @@ TEST_F(SehTranslatorTest, AForeignExceptionAfterATakenOneIsCaught)
                      ThrowAsForeignCode();
                  }),
                  ForeignException);
+}
+
+// --- What is kept in ---
+
+TEST_F(SehTranslatorTest, AContainedBodyThatEndsGivesTrue)
+{
+    int runs = 0;
+    EXPECT_TRUE(RunContained([&runs] { ++runs; }));
+    EXPECT_EQ(runs, 1);
+}
+
+TEST_F(SehTranslatorTest, AContainedBodyLetsNothingOut)
+{
+    static constexpr struct {
+        const char* name;
+        void (*fail)();
+    } rows[] = {
+        {"fault",             ReadBadAddress                                },
+        {"broken assert",     BreakAssert                                   },
+        {"foreign exception", ThrowAsForeignCode                            },
+        {"exception",         [] { throw std::runtime_error("of its own"); }},
+    };
+    for (const auto& row : rows) {
+        destroyed = 0;
+        const bool ended = RunContained([&row] {
+            const CountsDestruction counted;
+            row.fail();
+        });
+        EXPECT_FALSE(ended) << row.name;
+        EXPECT_EQ(destroyed, 1) << row.name;
+    }
+}
+
+TEST_F(SehTranslatorTest, AContainedBodyNeedsNoTranslatorAndLeavesNone)
+{
+    SetSehTranslator(nullptr);
+    EXPECT_FALSE(RunContained(ReadBadAddress));
+    EXPECT_EQ(SetSehTranslator(nullptr), nullptr);
+}
+
+TEST_F(SehTranslatorTest, AContainedBodyPutsTheTranslatorBack)
+{
+    RunContained(ReadBadAddress);
+    EXPECT_EQ(SetSehTranslator(ThrowTranslated), &ThrowTranslated);
+    RunContained([] {});
+    EXPECT_EQ(SetSehTranslator(ThrowTranslated), &ThrowTranslated);
+}
+
+TEST_F(SehTranslatorTest, AContainedBodyIsNotRunWithoutMemoryForItsThread)
+{
+    static bool ended;
+    static int runs;
+    ended = true;
+    runs = 0;
+    const OWaitHandle thread(reinterpret_cast<HANDLE>(::_beginthreadex(
+        nullptr, 0,
+        [](void*) -> unsigned {
+            const AllocationFailure failure(0);
+            ended = RunContained([] { ++runs; });
+            return 0;
+        },
+        nullptr, 0, nullptr)));
+    ::WaitForSingleObject(thread.Get(), INFINITE);
+    EXPECT_FALSE(ended);
+    EXPECT_EQ(runs, 0);
 }
 
 // --- What isn't translated ---

@@ -4,6 +4,7 @@
 #include "foundation/Assert.h"
 #include "foundation/ImportedFunction.h"
 #include "foundation/failures/OStackTrace.h"
+#include "foundation/failures/SehTranslator.h"
 
 namespace {
 
@@ -29,12 +30,15 @@ const AssertRecord* RecordOf(const EXCEPTION_POINTERS* pointers) noexcept
 
 } // namespace
 
-OException::OException(LONG code, const char* text, EXCEPTION_POINTERS* pointers)
+OException::OException(LONG code, const char* text, EXCEPTION_POINTERS* pointers) noexcept
     : _errorCode(code), _line(-1), _exceptionPointers(pointers)
 {
-    if (code == codeFromAssertRecord) text = ReadAssertRecord(text);
-    _errorText = text ? Text(text) : SystemText(GetErrorCode());
-    TakeStack();
+    // Code and line are told in any case, the texts as far as there is memory for them.
+    RunContained([&] {
+        const char* const given = code == codeFromAssertRecord ? ReadAssertRecord(text) : text;
+        _errorText = given ? Text(given) : SystemText(GetErrorCode());
+    });
+    RunContained([&] { TakeStack(); });
 }
 
 LONG OException::GetErrorCode() const noexcept
@@ -52,9 +56,9 @@ const char* OException::ReadAssertRecord(const char* text)
 {
     const AssertRecord* const record = RecordOf(_exceptionPointers);
     if (!record) return text;
+    _line = record->line;
     _function = record->function;
     _file = record->file;
-    _line = record->line;
     return record->condition[0] ? record->condition : text;
 }
 

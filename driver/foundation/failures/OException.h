@@ -11,13 +11,14 @@
 /// Thrown by value and caught by reference.
 ///
 /// Ownership: texts are copies of its own; the exception pointers belong to the thread that failed (SehTranslator.h).
-/// Errors:    building one never fails but for want of memory; what can't be found out is left out.
+/// Errors:    building one never fails; a text that can't be found out, or that there is no memory for, is left out.
+///            Copying one may throw std::bad_alloc.
 class OException {
 public:
     /// Without a text the system's text for `code` is taken. With exception pointers the call stack is that of the
     /// failing context, otherwise that of this place. With code -1 and pointers to a broken ASSERT, condition,
     /// function, file and line come from its record.
-    explicit OException(LONG code, const char* text = nullptr, EXCEPTION_POINTERS* pointers = nullptr);
+    explicit OException(LONG code, const char* text = nullptr, EXCEPTION_POINTERS* pointers = nullptr) noexcept;
     OException(const OException&) = default;
     OException& operator=(const OException&) = default;
     virtual ~OException() = default;

@@ -86,14 +86,18 @@ OExceptionHandler::~OExceptionHandler()
     SetSehTranslator(_previousTranslator);
 }
 
-void OExceptionHandler::Report(const OException& exception)
+void OExceptionHandler::Report(const OException& exception) noexcept
 {
-    if (_flags == 0) return;
+    if (_flags & (reportToConsole | reportToDialog | reportToLog)) RunContained([&] { Tell(exception); });
+    if (_flags & reportLastError) ::SetLastError(static_cast<DWORD>(exception.GetErrorCode()));
+}
+
+void OExceptionHandler::Tell(const OException& exception)
+{
     const OExceptionReport report(exception, ProgramName(), _catcher);
     if (_flags & reportToConsole) WriteToStandardError(report.ConsoleText());
     if (_flags & reportToDialog) ShowDialog(report);
     if (_flags & reportToLog) WriteToLog(exception, report);
-    if (_flags & reportLastError) ::SetLastError(static_cast<DWORD>(exception.GetErrorCode()));
 }
 
 void OExceptionHandler::WriteToLog(const OException& exception, const OExceptionReport& report)
@@ -109,25 +113,27 @@ void OExceptionHandler::WriteToLog(const OException& exception, const OException
     if (_eventLog) _eventLog->WriteError(OString(report.LogText(dumpPath).c_str()));
 }
 
-void OExceptionHandler::ReportOutOfMemory()
+void OExceptionHandler::ReportOutOfMemory() noexcept
 {
     Report(OException(ERROR_OUTOFMEMORY));
 }
 
-void OExceptionHandler::ReportUnknownException()
+void OExceptionHandler::ReportUnknownException() noexcept
 {
     Report(OException(ERROR_UNIDENTIFIED_ERROR));
 }
 
-void OExceptionHandler::ReportStdException(const std::exception& failure)
+void OExceptionHandler::ReportStdException(const std::exception& failure) noexcept
 {
     Report(OException(ERROR_INTERNAL_ERROR, failure.what()));
 }
 
-void OExceptionHandler::ReportDocumentError(const char* documentName, const char* errorText)
+void OExceptionHandler::ReportDocumentError(const char* documentName, const char* errorText) noexcept
 {
     if (!_eventLog) return;
-    _eventLog->WriteError(OString(OExceptionReport::DocumentErrorText(documentName, errorText, _catcher).c_str()));
+    RunContained([&] {
+        _eventLog->WriteError(OString(OExceptionReport::DocumentErrorText(documentName, errorText, _catcher).c_str()));
+    });
 }
 
 void OExceptionHandler::Translate(unsigned code, EXCEPTION_POINTERS* pointers)

@@ -16,7 +16,8 @@ class OExceptionReport;
 ///
 /// Ownership: the event log isn't owned and may be null. It lives on the stack of the thread that made it, whose
 ///            translator it replaces and puts back.
-/// Errors:    reporting tells nothing about itself: this is the end of the line.
+/// Errors:    making one may throw std::bad_alloc. Reporting fails without a word and lets nothing out, neither an
+///            exception nor a broken ASSERT: this is the end of the line.
 class OExceptionHandler {
 public:
     /// Each a step of `Report`, in the order 4, 2, 1, 8.
@@ -32,13 +33,13 @@ public:
     virtual ~OExceptionHandler();
 
     /// Takes the steps that the report flags name.
-    void Report(const OException& exception);
-    void ReportOutOfMemory();                               ///< as an OException of code 14
-    void ReportUnknownException();                          ///< as an OException of code 1287
-    void ReportStdException(const std::exception& failure); ///< as an OException of code 1359 with its text
+    void Report(const OException& exception) noexcept;
+    void ReportOutOfMemory() noexcept;                               ///< as an OException of code 14
+    void ReportUnknownException() noexcept;                          ///< as an OException of code 1287
+    void ReportStdException(const std::exception& failure) noexcept; ///< as an OException of code 1359 with its text
 
     /// Tells the event log, if there is one, what went wrong with a document. Both texts may be null.
-    void ReportDocumentError(const char* documentName, const char* errorText);
+    void ReportDocumentError(const char* documentName, const char* errorText) noexcept;
 
     /// Path of the last minidump; empty if none was written.
     const wchar_t* GetDumpPath() const noexcept { return _dumpPath; }
@@ -47,6 +48,7 @@ public:
     [[noreturn]] static void Translate(unsigned code, EXCEPTION_POINTERS* pointers);
 
 private:
+    void Tell(const OException& exception);
     void WriteToLog(const OException& exception, const OExceptionReport& report);
 
     std::string _catcher;

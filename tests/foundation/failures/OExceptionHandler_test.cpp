@@ -10,6 +10,7 @@
 #include "foundation/Assert.h"
 #include "foundation/failures/OEventLog.h"
 #include "foundation/OHandle.h"
+#include "support/AllocationFailure.h"
 #include "support/ImportHook.h"
 #include "support/TemporaryDirectory.h"
 #include "support/TranslatorScope.h"
@@ -391,6 +392,86 @@ TEST_F(OExceptionHandlerReportTest, ReportStdExceptionReportsCode1359WithItsText
     OExceptionHandler("Test", 9, &eventLog).ReportStdException(std::runtime_error("what it was"));
     EXPECT_EQ(::GetLastError(), 1359u);
     EXPECT_THAT(eventLog.texts, ElementsAre("Error: what it was\r\nCaught in [Test]\r\n"));
+}
+
+/// An event log that needs no memory.
+class CountingEventLog : public OEventLog {
+public:
+    CountingEventLog() : OEventLog("Vorlane test", applicationLog) {}
+
+    bool Write(WORD, const OString&, WORD) noexcept override
+    {
+        ++entries;
+        return true;
+    }
+
+    int entries = 0;
+};
+
+/// Runs `report` with a first allocation failing, then with a second, and so on, and gives how many there were. Nothing
+/// may get out of it.
+template <class Report>
+int RunWithEachAllocationFailing(Report report)
+{
+    int allowed = 0;
+    for (bool failed = true; failed; ++allowed) {
+        const AllocationFailure failure(allowed);
+        report();
+        failed = AllocationFailure::Happened();
+    }
+    return allowed;
+}
+
+TEST_F(OExceptionHandlerReportTest, WantOfMemoryStaysInTheReportAndLeavesTheLastError)
+{
+    CountingEventLog log;
+    OExceptionHandler handler("Test", 15, &log);
+    const int reports = RunWithEachAllocationFailing([&] {
+        ::SetLastError(0);
+        handler.Report(plain);
+        EXPECT_EQ(::GetLastError(), 5u);
+    });
+    EXPECT_GT(reports, 10);
+    EXPECT_GT(log.entries, 0);
+}
+
+TEST_F(OExceptionHandlerReportTest, ABrokenAssertStaysInTheReportAndLeavesTheLastError)
+{
+    const ImportHook<decltype(::WriteFile)> hook("WriteFile",
+                                                 [](HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*) -> WINBOOL {
+                                                     ASSERT_IN("Test", false);
+                                                     return TRUE;
+                                                 });
+    const TranslatorScope scope(nullptr);
+    OExceptionHandler("Test", 12).Report(plain);
+    EXPECT_EQ(::GetLastError(), 5u);
+}
+
+TEST_F(OExceptionHandlerReportTest, WantOfMemoryStaysInTheForwardingReports)
+{
+    CountingEventLog log;
+    OExceptionHandler handler("Test", 9, &log);
+    const std::runtime_error failure("what it was");
+    RunWithEachAllocationFailing([&] {
+        handler.ReportOutOfMemory();
+        EXPECT_EQ(::GetLastError(), 14u);
+    });
+    RunWithEachAllocationFailing([&] {
+        handler.ReportUnknownException();
+        EXPECT_EQ(::GetLastError(), 1287u);
+    });
+    RunWithEachAllocationFailing([&] {
+        handler.ReportStdException(failure);
+        EXPECT_EQ(::GetLastError(), 1359u);
+    });
+}
+
+TEST_F(OExceptionHandlerReportTest, WantOfMemoryStaysInReportDocumentError)
+{
+    CountingEventLog log;
+    OExceptionHandler handler("Test", 0, &log);
+    const int reports = RunWithEachAllocationFailing([&] { handler.ReportDocumentError("a.lbl", "jam"); });
+    EXPECT_GT(reports, 1);
 }
 
 TEST_F(OExceptionHandlerReportTest, ReportDocumentErrorGoesToTheEventLogWhateverTheFlags)

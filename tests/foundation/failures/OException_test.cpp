@@ -8,6 +8,7 @@
 #include "foundation/Assert.h"
 #include "foundation/failures/DebugHelp.h"
 #include "foundation/failures/SehTranslator.h"
+#include "support/AllocationFailure.h"
 #include "support/ImportHook.h"
 #include "support/TranslatorScope.h"
 
@@ -157,6 +158,20 @@ TEST(OException, ACopyHasTextsOfItsOwn)
     EXPECT_EQ(copy.GetLine(), 42);
     EXPECT_EQ(copy.GetErrorCode(), 1359);
     EXPECT_EQ(copy.GetExceptionPointers(), &fault.pointers);
+}
+
+TEST(OException, WithoutMemoryCodeAndLineAreToldAndTextsLeftOut)
+{
+    Fault fault(&assertRecord);
+    bool failed = true;
+    for (int allowed = 0; failed; ++allowed) {
+        const AllocationFailure failure(allowed);
+        const OException exception(-1, nullptr, &fault.pointers);
+        failed = AllocationFailure::Happened();
+        EXPECT_EQ(exception.GetErrorCode(), 1359) << allowed;
+        EXPECT_EQ(exception.GetLine(), 42) << allowed;
+        EXPECT_EQ(exception.GetExceptionPointers(), &fault.pointers) << allowed;
+    }
 }
 
 // The module's name stands in the stack text in every configuration; function names only where there are symbols.

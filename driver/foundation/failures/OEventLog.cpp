@@ -5,6 +5,7 @@
 #include <string>
 
 #include "foundation/OLockGuard.h"
+#include "foundation/failures/SehTranslator.h"
 
 namespace {
 
@@ -61,14 +62,16 @@ OEventLog::OEventLog(const OString& sourceName, LONG logKind)
 }
 
 bool OEventLog::Write(WORD severity, const OString& text, WORD category) noexcept
-try {
-    const OLockGuard guard(_lock);
-    if (!Register()) return false;
-    const wchar_t* insertion = text.wstring();
-    return ::ReportEventW(_hEventSource.Get(), severity, category, MessageOf(severity, _logKind), nullptr, 1, 0,
-                          &insertion, nullptr);
-} catch (...) {
-    return false;
+{
+    bool reported = false;
+    RunContained([&] {
+        const OLockGuard guard(_lock);
+        if (!Register()) return;
+        const wchar_t* insertion = text.wstring();
+        reported = ::ReportEventW(_hEventSource.Get(), severity, category, MessageOf(severity, _logKind), nullptr, 1, 0,
+                                  &insertion, nullptr);
+    });
+    return reported;
 }
 
 bool OEventLog::WriteInformation(const OString& text, WORD category) noexcept

@@ -2,11 +2,13 @@
 #include "foundation/failures/OEventLog.h"
 
 #include <gmock/gmock.h>
+#include <process.h>
 
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "support/AllocationFailure.h"
 #include "support/ImportHook.h"
 
 namespace {
@@ -263,6 +265,39 @@ TEST_F(OEventLogTest, DestructorDeregistersTheSource)
         EXPECT_THAT(deregistered, IsEmpty());
     }
     EXPECT_THAT(deregistered, ElementsAre(eventSource));
+}
+
+TEST_F(OEventLogTest, WantOfMemoryGivesFalseAndReportsNothing)
+{
+    bool failed = true;
+    for (int allowed = 0; failed; ++allowed) {
+        OEventLog log(sourceName, 1);
+        const OString text("narrow, to be converted");
+        entries.clear();
+        const AllocationFailure failure(allowed);
+        const bool reported = log.WriteError(text);
+        failed = AllocationFailure::Happened();
+        EXPECT_EQ(entries.size(), reported ? 1u : 0u) << allowed;
+        EXPECT_TRUE(reported || failed) << allowed;
+    }
+}
+
+TEST_F(OEventLogTest, AfterWantOfMemoryTheLockIsFree)
+{
+    OEventLog log(sourceName, 1);
+    {
+        const OString text("first");
+        const AllocationFailure failure(0);
+        EXPECT_FALSE(log.WriteError(text));
+    }
+    static OEventLog* shared;
+    shared = &log;
+    static bool reported;
+    reported = false;
+    const OWaitHandle thread(reinterpret_cast<HANDLE>(::_beginthreadex(
+        nullptr, 0, [](void*) -> unsigned { return reported = shared->WriteError("second"); }, nullptr, 0, nullptr)));
+    ASSERT_EQ(::WaitForSingleObject(thread.Get(), 30000), DWORD{WAIT_OBJECT_0});
+    EXPECT_TRUE(reported);
 }
 
 TEST_F(OEventLogTest, TheSourceNameIsACopy)

@@ -131,6 +131,26 @@ TEST(MethodGuard, OnlyTheLowHalfOfAnInternalCodeGoesOut)
     EXPECT_EQ(outcome.result, FromSystem(5));
 }
 
+TEST(MethodGuard, InternalFailureWithAnEmptyTextHasThatText)
+{
+    const Outcome outcome = RunGuardedBody([] { throw OException(5, ""); });
+    EXPECT_EQ(outcome.result, FromSystem(5));
+    EXPECT_TRUE(outcome.error.present);
+    EXPECT_EQ(outcome.error.description, "");
+}
+
+TEST(MethodGuard, FailuresWhoseReportRunsOutOfMemoryKeepTheirCodes)
+{
+    const ImportHook<decltype(::MessageBoxA)> messageBox(
+        "MessageBoxA", [](HWND, const char*, const char*, UINT) -> int { throw std::bad_alloc(); });
+    const Outcome internal = RunGuardedBody([] { throw OException(5, "denied"); });
+    EXPECT_EQ(internal.result, FromSystem(5));
+    EXPECT_EQ(internal.error.description, "denied");
+    const Outcome root = RunGuardedBody([] { throw OStdException("odd"); });
+    EXPECT_EQ(root.result, E_FAIL);
+    EXPECT_EQ(root.error.description, "odd");
+}
+
 TEST(MethodGuard, InternalFailureWithoutCodeIsAnInternalError)
 {
     for (const long code : {0L, -1L, -5L}) {

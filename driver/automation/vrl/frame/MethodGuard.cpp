@@ -81,7 +81,7 @@ try {
     } catch (const OException& exception) {
         handler.Report(exception);
         const char* const text = exception.GetErrorTextA();
-        return Fail(clsid, ResultOfException(exception), text && *text ? text : unspecifiedError);
+        return Fail(clsid, ResultOfException(exception), text ? text : unspecifiedError);
     } catch (const std::bad_alloc*) { // the form that class libraries of other compilers use
         return Fail(clsid, E_OUTOFMEMORY, outOfMemory);
     } catch (const std::bad_alloc&) {

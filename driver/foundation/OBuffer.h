@@ -3,12 +3,14 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <type_traits>
 
 /// A block of a given number of bytes or of 16-bit units.
 ///
-/// Two zero elements always stand behind the block, not counted: a reader of zero-terminated texts ends there.
-/// Ownership: the block. Errors: a block that can't be had isn't looked for.
+/// Two zero elements always follow the block, not counted: a reader of zero-terminated texts ends there.
+/// Ownership: the block.
+/// Errors:    no memory for a size, or a negative one, is std::bad_alloc, with the buffer as it was.
 template <typename T>
 class OBuffer {
     static_assert(std::is_trivially_copyable_v<T> && sizeof(T) <= 2, "a byte or a 16-bit unit");
@@ -23,10 +25,20 @@ public:
     /// Makes the block `size` elements long. What fits stays; new elements aren't set.
     void SetSize(int size)
     {
-        if (size == m_nSize) return;
-        m_pData = static_cast<T*>(std::realloc(m_pData, Bytes(size + guardSize)));
-        std::memset(m_pData + size, 0, Bytes(guardSize));
+        if (!TrySetSize(size)) throw std::bad_alloc();
+    }
+
+    /// The same for callers that can't throw: false if the size can't be had.
+    bool TrySetSize(int size) noexcept
+    {
+        if (size == m_nSize) return true;
+        if (size < 0) return false;
+        void* const block = std::realloc(m_pData, Bytes(size) + Bytes(trailingZeros));
+        if (!block) return false;
+        m_pData = static_cast<T*>(block);
+        std::memset(m_pData + size, 0, Bytes(trailingZeros));
         m_nSize = size;
+        return true;
     }
 
     /// Takes over a copy of `size` elements, which lie outside this block.
@@ -43,8 +55,8 @@ public:
     T* GetData() noexcept { return m_pData; }
     const T* GetData() const noexcept { return m_pData; }
 
-    /// Elements behind the block that are always zero.
-    static constexpr int guardSize = 2;
+    /// Elements after the block that are always zero.
+    static constexpr int trailingZeros = 2;
 
 protected:
     static constexpr size_t Bytes(int count) noexcept { return static_cast<size_t>(count) * sizeof(T); }

@@ -3,17 +3,17 @@
 
 #include "foundation/Platform.h"
 
-#include <utility>
+#include <type_traits>
 
 /// Sole owner of one platform resource that `Close` gives back.
 ///
 /// Ownership: moves only; the destructor and `Reset` close what is held and leave the thread's last error as it was.
-/// Null and INVALID_HANDLE_VALUE both mean "nothing".
+/// Null and INVALID_HANDLE_VALUE both mean "nothing", also when a call has filled one in.
 template <auto Close, typename T = HANDLE>
 class OHandle {
 public:
     OHandle() noexcept = default;
-    explicit OHandle(T value) noexcept : _value(Valid(value)) {}
+    explicit OHandle(T value) noexcept : _value(value) {}
     OHandle(OHandle&& other) noexcept : _value(other.Detach()) {}
     OHandle& operator=(OHandle&& other) noexcept
     {
@@ -24,16 +24,29 @@ public:
     OHandle& operator=(const OHandle&) = delete;
     ~OHandle() { Reset(); }
 
-    T Get() const noexcept { return _value; }
-    explicit operator bool() const noexcept { return _value != T{}; }
+    /// Null if it has nothing.
+    T Get() const noexcept
+    {
+        if constexpr (std::is_same_v<T, HANDLE>) {
+            if (_value == INVALID_HANDLE_VALUE) return T{};
+        }
+        return _value;
+    }
+    explicit operator bool() const noexcept { return Get() != T{}; }
 
     /// Hands the resource to the caller, who then owns it.
-    [[nodiscard]] T Detach() noexcept { return std::exchange(_value, T{}); }
+    [[nodiscard]] T Detach() noexcept
+    {
+        const T value = Get();
+        _value = T{};
+        return value;
+    }
 
     /// Closes what is held and takes over `value`.
     void Reset(T value = T{}) noexcept
     {
-        const T old = std::exchange(_value, Valid(value));
+        const T old = Detach();
+        _value = value;
         if (old == T{}) return;
         const DWORD lastError = ::GetLastError();
         Close(old);
@@ -48,15 +61,7 @@ public:
     }
 
 private:
-    static T Valid(T value) noexcept
-    {
-        if constexpr (std::is_same_v<T, HANDLE>) {
-            if (value == INVALID_HANDLE_VALUE) return T{};
-        }
-        return value;
-    }
-
-    T _value{};
+    T _value{}; ///< as it was given: `Get` reads it
 };
 
 using OWaitHandle = OHandle<::CloseHandle>;            ///< event, thread, process

@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "foundation/OBuffer.h"
 
+#include "support/ImportHook.h"
+
 #include <gtest/gtest.h>
 
+#include <climits>
+#include <new>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 namespace {
 
@@ -68,6 +73,37 @@ TEST(OBuffer, ZeroElementsStandBehindTheBlockInEverySize)
     buffer.SetSize(3);
     EXPECT_EQ(buffer.GetData()[3], L'\0');
     EXPECT_EQ(buffer.GetData()[4], L'\0');
+}
+
+void ExpectNoMemory(OBuffer<wchar_t>& buffer, int size)
+{
+    buffer.Assign(L"abc", 3);
+    EXPECT_THROW(buffer.SetSize(size), std::bad_alloc);
+    EXPECT_EQ(std::wstring(buffer.GetData(), static_cast<size_t>(buffer.GetSize())), L"abc");
+}
+
+TEST(OBuffer, ANegativeSizeIsNoMemoryAndLeavesTheBlock)
+{
+    OBuffer<wchar_t> buffer;
+    ExpectNoMemory(buffer, -1);
+    ExpectNoMemory(buffer, -2);
+    ExpectNoMemory(buffer, INT_MIN);
+}
+
+TEST(OBuffer, ABlockThatCannotBeHadIsNoMemoryAndLeavesTheBlock)
+{
+    static std::vector<size_t> asked;
+    asked.clear();
+    OBuffer<wchar_t> buffer;
+    buffer.Assign(L"abc", 3);
+    const ImportHook<void*(void*, size_t)> hook("realloc", [](void*, size_t size) -> void* {
+        asked.push_back(size);
+        return nullptr;
+    });
+    EXPECT_THROW(buffer.SetSize(4), std::bad_alloc);
+    EXPECT_THROW(buffer.SetSize(INT_MAX), std::bad_alloc);
+    EXPECT_EQ(asked, (std::vector<size_t>{12, 2 * (size_t{INT_MAX} + 2)}));
+    EXPECT_EQ(std::wstring(buffer.GetData(), static_cast<size_t>(buffer.GetSize())), L"abc");
 }
 
 } // namespace

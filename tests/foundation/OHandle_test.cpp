@@ -88,6 +88,25 @@ TEST_F(OHandleTest, ReceiveClosesTheOldValueFirst)
     EXPECT_EQ(handle.Get(), &second);
 }
 
+TEST_F(OHandleTest, InvalidHandleValueThatACallFilledInMeansNothing)
+{
+    static int closings;
+    closings = 0;
+    using CountedHandle = OHandle<[](HANDLE) { ++closings; }>;
+    {
+        CountedHandle handle;
+        *handle.Receive() = INVALID_HANDLE_VALUE;
+        EXPECT_FALSE(handle);
+        EXPECT_EQ(handle.Get(), nullptr);
+        CountedHandle target(std::move(handle));
+        EXPECT_EQ(target.Get(), nullptr);
+        *target.Receive() = INVALID_HANDLE_VALUE;
+        EXPECT_EQ(target.Detach(), nullptr);
+        *target.Receive() = INVALID_HANDLE_VALUE;
+    }
+    EXPECT_EQ(closings, 0);
+}
+
 TEST_F(OHandleTest, ClosingKeepsTheLastError)
 {
     TestHandle handle(&first);

@@ -43,7 +43,7 @@ DWORD OStream::Flush()
 void OStream::SetBufferSize(DWORD size)
 {
     Flush();
-    _buffer.SetSize(static_cast<int>(size));
+    _buffer.TrySetSize(static_cast<int>(size)); // beyond 31 bits it is negative, which can't be had
 }
 
 DWORD OStream::WriteString(const OString& text)

@@ -30,7 +30,8 @@ public:
     /// case.
     virtual DWORD Flush();
 
-    /// Flushes and gives the buffer a new size; 0 means that nothing is buffered.
+    /// Flushes and gives the buffer a new size; 0 means that nothing is buffered. A size that can't be had leaves the
+    /// buffer as it is.
     void SetBufferSize(DWORD size);
 
     /// The code page in which text is written, as `OString` numbers them.

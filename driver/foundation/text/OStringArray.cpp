@@ -164,7 +164,7 @@ template <typename Char>
 class Unpacker {
 public:
     Unpacker(OStringArray& array, const Char* text, int size, UINT codePage)
-        : _array(array), _text(text), _end(text + size), _limit(_end + OBuffer<Char>::guardSize), _codePage(codePage)
+        : _array(array), _text(text), _end(text + size), _limit(_end + OBuffer<Char>::trailingZeros), _codePage(codePage)
     {
     }
 

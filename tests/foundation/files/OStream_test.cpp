@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "foundation/files/OStream.h"
 
+#include "support/ImportHook.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -108,6 +110,28 @@ TEST(OStream, FlushOfAnEmptyBufferDoesNotTouchTheDevice)
     stream.SetBufferSize(4);
     EXPECT_EQ(stream.Flush(), 0u);
     EXPECT_EQ(stream.writes, Writes{});
+}
+
+TEST(OStream, ABufferThatCannotBeHadLeavesTheBufferAsItIs)
+{
+    for (const DWORD size : {0x80000000UL, 0xFFFFFFFFUL}) {
+        TestStream stream;
+        stream.SetBufferSize(4);
+        stream.SetBufferSize(size);
+        EXPECT_EQ(stream.Write("abcde", 5), 5u);
+        EXPECT_EQ(stream.writes, Writes{"abcd"}) << size;
+    }
+}
+
+TEST(OStream, ABufferThatThereIsNoMemoryForLeavesTheBufferAsItIs)
+{
+    TestStream stream;
+    {
+        const ImportHook<void*(void*, size_t)> hook("realloc", [](void*, size_t) -> void* { return nullptr; });
+        stream.SetBufferSize(4);
+    }
+    EXPECT_EQ(stream.Write("abc", 3), 3u);
+    EXPECT_EQ(stream.writes, Writes{"abc"});
 }
 
 TEST(OStream, SetBufferSizeFlushesFirst)

@@ -9,6 +9,14 @@ constexpr DWORD jobStatusRetained = 0x2000; ///< the job stayed in the queue aft
 constexpr DWORD jobControlRetain = 8;
 constexpr DWORD jobControlRelease = 9;
 constexpr DWORD printerAccessManageLimited = 0x40;
+constexpr DWORD printerChangeSetPrinterDriver = 0x20000000;
+
+// What PRINTER_NOTIFY_INFO_DATA.Reserved tells of an entry's value.
+constexpr DWORD notifyNumberData = 1;
+constexpr DWORD notifyTextData = 2;
+constexpr DWORD notifyDevModeData = 3;
+constexpr DWORD notifyTimeData = 4;
+constexpr DWORD notifySecurityData = 5;
 
 /// Either of these lets a handle change its printer.
 constexpr DWORD administeringAccess = PRINTER_ACCESS_ADMINISTER | printerAccessManageLimited;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/calls/DocumentSpooling.h"
 
-#include "spooler/world/Delivery.h"
 #include "spooler/records/NameRules.h"
+#include "spooler/world/ChangeScope.h"
 #include "spooler/SpoolerError.h"
 
 #include <algorithm>
@@ -11,9 +11,8 @@ DocumentSpooling::Spooling DocumentSpooling::SpoolingOf(HANDLE handle)
 {
     const PrinterAccess access = _world.AccessOf(handle);
     Require(access.handle.document.has_value(), ERROR_SPL_NO_STARTDOC);
-    JobRecord* const job = access.printer.queue.Find(access.handle.document->jobId);
-    Require(job, ERROR_PRINT_CANCELLED);
-    return {access.printer, *access.handle.document, *job};
+    Require(access.printer.queue.Find(access.handle.document->jobId), ERROR_PRINT_CANCELLED);
+    return {access.printer, *access.handle.document};
 }
 
 JobRecord DocumentSpooling::MakeJob(const PrinterAccess& access, const DOC_INFO_1W& info) const
@@ -51,7 +50,8 @@ DWORD DocumentSpooling::StartDoc(HANDLE handle, DWORD level, const BYTE* info)
     if (access.printer.attributes & PRINTER_ATTRIBUTE_RAW_ONLY)
         Require(SameName(datatype.substr(0, 3), L"RAW"), ERROR_INVALID_DATATYPE);
 
-    const DWORD jobId = _world.EnqueueJob(access.printer, std::move(job));
+    ChangeScope scope(_world, access.printer);
+    const DWORD jobId = scope.AppendJob(std::move(job)).id;
     access.handle.document = OpenDocument{jobId, false};
     return jobId;
 }
@@ -60,8 +60,8 @@ void DocumentSpooling::StartPage(HANDLE handle)
 {
     const Spooling spooling = SpoolingOf(handle);
     spooling.document.inPage = true;
-    ++spooling.job.totalPages;
-    _world.Changed(spooling.printer);
+    ChangeScope scope(_world, spooling.printer);
+    ++scope.EditJob(spooling.document.jobId).totalPages;
 }
 
 DWORD DocumentSpooling::Write(HANDLE handle, const void* bytes, DWORD size, DWORD limit)
@@ -70,14 +70,18 @@ DWORD DocumentSpooling::Write(HANDLE handle, const void* bytes, DWORD size, DWOR
     Require(bytes || size == 0, ERROR_INVALID_PARAMETER);
     const DWORD taken = std::min(size, limit);
     const auto* const first = static_cast<const BYTE*>(bytes);
-    if (taken > 0) spooling.job.spooled.insert(spooling.job.spooled.end(), first, first + taken);
-    _world.Changed(spooling.printer);
+    ChangeScope scope(_world, spooling.printer);
+    JobRecord& job = scope.EditJob(spooling.document.jobId);
+    if (taken > 0) job.spooled.insert(job.spooled.end(), first, first + taken);
+    scope.Tell(PRINTER_CHANGE_WRITE_JOB);
     return taken;
 }
 
 void DocumentSpooling::EndPage(HANDLE handle)
 {
-    SpoolingOf(handle).document.inPage = false;
+    const Spooling spooling = SpoolingOf(handle);
+    spooling.document.inPage = false;
+    ChangeScope(_world, spooling.printer).Tell(PRINTER_CHANGE_SET_JOB);
 }
 
 void DocumentSpooling::EndDoc(HANDLE handle)
@@ -87,9 +91,8 @@ void DocumentSpooling::EndDoc(HANDLE handle)
     const DWORD jobId = access.handle.document->jobId;
     access.handle.document.reset();
 
-    JobRecord* const job = access.printer.queue.Find(jobId);
-    if (!job) return;
-    job->status &= ~static_cast<DWORD>(JOB_STATUS_SPOOLING);
-    _world.Changed(access.printer);
-    Delivery(_world).DeliverReady(access.printer);
+    if (!access.printer.queue.Find(jobId)) return;
+    ChangeScope scope(_world, access.printer);
+    scope.EditJob(jobId).status &= ~static_cast<DWORD>(JOB_STATUS_SPOOLING);
+    scope.Tell(PRINTER_CHANGE_SET_JOB);
 }

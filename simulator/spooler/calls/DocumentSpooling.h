@@ -16,14 +16,13 @@ public:
     /// Spools up to `limit` of the bytes and gives how many.
     DWORD Write(HANDLE handle, const void* bytes, DWORD size, DWORD limit);
     void EndPage(HANDLE handle);
-    /// Ends the document; a printer that delivers at once does so now.
+    /// Ends the document: its job may be printed.
     void EndDoc(HANDLE handle);
 
 private:
     struct Spooling {
-        PrinterRecord& printer;
+        const PrinterRecord& printer;
         OpenDocument& document;
-        JobRecord& job;
     };
 
     Spooling SpoolingOf(HANDLE handle);

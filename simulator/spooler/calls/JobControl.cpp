@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/calls/JobControl.h"
 
-#include "spooler/world/Delivery.h"
 #include "spooler/records/NameRules.h"
+#include "spooler/world/Delivery.h"
 #include "spooler/SpoolerConstants.h"
 #include "spooler/SpoolerError.h"
 
@@ -16,11 +16,14 @@ constexpr DWORD printedStates = JOB_STATUS_PRINTING | JOB_STATUS_PRINTED | JOB_S
                                 JOB_STATUS_PAPEROUT | JOB_STATUS_OFFLINE | JOB_STATUS_USER_INTERVENTION |
                                 jobStatusRetained;
 
-/// A job together with what its changes depend on.
-struct Change {
+/// A job that is to change, and what its change depends on.
+struct JobChange {
     const World& world;
-    PrinterRecord& printer;
-    JobRecord& job;
+    ChangeScope& scope;
+    const JobRecord& job;
+
+    const PrinterRecord& Printer() const { return scope.Printer(); }
+    JobRecord& Edit() const { return scope.EditJob(job.id); }
 };
 
 /// A field that is null stays as it is.
@@ -29,10 +32,10 @@ void Replace(OptionalText& field, const wchar_t* text)
     if (text) field = text;
 }
 
-void CheckPosition(const Change& change, DWORD position)
+void CheckPosition(const JobChange& change, DWORD position)
 {
-    if (position == JOB_POSITION_UNSPECIFIED || position == change.printer.queue.PositionOf(change.job.id)) return;
-    Require(change.printer.grantedAccess & administeringAccess, ERROR_ACCESS_DENIED);
+    if (position == JOB_POSITION_UNSPECIFIED || position == change.Printer().queue.PositionOf(change.job.id)) return;
+    Require(change.Printer().grantedAccess & administeringAccess, ERROR_ACCESS_DENIED);
 }
 
 void CheckPriority(DWORD priority)
@@ -45,24 +48,24 @@ void CheckDatatype(const JobRecord& job, const wchar_t* datatype)
     Require(!datatype || IsDatatype(datatype) || job.datatype == datatype, ERROR_INVALID_DATATYPE);
 }
 
-void ApplyInfo1(const Change& change, const BYTE* data)
+void ApplyInfo1(const JobChange& change, const BYTE* data)
 {
     const auto& info = *reinterpret_cast<const JOB_INFO_1W*>(data);
-    JobRecord& job = change.job;
     CheckPriority(info.Priority);
-    CheckDatatype(job, info.pDatatype);
+    CheckDatatype(change.job, info.pDatatype);
     CheckPosition(change, info.Position);
 
+    JobRecord& job = change.Edit();
     Replace(job.document, info.pDocument);
     Replace(job.datatype, info.pDatatype);
     job.statusText = CopyText(info.pStatus);
     job.status = info.Status;
     job.priority = info.Priority;
     job.pagesPrinted = info.PagesPrinted;
-    change.printer.queue.MoveTo(job.id, info.Position); // last: it moves the record
+    change.scope.MoveJob(job.id, info.Position);
 }
 
-void CheckInfo2(const Change& change, const JOB_INFO_2W& info)
+void CheckInfo2(const JobChange& change, const JOB_INFO_2W& info)
 {
     CheckPriority(info.Priority);
     Require(info.StartTime < minutesOfDay && info.UntilTime < minutesOfDay, ERROR_INVALID_TIME);
@@ -73,12 +76,12 @@ void CheckInfo2(const Change& change, const JOB_INFO_2W& info)
     CheckPosition(change, info.Position);
 }
 
-void ApplyInfo2(const Change& change, const BYTE* data)
+void ApplyInfo2(const JobChange& change, const BYTE* data)
 {
     const auto& info = *reinterpret_cast<const JOB_INFO_2W*>(data);
     CheckInfo2(change, info);
 
-    JobRecord& job = change.job;
+    JobRecord& job = change.Edit();
     Replace(job.document, info.pDocument);
     Replace(job.notifyName, info.pNotifyName);
     Replace(job.datatype, info.pDatatype);
@@ -91,24 +94,24 @@ void ApplyInfo2(const Change& change, const BYTE* data)
     job.startTime = info.StartTime;
     job.untilTime = info.UntilTime;
     job.pagesPrinted = info.PagesPrinted;
-    change.printer.queue.MoveTo(job.id, info.Position); // last: it moves the record
+    change.scope.MoveJob(job.id, info.Position);
 }
 
-void ApplyInfo3(const Change& change, const BYTE* data)
+void ApplyInfo3(const JobChange& change, const BYTE* data)
 {
     const auto& info = *reinterpret_cast<const JOB_INFO_3*>(data);
     Require(info.JobId == change.job.id && info.Reserved == 0, ERROR_INVALID_PARAMETER);
     if (info.NextJobId) {
-        const JobRecord& next = World::JobOf(change.printer, info.NextJobId);
-        Require(change.world.MayAdministerJob(change.printer, next), ERROR_ACCESS_DENIED);
+        const JobRecord& next = World::JobOf(change.Printer(), info.NextJobId);
+        Require(change.world.MayAdministerJob(change.Printer(), next), ERROR_ACCESS_DENIED);
         Require(next.datatype == change.job.datatype, ERROR_INVALID_DATATYPE);
     }
-    change.job.nextJobId = info.NextJobId;
+    change.Edit().nextJobId = info.NextJobId;
 }
 
 struct JobLevel {
     DWORD level;
-    void (*apply)(const Change& change, const BYTE* data);
+    void (*apply)(const JobChange& change, const BYTE* data);
 };
 
 constexpr std::array jobLevels{
@@ -117,51 +120,49 @@ constexpr std::array jobLevels{
     JobLevel{3, ApplyInfo3},
 };
 
-using JobCommand = void (*)(World& world, PrinterRecord& printer, JobRecord& job);
+using JobCommand = void (*)(ChangeScope& scope, JobRecord& job);
 
-void Pause(World&, PrinterRecord&, JobRecord& job)
+void Pause(ChangeScope&, JobRecord& job)
 {
     job.status |= JOB_STATUS_PAUSED;
 }
 
-void Resume(World& world, PrinterRecord& printer, JobRecord& job)
+void Resume(ChangeScope&, JobRecord& job)
 {
     job.status &= ~static_cast<DWORD>(JOB_STATUS_PAUSED);
-    Delivery(world).DeliverReady(printer);
 }
 
-void Delete(World&, PrinterRecord& printer, JobRecord& job)
+void Delete(ChangeScope& scope, JobRecord& job)
 {
-    printer.queue.Remove(job.id);
+    scope.RemoveJob(job.id);
 }
 
-void Restart(World& world, PrinterRecord& printer, JobRecord& job)
+void Restart(ChangeScope&, JobRecord& job)
 {
     Require(job.status & printedStates, ERROR_INVALID_PARAMETER);
     job.status = (job.status & ~printedStates) | JOB_STATUS_RESTART;
     job.pagesPrinted = 0;
-    Delivery(world).DeliverReady(printer);
 }
 
-void SentToPrinter(World&, PrinterRecord&, JobRecord& job)
+void SentToPrinter(ChangeScope&, JobRecord& job)
 {
     job.status = (job.status & ~static_cast<DWORD>(JOB_STATUS_PRINTING)) | JOB_STATUS_COMPLETE;
 }
 
-void LastPageEjected(World& world, PrinterRecord& printer, JobRecord& job)
+void LastPageEjected(ChangeScope& scope, JobRecord& job)
 {
-    Delivery(world).Finish(printer, job);
+    Delivery::Finish(scope, job);
 }
 
-void Retain(World&, PrinterRecord&, JobRecord& job)
+void Retain(ChangeScope&, JobRecord& job)
 {
     job.retain = true;
 }
 
-void Release(World&, PrinterRecord& printer, JobRecord& job)
+void Release(ChangeScope& scope, JobRecord& job)
 {
     job.retain = false;
-    if (job.status & jobStatusRetained) printer.queue.Remove(job.id);
+    if (job.status & jobStatusRetained) scope.RemoveJob(job.id);
 }
 
 struct CommandRow {
@@ -183,23 +184,23 @@ constexpr std::array jobCommands{
 
 } // namespace
 
-void JobControl::Apply(const PrinterAccess& access, JobRecord& job, DWORD level, const BYTE* info) const
+void JobControl::Apply(ChangeScope& scope, const JobRecord& job, DWORD level, const BYTE* info) const
 {
     const auto found = std::ranges::find(jobLevels, level, &JobLevel::level);
     Require(found != jobLevels.end(), ERROR_INVALID_LEVEL);
     Require(info, ERROR_INVALID_PARAMETER);
-    found->apply({_world, access.printer, job}, info);
+    found->apply({_world, scope, job}, info);
 }
 
 void JobControl::Change(HANDLE handle, DWORD jobId, DWORD level, const BYTE* info, DWORD command)
 {
     const PrinterAccess access = _world.AccessOf(handle);
-    JobRecord& job = World::JobOf(access.printer, jobId);
-    Require(_world.MayAdministerJob(access.printer, job), ERROR_ACCESS_DENIED);
+    Require(_world.MayAdministerJob(access.printer, World::JobOf(access.printer, jobId)), ERROR_ACCESS_DENIED);
     const auto row = std::ranges::find(jobCommands, command, &CommandRow::command);
     Require(command == 0 ? level != 0 : row != jobCommands.end(), ERROR_INVALID_PARAMETER);
 
-    if (level != 0) Apply(access, job, level, info);
-    if (command != 0) row->obey(_world, access.printer, World::JobOf(access.printer, jobId));
-    _world.Changed(access.printer);
+    ChangeScope scope(_world, access.printer);
+    if (level != 0) Apply(scope, World::JobOf(access.printer, jobId), level, info);
+    if (command != 0) row->obey(scope, scope.EditJob(jobId));
+    scope.Tell(PRINTER_CHANGE_SET_JOB);
 }

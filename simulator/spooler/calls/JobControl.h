@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "spooler/world/World.h"
+#include "spooler/world/ChangeScope.h"
 
 /// SetJobW: what a job is, and what is to become of it.
 class JobControl {
@@ -15,7 +15,7 @@ public:
     void Change(HANDLE handle, DWORD jobId, DWORD level, const BYTE* info, DWORD command);
 
 private:
-    void Apply(const PrinterAccess& access, JobRecord& job, DWORD level, const BYTE* info) const;
+    void Apply(ChangeScope& scope, const JobRecord& job, DWORD level, const BYTE* info) const;
 
     World& _world;
 };

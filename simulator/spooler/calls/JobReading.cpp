@@ -19,6 +19,6 @@ void JobReading::ListJobs(HANDLE handle, DWORD first, DWORD count, DWORD level, 
     const size_t begin = std::min<size_t>(first, jobs.size());
     const size_t end = begin + std::min<size_t>(count, jobs.size() - begin);
     std::vector<const JobRecord*> wanted;
-    for (size_t index = begin; index < end; ++index) wanted.push_back(&jobs[index]);
+    for (size_t index = begin; index < end; ++index) wanted.push_back(jobs[index].get());
     PackJobs({access.printer, access.handle.serverPrefix}, wanted, level).CopyTo(target);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/calls/PrinterDataAccess.h"
 
+#include "spooler/world/ChangeScope.h"
 #include "spooler/world/ServerData.h"
 #include "spooler/SpoolerError.h"
 
@@ -49,6 +50,5 @@ void PrinterDataAccess::Set(HANDLE handle, const wchar_t* key, const wchar_t* na
     access.RequireAdminister();
     Require(key && *key && name && (data || size == 0), ERROR_INVALID_PARAMETER);
     Require(!SameName(name, changeIdName) && FitsKey(key, type, size), ERROR_INVALID_PARAMETER);
-    access.printer.data.Set(key, name, {type, CopyBytes(data, size)});
-    _world.Changed(access.printer);
+    ChangeScope(_world, access.printer).EditPrinter().data.Set(key, name, {type, CopyBytes(data, size)});
 }

@@ -2,6 +2,7 @@
 #include "spooler/calls/PrinterOpening.h"
 
 #include "spooler/records/NameRules.h"
+#include "spooler/world/ChangeScope.h"
 #include "spooler/SpoolerConstants.h"
 #include "spooler/SpoolerError.h"
 
@@ -57,9 +58,9 @@ DWORD JobNumber(std::wstring_view postfix)
 
 } // namespace
 
-PrinterRecord* PrinterOpening::FindLocal(std::wstring_view nameOrShare) const noexcept
+const PrinterRecord* PrinterOpening::FindLocal(std::wstring_view nameOrShare) const noexcept
 {
-    if (PrinterRecord* const printer = _world.FindPrinter(nameOrShare)) return printer;
+    if (const PrinterRecord* const printer = _world.FindPrinter(nameOrShare)) return printer;
     const auto& printers = _world.Printers();
     const auto shared = std::ranges::find_if(printers, [&](const auto& printer) {
         return printer->IsShared() && printer->shareName && SameName(*printer->shareName, nameOrShare);
@@ -69,7 +70,7 @@ PrinterRecord* PrinterOpening::FindLocal(std::wstring_view nameOrShare) const no
 
 PrinterOpening::Target PrinterOpening::Resolve(std::wstring_view name) const
 {
-    if (PrinterRecord* const printer = FindLocal(name)) return {printer, 0, {}};
+    if (const PrinterRecord* const printer = FindLocal(name)) return {printer, 0, {}};
 
     const size_t comma = name.find(L',');
     if (comma != std::wstring_view::npos) {
@@ -84,7 +85,7 @@ PrinterOpening::Target PrinterOpening::Resolve(std::wstring_view name) const
     Require(server.size() > 2 && _world.IsThisServer(server), ERROR_INVALID_PRINTER_NAME);
     if (backslash == std::wstring_view::npos) return {nullptr, 0, std::wstring(server)};
 
-    PrinterRecord* const printer = FindLocal(name.substr(backslash + 1));
+    const PrinterRecord* const printer = FindLocal(name.substr(backslash + 1));
     Require(printer, ERROR_INVALID_PRINTER_NAME);
     return {printer, 0, std::wstring(server)};
 }
@@ -119,10 +120,7 @@ void PrinterOpening::Close(HANDLE handle)
 {
     const OpenHandle open = _world.HandleOf(handle);
     _world.Handles().Remove(handle);
-    if (!open.document) return;
-    const auto& printers = _world.Printers();
-    const auto printer = std::ranges::find(printers, open.printerId, &PrinterRecord::id);
-    if (printer == printers.end()) return;
-    (*printer)->queue.Remove(open.document->jobId);
-    _world.Changed(**printer);
+    const PrinterRecord* const printer = open.document ? _world.FindPrinter(open.printerId) : nullptr;
+    if (!printer || !printer->queue.Find(open.document->jobId)) return;
+    ChangeScope(_world, *printer).RemoveJob(open.document->jobId);
 }

@@ -17,13 +17,13 @@ public:
 
 private:
     struct Target {
-        PrinterRecord* printer = nullptr; // null: the server
-        DWORD jobId = 0;                  // 0: the printer itself
+        const PrinterRecord* printer = nullptr; // null: the server
+        DWORD jobId = 0;                        // 0: the printer itself
         std::wstring serverPrefix;
     };
 
     Target Resolve(std::wstring_view name) const;
-    PrinterRecord* FindLocal(std::wstring_view nameOrShare) const noexcept;
+    const PrinterRecord* FindLocal(std::wstring_view nameOrShare) const noexcept;
 
     World& _world;
 };

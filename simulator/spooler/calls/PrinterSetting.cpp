@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/calls/PrinterSetting.h"
 
-#include "spooler/world/Delivery.h"
 #include "spooler/records/NameRules.h"
 #include "spooler/SpoolerError.h"
 
@@ -16,11 +15,13 @@ constexpr DWORD fixedAttributes = PRINTER_ATTRIBUTE_LOCAL | PRINTER_ATTRIBUTE_NE
                                   PRINTER_ATTRIBUTE_FAX | PRINTER_ATTRIBUTE_TS;
 
 /// The printer that is to change, and what its change depends on.
-struct Change {
+struct PrinterChange {
     World& world;
     const PrinterAccess& access;
+    ChangeScope& scope;
 
-    PrinterRecord& Printer() const { return access.printer; }
+    const PrinterRecord& Printer() const { return access.printer; }
+    PrinterRecord& Edit() const { return scope.EditPrinter(); }
 };
 
 DWORD MergeBits(DWORD old, DWORD wanted, DWORD fixed)
@@ -34,14 +35,14 @@ bool Differs(const OptionalText& field, const wchar_t* text)
 }
 
 /// The name without the server that the handle's reader sees before it.
-std::wstring OwnName(const Change& change, const wchar_t* name)
+std::wstring OwnName(const PrinterChange& change, const wchar_t* name)
 {
     const std::wstring text = TextOrEmpty(name);
     const std::wstring prefix = change.access.handle.serverPrefix + L"\\";
     return prefix.size() > 1 && text.starts_with(prefix) ? text.substr(prefix.size()) : text;
 }
 
-void CheckName(const Change& change, const wchar_t* name)
+void CheckName(const PrinterChange& change, const wchar_t* name)
 {
     const std::wstring wanted = OwnName(change, name);
     if (wanted == change.Printer().name) return;
@@ -50,7 +51,7 @@ void CheckName(const Change& change, const wchar_t* name)
     Require(!other || other == &change.Printer(), ERROR_PRINTER_ALREADY_EXISTS);
 }
 
-void CheckShare(const Change& change, const wchar_t* shareName, DWORD attributes)
+void CheckShare(const PrinterChange& change, const wchar_t* shareName, DWORD attributes)
 {
     const PrinterRecord& printer = change.Printer();
     const bool unchanged = printer.IsShared() && !Differs(printer.shareName, shareName);
@@ -63,7 +64,7 @@ void CheckShare(const Change& change, const wchar_t* shareName, DWORD attributes
     Require(!taken, ERROR_INVALID_SHARENAME);
 }
 
-void CheckPort(const Change& change, const wchar_t* portName)
+void CheckPort(const PrinterChange& change, const wchar_t* portName)
 {
     if (!Differs(change.Printer().portName, portName)) return;
     const std::vector<std::wstring> ports = SplitPorts(TextOrEmpty(portName));
@@ -71,7 +72,7 @@ void CheckPort(const Change& change, const wchar_t* portName)
     Require(!ports.empty() && known, ERROR_UNKNOWN_PORT);
 }
 
-void CheckDriver(const Change& change, const wchar_t* driverName)
+void CheckDriver(const PrinterChange& change, const wchar_t* driverName)
 {
     if (!Differs(change.Printer().driverName, driverName)) return;
     Require(change.world.FindDriver(TextOrEmpty(driverName)), ERROR_UNKNOWN_PRINTER_DRIVER);
@@ -97,7 +98,7 @@ void CheckNumbers(const PRINTER_INFO_2W& info)
     Require(info.StartTime < minutesOfDay && info.UntilTime < minutesOfDay, ERROR_INVALID_TIME);
 }
 
-Bytes CheckedSecurity(const Change& change, const void* securityDescriptor)
+Bytes CheckedSecurity(const PrinterChange& change, const void* securityDescriptor)
 {
     auto* const descriptor = const_cast<void*>(securityDescriptor);
     Require(change.access.handle.access & WRITE_DAC, ERROR_ACCESS_DENIED);
@@ -114,9 +115,9 @@ Bytes CheckedSecurity(const Change& change, const void* securityDescriptor)
     return bytes;
 }
 
-void SetTexts2(const Change& change, const PRINTER_INFO_2W& info)
+void SetTexts2(const PrinterChange& change, const PRINTER_INFO_2W& info)
 {
-    PrinterRecord& printer = change.Printer();
+    PrinterRecord& printer = change.Edit();
     printer.name = OwnName(change, info.pPrinterName);
     printer.shareName = CopyText(info.pShareName);
     printer.portName = CopyText(info.pPortName);
@@ -129,17 +130,17 @@ void SetTexts2(const Change& change, const PRINTER_INFO_2W& info)
     if (info.pDatatype) printer.datatype = info.pDatatype;
 }
 
-void SetInfo2(const Change& change, const BYTE* data)
+void SetInfo2(const PrinterChange& change, const BYTE* data)
 {
     const auto& info = *reinterpret_cast<const PRINTER_INFO_2W*>(data);
-    PrinterRecord& printer = change.Printer();
     CheckName(change, info.pPrinterName);
     CheckShare(change, info.pShareName, info.Attributes);
     CheckPort(change, info.pPortName);
     CheckDriver(change, info.pDriverName);
-    CheckProcessor(printer, info);
-    CheckSeparator(printer, info.pSepFile);
+    CheckProcessor(change.Printer(), info);
+    CheckSeparator(change.Printer(), info.pSepFile);
     CheckNumbers(info);
+    PrinterRecord& printer = change.Edit();
     if (info.pSecurityDescriptor) printer.securityDescriptor = CheckedSecurity(change, info.pSecurityDescriptor);
 
     SetTexts2(change, info);
@@ -151,28 +152,28 @@ void SetInfo2(const Change& change, const BYTE* data)
     printer.untilTime = info.UntilTime;
 }
 
-void SetInfo3(const Change& change, const BYTE* data)
+void SetInfo3(const PrinterChange& change, const BYTE* data)
 {
     const auto& info = *reinterpret_cast<const PRINTER_INFO_3*>(data);
-    change.Printer().securityDescriptor = CheckedSecurity(change, info.pSecurityDescriptor);
+    change.Edit().securityDescriptor = CheckedSecurity(change, info.pSecurityDescriptor);
 }
 
-void SetInfo4(const Change& change, const BYTE* data)
+void SetInfo4(const PrinterChange& change, const BYTE* data)
 {
     const auto& info = *reinterpret_cast<const PRINTER_INFO_4W*>(data);
-    PrinterRecord& printer = change.Printer();
-    const std::wstring shareName = printer.shareName.value_or(L"");
+    const std::wstring shareName = change.Printer().shareName.value_or(L"");
     CheckShare(change, shareName.c_str(), info.Attributes);
+    PrinterRecord& printer = change.Edit();
     printer.attributes = MergeBits(printer.attributes, info.Attributes, fixedAttributes);
 }
 
-void SetInfo5(const Change& change, const BYTE* data)
+void SetInfo5(const PrinterChange& change, const BYTE* data)
 {
     const auto& info = *reinterpret_cast<const PRINTER_INFO_5W*>(data);
-    PrinterRecord& printer = change.Printer();
-    const std::wstring shareName = printer.shareName.value_or(L"");
+    const std::wstring shareName = change.Printer().shareName.value_or(L"");
     CheckPort(change, info.pPortName);
     CheckShare(change, shareName.c_str(), info.Attributes);
+    PrinterRecord& printer = change.Edit();
     printer.portName = CopyText(info.pPortName);
     printer.attributes = MergeBits(printer.attributes, info.Attributes, fixedAttributes);
     printer.deviceNotSelectedTimeout = info.DeviceNotSelectedTimeout;
@@ -184,33 +185,33 @@ void SetStatus(PrinterRecord& printer, DWORD status)
     printer.status = MergeBits(printer.status, status, fixedStatus);
 }
 
-void SetInfo6(const Change& change, const BYTE* data)
+void SetInfo6(const PrinterChange& change, const BYTE* data)
 {
-    SetStatus(change.Printer(), reinterpret_cast<const PRINTER_INFO_6*>(data)->dwStatus);
+    SetStatus(change.Edit(), reinterpret_cast<const PRINTER_INFO_6*>(data)->dwStatus);
 }
 
-void SetInfo7(const Change&, const BYTE*)
+void SetInfo7(const PrinterChange&, const BYTE*)
 {
     throw SpoolerError(ERROR_NOT_SUPPORTED); // there is no directory to publish in
 }
 
-void SetInfo8(const Change& change, const BYTE* data)
+void SetInfo8(const PrinterChange& change, const BYTE* data)
 {
     const auto& info = *reinterpret_cast<const PRINTER_INFO_8W*>(data);
     Require(info.pDevMode, ERROR_INVALID_PARAMETER);
-    change.Printer().devMode = CopyDevMode(info.pDevMode);
+    change.Edit().devMode = CopyDevMode(info.pDevMode);
 }
 
-void SetInfo9(const Change& change, const BYTE* data)
+void SetInfo9(const PrinterChange& change, const BYTE* data)
 {
     const auto& info = *reinterpret_cast<const PRINTER_INFO_9W*>(data);
-    change.Printer().userDevMode = CopyDevMode(info.pDevMode); // null takes the user's own away
+    change.Edit().userDevMode = CopyDevMode(info.pDevMode); // null takes the user's own away
 }
 
 struct SettingLevel {
     DWORD level;
     bool administers; // the handle must be allowed to
-    void (*set)(const Change& change, const BYTE* data);
+    void (*set)(const PrinterChange& change, const BYTE* data);
 };
 
 constexpr std::array settingLevels{
@@ -225,47 +226,50 @@ constexpr std::array settingLevels{
 };
 
 /// All jobs go but one that is being printed.
-void Purge(PrinterRecord& printer)
+void Purge(ChangeScope& scope)
 {
-    std::erase_if(printer.queue.Jobs(), [](const JobRecord& job) { return !(job.status & JOB_STATUS_PRINTING); });
+    std::vector<DWORD> waiting;
+    for (const auto& job : scope.Printer().queue.Jobs()) {
+        if (!(job->status & JOB_STATUS_PRINTING)) waiting.push_back(job->id);
+    }
+    for (const DWORD jobId : waiting) scope.RemoveJob(jobId);
 }
 
-} // namespace
-
-void PrinterSetting::Obey(PrinterRecord& printer, DWORD command, const BYTE* info) const
+void Obey(ChangeScope& scope, DWORD command, const BYTE* info)
 {
     switch (command) {
     case 0:
         return;
     case PRINTER_CONTROL_PAUSE:
-        printer.status |= PRINTER_STATUS_PAUSED;
+        scope.EditPrinter().status |= PRINTER_STATUS_PAUSED;
         return;
     case PRINTER_CONTROL_RESUME:
-        printer.status &= ~static_cast<DWORD>(PRINTER_STATUS_PAUSED);
-        return Delivery(_world).DeliverReady(printer);
+        scope.EditPrinter().status &= ~static_cast<DWORD>(PRINTER_STATUS_PAUSED);
+        return;
     case PRINTER_CONTROL_PURGE:
-        return Purge(printer);
+        return Purge(scope);
     case PRINTER_CONTROL_SET_STATUS:
         Require(info, ERROR_INVALID_PARAMETER);
-        return SetStatus(printer, *reinterpret_cast<const DWORD*>(info));
+        return SetStatus(scope.EditPrinter(), *reinterpret_cast<const DWORD*>(info));
     default:
         throw SpoolerError(ERROR_INVALID_PRINTER_COMMAND);
     }
 }
 
+} // namespace
+
 void PrinterSetting::Change(HANDLE handle, DWORD level, const BYTE* info, DWORD command)
 {
     const PrinterAccess access = _world.AccessOf(handle);
+    ChangeScope scope(_world, access.printer);
     if (level == 0) {
         access.RequireAdminister();
-        Obey(access.printer, command, info);
-    } else {
-        Require(command == 0, ERROR_INVALID_PRINTER_COMMAND);
-        const auto found = std::ranges::find(settingLevels, level, &SettingLevel::level);
-        Require(found != settingLevels.end(), ERROR_INVALID_LEVEL);
-        if (found->administers) access.RequireAdminister();
-        Require(info, ERROR_INVALID_PARAMETER);
-        found->set({_world, access}, info);
+        return Obey(scope, command, info);
     }
-    _world.Changed(access.printer);
+    Require(command == 0, ERROR_INVALID_PRINTER_COMMAND);
+    const auto found = std::ranges::find(settingLevels, level, &SettingLevel::level);
+    Require(found != settingLevels.end(), ERROR_INVALID_LEVEL);
+    if (found->administers) access.RequireAdminister();
+    Require(info, ERROR_INVALID_PARAMETER);
+    found->set({_world, access, scope}, info);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "spooler/world/World.h"
+#include "spooler/world/ChangeScope.h"
 
 /// SetPrinterW: commands to a printer, and changes of what it is.
 class PrinterSetting {
@@ -14,7 +14,5 @@ public:
     void Change(HANDLE handle, DWORD level, const BYTE* info, DWORD command);
 
 private:
-    void Obey(PrinterRecord& printer, DWORD command, const BYTE* info) const;
-
     World& _world;
 };

@@ -3,6 +3,7 @@
 
 #include "spooler/config/ConfigSections.h"
 #include "spooler/config/InputFile.h"
+#include "spooler/world/ChangeScope.h"
 
 #include <algorithm>
 #include <new>
@@ -28,7 +29,7 @@ void CheckNames(const Described& described, const World& world)
 
 void EnterJob(World& world, ConfiguredJob job)
 {
-    PrinterRecord& printer = *world.FindPrinter(job.printerName);
+    const PrinterRecord& printer = *world.FindPrinter(job.printerName);
     JobRecord& record = job.record;
     if (!record.userName) record.userName = world.UserName();
     if (!record.machineName) record.machineName = L"\\\\" + world.MachineName();
@@ -38,7 +39,7 @@ void EnterJob(World& world, ConfiguredJob job)
     if (!record.printProcessor) record.printProcessor = printer.printProcessor;
     record.devMode = printer.devMode;
     ::GetSystemTime(&record.submitted);
-    world.EnqueueJob(printer, std::move(record));
+    ChangeScope(world, printer).AppendJob(std::move(record));
 }
 
 void Enter(Described described, World& world)

@@ -5,7 +5,7 @@
 #include "spooler/gate/FailureInjection.h"
 #include "spooler/levels/PackedWriter.h"
 #include "spooler/SpoolerError.h"
-#include "spooler/world/World.h"
+#include "spooler/world/Delivery.h"
 
 #include <new>
 
@@ -68,6 +68,7 @@ private:
         const std::lock_guard guard(_lock);
         try {
             work();
+            Delivery(_world).DeliverReady();
             return ERROR_SUCCESS;
         } catch (const SpoolerError& error) {
             return error.Code();

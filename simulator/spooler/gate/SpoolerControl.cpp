@@ -2,9 +2,9 @@
 #include "spooler/SpoolerControl.h"
 
 #include "spooler/gate/CallNames.h"
-#include "spooler/world/Delivery.h"
-#include "spooler/levels/JobLevels.h"
 #include "spooler/gate/Spooler.h"
+#include "spooler/levels/JobLevels.h"
+#include "spooler/world/Delivery.h"
 
 #include <algorithm>
 
@@ -21,9 +21,8 @@ template <typename Work>
 DWORD WithPrinter(const wchar_t* printerName, Work work) noexcept
 {
     return Control([&](World& world) {
-        PrinterRecord& printer = world.PrinterOf(printerName);
-        work(world, printer);
-        world.Changed(printer);
+        ChangeScope scope(world, world.PrinterOf(printerName));
+        work(scope.EditPrinter());
     });
 }
 
@@ -32,9 +31,8 @@ template <typename Work>
 DWORD WithJob(const wchar_t* printerName, DWORD jobId, Work work) noexcept
 {
     return Control([&](World& world) {
-        PrinterRecord& printer = world.PrinterOf(printerName);
-        work(World::JobOf(printer, jobId));
-        world.Changed(printer);
+        ChangeScope scope(world, world.PrinterOf(printerName));
+        work(scope.EditJob(jobId));
     });
 }
 
@@ -155,31 +153,32 @@ DWORD SpoolerRemovePort(const wchar_t* portName) noexcept
 
 DWORD SpoolerSetPrinterStatus(const wchar_t* printerName, DWORD status) noexcept
 {
-    return WithPrinter(printerName, [&](World&, PrinterRecord& printer) { printer.status = status; });
+    return WithPrinter(printerName, [&](PrinterRecord& printer) { printer.status = status; });
 }
 
 DWORD SpoolerSetPrinterAttributes(const wchar_t* printerName, DWORD attributes) noexcept
 {
-    return WithPrinter(printerName, [&](World&, PrinterRecord& printer) { printer.attributes = attributes; });
+    return WithPrinter(printerName, [&](PrinterRecord& printer) { printer.attributes = attributes; });
 }
 
 DWORD SpoolerSetGrantedAccess(const wchar_t* printerName, DWORD grantedAccess) noexcept
 {
-    return WithPrinter(printerName, [&](World&, PrinterRecord& printer) { printer.grantedAccess = grantedAccess; });
+    return WithPrinter(printerName, [&](PrinterRecord& printer) { printer.grantedAccess = grantedAccess; });
 }
 
 DWORD SpoolerSetPrinterDevMode(const wchar_t* printerName, const DEVMODEW* devMode) noexcept
 {
-    return WithPrinter(printerName, [&](World&, PrinterRecord& printer) { printer.devMode = CopyDevMode(devMode); });
+    return WithPrinter(printerName, [&](PrinterRecord& printer) { printer.devMode = CopyDevMode(devMode); });
 }
 
 DWORD SpoolerRenamePrinter(const wchar_t* printerName, const wchar_t* newName) noexcept
 {
-    return WithPrinter(printerName, [&](World& world, PrinterRecord& printer) {
+    return Control([&](World& world) {
+        const PrinterRecord& printer = world.PrinterOf(printerName);
         Require(newName && *newName, ERROR_INVALID_PARAMETER);
         const PrinterRecord* const other = world.FindPrinter(newName);
         Require(!other || other == &printer, ERROR_PRINTER_ALREADY_EXISTS);
-        printer.name = newName;
+        ChangeScope(world, printer).EditPrinter().name = newName;
     });
 }
 
@@ -194,20 +193,20 @@ DWORD SpoolerPeekPrinter(const wchar_t* printerName, void* buffer, DWORD size, D
 DWORD SpoolerSetCapability(const wchar_t* printerName, WORD capability, int result, const void* output,
                            DWORD outputBytes) noexcept
 {
-    return WithPrinter(printerName, [&](World&, PrinterRecord& printer) {
+    return WithPrinter(printerName, [&](PrinterRecord& printer) {
         printer.capabilities[capability] = {result, CopyBytes(output, outputBytes)};
     });
 }
 
 DWORD SpoolerClearCapability(const wchar_t* printerName, WORD capability) noexcept
 {
-    return WithPrinter(printerName, [&](World&, PrinterRecord& printer) { printer.capabilities.erase(capability); });
+    return WithPrinter(printerName, [&](PrinterRecord& printer) { printer.capabilities.erase(capability); });
 }
 
 DWORD SpoolerSetData(const wchar_t* printerName, const wchar_t* key, const wchar_t* valueName, DWORD type,
                      const void* data, DWORD bytes) noexcept
 {
-    return WithPrinter(printerName, [&](World&, PrinterRecord& printer) {
+    return WithPrinter(printerName, [&](PrinterRecord& printer) {
         Require(key && valueName, ERROR_INVALID_PARAMETER);
         printer.data.Set(key, valueName, {type, CopyBytes(data, bytes)});
     });
@@ -228,7 +227,7 @@ DWORD SpoolerPeekData(const wchar_t* printerName, const wchar_t* key, const wcha
 
 DWORD SpoolerRemoveData(const wchar_t* printerName, const wchar_t* key, const wchar_t* valueName) noexcept
 {
-    return WithPrinter(printerName, [&](World&, PrinterRecord& printer) {
+    return WithPrinter(printerName, [&](PrinterRecord& printer) {
         Require(key && valueName, ERROR_INVALID_PARAMETER);
         Require(printer.data.Remove(key, valueName), ERROR_FILE_NOT_FOUND);
     });
@@ -237,17 +236,15 @@ DWORD SpoolerRemoveData(const wchar_t* printerName, const wchar_t* key, const wc
 DWORD SpoolerAddJob(const wchar_t* printerName, const SpoolerJob& job, DWORD* jobId) noexcept
 {
     return Control([&](World& world) {
-        PrinterRecord& printer = world.PrinterOf(printerName);
-        const DWORD number = world.EnqueueJob(printer, MakeJob(world, printer, job));
+        ChangeScope scope(world, world.PrinterOf(printerName));
+        const DWORD number = scope.AppendJob(MakeJob(world, scope.Printer(), job)).id;
         if (jobId) *jobId = number;
     });
 }
 
 DWORD SpoolerRemoveJob(const wchar_t* printerName, DWORD jobId) noexcept
 {
-    return WithPrinter(printerName, [&](World&, PrinterRecord& printer) {
-        Require(printer.queue.Remove(jobId), ERROR_INVALID_PARAMETER);
-    });
+    return Control([&](World& world) { ChangeScope(world, world.PrinterOf(printerName)).RemoveJob(jobId); });
 }
 
 DWORD SpoolerSetJobStatus(const wchar_t* printerName, DWORD jobId, DWORD status) noexcept
@@ -281,7 +278,7 @@ DWORD SpoolerSetJobDevMode(const wchar_t* printerName, DWORD jobId, const DEVMOD
 DWORD SpoolerPeekJob(const wchar_t* printerName, DWORD jobId, void* buffer, DWORD size, DWORD* needed) noexcept
 {
     return Control([&](World& world) {
-        PrinterRecord& printer = world.PrinterOf(printerName);
+        const PrinterRecord& printer = world.PrinterOf(printerName);
         const JobRecord& job = World::JobOf(printer, jobId);
         PackJobs({printer, {}}, {&job}, 2).CopyTo({static_cast<BYTE*>(buffer), size, needed, nullptr});
     });
@@ -289,7 +286,7 @@ DWORD SpoolerPeekJob(const wchar_t* printerName, DWORD jobId, void* buffer, DWOR
 
 DWORD SpoolerJobBytes(const wchar_t* printerName, DWORD jobId, void* buffer, DWORD size) noexcept
 {
-    return ReadPrinter(printerName, [&](PrinterRecord& printer) {
+    return ReadPrinter(printerName, [&](const PrinterRecord& printer) {
         return CopyOut(World::JobOf(printer, jobId).spooled, buffer, size);
     });
 }
@@ -302,7 +299,7 @@ DWORD SpoolerDeliverJob(const wchar_t* printerName, DWORD jobId) noexcept
 DWORD SpoolerDeliveryCount(const wchar_t* printerName) noexcept
 {
     return ReadPrinter(printerName,
-                       [](PrinterRecord& printer) { return static_cast<DWORD>(printer.deliveries.size()); });
+                       [](const PrinterRecord& printer) { return static_cast<DWORD>(printer.deliveries.size()); });
 }
 
 DWORD SpoolerDeliveryAt(const wchar_t* printerName, DWORD index, SpoolerDelivery* delivery) noexcept
@@ -322,7 +319,7 @@ DWORD SpoolerDeliveryAt(const wchar_t* printerName, DWORD index, SpoolerDelivery
 
 DWORD SpoolerDeliveryBytes(const wchar_t* printerName, DWORD index, void* buffer, DWORD size) noexcept
 {
-    return ReadPrinter(printerName, [&](PrinterRecord& printer) {
+    return ReadPrinter(printerName, [&](const PrinterRecord& printer) {
         const DeliveryRecord* const record = DeliveryOf(printer, index);
         return record ? CopyOut(record->bytes, buffer, size) : 0;
     });

@@ -31,7 +31,7 @@ void PackNumbers2(PRINTER_INFO_2W& info, const PrinterRecord& printer)
     info.StartTime = printer.startTime;
     info.UntilTime = printer.untilTime;
     info.Status = printer.status;
-    info.cJobs = static_cast<DWORD>(printer.queue.Jobs().size());
+    info.cJobs = printer.queue.Count();
     info.AveragePPM = printer.averagePpm;
 }
 

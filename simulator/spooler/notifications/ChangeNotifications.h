@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "spooler/Platform.h"
+#include "spooler/notifications/Change.h"
 
 /// The change notifications that are open, and the blocks of information that were given out and not freed.
 ///
@@ -18,6 +18,11 @@ public:
     [[noreturn]] void Close(HANDLE notification) const;
     /// ERROR_INVALID_PARAMETER.
     [[noreturn]] void Free(const void* block) const;
+
+    /// Somebody listens to the printer.
+    bool Hears(DWORD) const noexcept { return false; }
+    void Tell(DWORD, const Change&) const noexcept {}
+    void Lose(DWORD) const noexcept {}
 
     DWORD OpenCount() const noexcept { return 0; }
     DWORD UnfreedBlocks() const noexcept { return 0; }

@@ -3,38 +3,50 @@
 
 #include <algorithm>
 
+namespace {
+
+constexpr auto idOf = [](const auto& job) { return job->id; };
+
+} // namespace
+
+size_t JobQueue::IndexOf(DWORD jobId) const noexcept
+{
+    return static_cast<size_t>(std::ranges::find(_jobs, jobId, idOf) - _jobs.begin());
+}
+
 JobRecord* JobQueue::Find(DWORD jobId) noexcept
 {
-    const auto found = std::ranges::find(_jobs, jobId, &JobRecord::id);
-    return found == _jobs.end() ? nullptr : &*found;
+    const size_t index = IndexOf(jobId);
+    return index < _jobs.size() ? _jobs[index].get() : nullptr;
 }
 
 const JobRecord* JobQueue::Find(DWORD jobId) const noexcept
 {
-    const auto found = std::ranges::find(_jobs, jobId, &JobRecord::id);
-    return found == _jobs.end() ? nullptr : &*found;
+    const size_t index = IndexOf(jobId);
+    return index < _jobs.size() ? _jobs[index].get() : nullptr;
 }
 
 DWORD JobQueue::PositionOf(DWORD jobId) const noexcept
 {
-    const auto found = std::ranges::find(_jobs, jobId, &JobRecord::id);
-    return found == _jobs.end() ? 0 : static_cast<DWORD>(found - _jobs.begin()) + 1;
+    const size_t index = IndexOf(jobId);
+    return index < _jobs.size() ? static_cast<DWORD>(index) + 1 : 0;
 }
 
-void JobQueue::Append(JobRecord job)
+JobRecord& JobQueue::Append(JobRecord job)
 {
-    _jobs.push_back(std::move(job));
+    return *_jobs.emplace_back(std::make_unique<JobRecord>(std::move(job)));
 }
 
 bool JobQueue::Remove(DWORD jobId)
 {
-    return std::erase_if(_jobs, [jobId](const JobRecord& job) { return job.id == jobId; }) > 0;
+    return std::erase_if(_jobs, [jobId](const auto& job) { return job->id == jobId; }) > 0;
 }
 
 void JobQueue::MoveTo(DWORD jobId, DWORD position)
 {
-    const auto from = std::ranges::find(_jobs, jobId, &JobRecord::id);
-    if (from == _jobs.end() || position == 0) return;
+    const size_t index = IndexOf(jobId);
+    if (index == _jobs.size() || position == JOB_POSITION_UNSPECIFIED) return;
+    const auto from = _jobs.begin() + static_cast<std::ptrdiff_t>(index);
     const auto to = _jobs.begin() + (std::min<std::ptrdiff_t>(position, std::ssize(_jobs)) - 1);
     if (from < to)
         std::rotate(from, from + 1, to + 1);

@@ -3,8 +3,9 @@
 
 #include "spooler/Text.h"
 
-/// A job of a print queue with its spooled document. Its position is its place in the queue.
-struct JobRecord {
+/// What the print functions and notifications tell of a job, apart from what its document and its place in the queue
+/// tell.
+struct JobFields {
     DWORD id = 0;
     OptionalText machineName;
     OptionalText userName;
@@ -14,7 +15,7 @@ struct JobRecord {
     OptionalText printProcessor;
     OptionalText parameters = L"";
     OptionalText statusText;
-    OptionalText outputFile; // of DOC_INFO_1
+    OptionalText portName; // null: the printer's
     Bytes devMode;
     DWORD status = 0;
     DWORD priority = DEF_PRIORITY;
@@ -22,10 +23,16 @@ struct JobRecord {
     DWORD untilTime = 0;
     DWORD totalPages = 0;
     DWORD pagesPrinted = 0;
+    DWORD bytesPrinted = 0; // went to the port
     SYSTEMTIME submitted = {};
-    DWORD time = 0;
-    DWORD nextJobId = 0; // linked by level 3
-    bool retain = false; // stays in the queue when it has printed
+    DWORD time = 0; // milliseconds since printing began
+};
+
+/// A job of a print queue with its spooled document. Its position is its place in the queue.
+struct JobRecord : JobFields {
+    DWORD nextJobId = 0;     // linked by level 3
+    bool retain = false;     // stays in the queue when it has printed
+    OptionalText outputFile; // of DOC_INFO_1
     Bytes spooled;
     DWORD reportedSize = 0; // 0: what was spooled
 

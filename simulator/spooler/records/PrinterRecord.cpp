@@ -3,19 +3,42 @@
 
 #include "spooler/SpoolerControl.h"
 
+namespace {
+
+PrinterFields FieldsOf(const SpoolerPrinter& printer)
+{
+    return {
+        .name = TextOrEmpty(printer.printerName),
+        .serverName = CopyText(printer.serverName),
+        .shareName = CopyText(printer.shareName),
+        .portName = CopyText(printer.portName),
+        .driverName = CopyText(printer.driverName),
+        .comment = CopyText(printer.comment),
+        .location = CopyText(printer.location),
+        .sepFile = CopyText(printer.sepFile),
+        .printProcessor = CopyText(printer.printProcessor),
+        .datatype = CopyText(printer.datatype),
+        .parameters = CopyText(printer.parameters),
+        .devMode = CopyDevMode(printer.devMode),
+        .userDevMode = {},
+        .securityDescriptor = CopyBytes(printer.securityDescriptor, printer.securityDescriptorBytes),
+        .attributes = printer.attributes,
+        .priority = printer.priority,
+        .defaultPriority = printer.defaultPriority,
+        .startTime = printer.startTime,
+        .untilTime = printer.untilTime,
+        .status = printer.status,
+        .averagePpm = printer.averagePpm,
+        .deviceNotSelectedTimeout = printer.deviceNotSelectedTimeout,
+        .transmissionRetryTimeout = printer.transmissionRetryTimeout,
+    };
+}
+
+} // namespace
+
 PrinterRecord::PrinterRecord(const SpoolerPrinter& printer)
-    : name(TextOrEmpty(printer.printerName)), serverName(CopyText(printer.serverName)),
-      shareName(CopyText(printer.shareName)), portName(CopyText(printer.portName)),
-      driverName(CopyText(printer.driverName)), comment(CopyText(printer.comment)),
-      location(CopyText(printer.location)), sepFile(CopyText(printer.sepFile)),
-      printProcessor(CopyText(printer.printProcessor)), datatype(CopyText(printer.datatype)),
-      parameters(CopyText(printer.parameters)), devMode(CopyDevMode(printer.devMode)),
-      securityDescriptor(CopyBytes(printer.securityDescriptor, printer.securityDescriptorBytes)),
-      attributes(printer.attributes), priority(printer.priority), defaultPriority(printer.defaultPriority),
-      startTime(printer.startTime), untilTime(printer.untilTime), status(printer.status),
-      averagePpm(printer.averagePpm), deviceNotSelectedTimeout(printer.deviceNotSelectedTimeout),
-      transmissionRetryTimeout(printer.transmissionRetryTimeout), grantedAccess(printer.grantedAccess),
-      deliverAtOnce(printer.deliverAtOnce), outputFolder(TextOrEmpty(printer.outputFolder))
+    : PrinterFields(FieldsOf(printer)), grantedAccess(printer.grantedAccess), deliverAtOnce(printer.deliverAtOnce),
+      outputFolder(TextOrEmpty(printer.outputFolder))
 {
 }
 

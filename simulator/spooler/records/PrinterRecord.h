@@ -24,19 +24,8 @@ struct DeliveryRecord {
     Bytes bytes;
 };
 
-/// A printer of the simulated machine: what its properties say, its queue, its data, and what it has printed.
-struct PrinterRecord {
-    PrinterRecord() = default;
-    explicit PrinterRecord(const SpoolerPrinter& printer);
-
-    /// Served by this machine's own spooler.
-    bool IsLocal() const noexcept;
-    /// A connection to a printer of another machine.
-    bool IsConnection() const noexcept { return (attributes & PRINTER_ATTRIBUTE_NETWORK) != 0; }
-    bool IsShared() const noexcept { return (attributes & PRINTER_ATTRIBUTE_SHARED) != 0; }
-    bool IsPaused() const noexcept { return (status & PRINTER_STATUS_PAUSED) != 0; }
-
-    DWORD id = 0; // what handles remember; never given twice
+/// What the print functions and notifications tell of a printer, apart from what its queue tells.
+struct PrinterFields {
     std::wstring name;
     OptionalText serverName;
     OptionalText shareName = L"";
@@ -60,6 +49,21 @@ struct PrinterRecord {
     DWORD averagePpm = 0;
     DWORD deviceNotSelectedTimeout = 15000;
     DWORD transmissionRetryTimeout = 45000;
+};
+
+/// A printer of the simulated machine: what its properties say, its queue, its data, and what it has printed.
+struct PrinterRecord : PrinterFields {
+    PrinterRecord() = default;
+    explicit PrinterRecord(const SpoolerPrinter& printer);
+
+    /// Served by this machine's own spooler.
+    bool IsLocal() const noexcept;
+    /// A connection to a printer of another machine.
+    bool IsConnection() const noexcept { return (attributes & PRINTER_ATTRIBUTE_NETWORK) != 0; }
+    bool IsShared() const noexcept { return (attributes & PRINTER_ATTRIBUTE_SHARED) != 0; }
+    bool IsPaused() const noexcept { return (status & PRINTER_STATUS_PAUSED) != 0; }
+
+    DWORD id = 0; // what handles remember; never given twice
     DWORD grantedAccess = PRINTER_ALL_ACCESS;
     bool deliverAtOnce = false;
     std::wstring outputFolder; // empty: nowhere

@@ -21,39 +21,41 @@ bool Write(const PrinterRecord& printer, const JobRecord& job, std::wstring& fil
 
 } // namespace
 
-void Delivery::Deliver(PrinterRecord& printer, DWORD jobId)
+void Delivery::Deliver(const PrinterRecord& printer, DWORD jobId)
 {
-    JobRecord& job = World::JobOf(printer, jobId);
+    ChangeScope scope(_world, printer);
+    JobRecord& job = scope.EditJob(jobId);
     DeliveryRecord delivery{job.id, job.totalPages, job.document.value_or(L""), job.userName.value_or(L""), {}, {}};
     if (!Write(printer, job, delivery.file)) {
         job.status |= JOB_STATUS_ERROR;
         job.statusText = L"The document could not be written to its output file";
-        _world.Changed(printer);
         return;
     }
     delivery.bytes = job.spooled;
-    printer.deliveries.push_back(std::move(delivery));
+    scope.EditPrinter().deliveries.push_back(std::move(delivery));
     job.pagesPrinted = job.totalPages;
-    Finish(printer, job);
+    Finish(scope, job);
 }
 
-void Delivery::DeliverReady(PrinterRecord& printer)
+void Delivery::DeliverReady()
 {
-    if (!printer.deliverAtOnce || printer.IsPaused()) return;
-    std::vector<DWORD> ready;
-    for (const JobRecord& job : printer.queue.Jobs()) {
-        if (job.IsReady()) ready.push_back(job.id);
+    while (const DWORD printerId = _world.TakeChangedPrinter()) {
+        const PrinterRecord* const printer = _world.FindPrinter(printerId);
+        if (!printer || !printer->deliverAtOnce || printer->IsPaused()) continue;
+        std::vector<DWORD> ready;
+        for (const auto& job : printer->queue.Jobs()) {
+            if (job->IsReady()) ready.push_back(job->id);
+        }
+        for (const DWORD jobId : ready) Deliver(*printer, jobId);
     }
-    for (const DWORD jobId : ready) Deliver(printer, jobId);
 }
 
-void Delivery::Finish(PrinterRecord& printer, JobRecord& job)
+void Delivery::Finish(ChangeScope& scope, JobRecord& job)
 {
     constexpr DWORD busy = JOB_STATUS_SPOOLING | JOB_STATUS_PRINTING | JOB_STATUS_RESTART | JOB_STATUS_COMPLETE;
-    const bool keep = job.retain || (printer.attributes & PRINTER_ATTRIBUTE_KEEPPRINTEDJOBS);
+    const bool keep = job.retain || (scope.Printer().attributes & PRINTER_ATTRIBUTE_KEEPPRINTEDJOBS);
     if (keep)
         job.status = (job.status & ~busy) | JOB_STATUS_PRINTED | (job.retain ? jobStatusRetained : 0);
     else
-        printer.queue.Remove(job.id);
-    _world.Changed(printer);
+        scope.RemoveJob(job.id);
 }

@@ -64,26 +64,33 @@ void World::Clear()
     _ports.clear();
     _handles.Clear();
     _notifications.Clear();
+    _changedPrinters.clear();
     _userName = RealUserName();
     _machineName = RealMachineName();
     _lastJobId = 0;
 }
 
-PrinterRecord* World::FindPrinter(std::wstring_view name) const noexcept
+const PrinterRecord* World::FindPrinter(std::wstring_view name) const noexcept
 {
     const auto found =
         std::ranges::find_if(_printers, [&](const auto& printer) { return SameName(printer->name, name); });
     return found == _printers.end() ? nullptr : found->get();
 }
 
-PrinterRecord& World::PrinterOf(const wchar_t* name) const
+const PrinterRecord* World::FindPrinter(DWORD printerId) const noexcept
 {
-    PrinterRecord* const printer = name ? FindPrinter(name) : nullptr;
+    const auto found = std::ranges::find(_printers, printerId, &PrinterRecord::id);
+    return found == _printers.end() ? nullptr : found->get();
+}
+
+const PrinterRecord& World::PrinterOf(const wchar_t* name) const
+{
+    const PrinterRecord* const printer = name ? FindPrinter(name) : nullptr;
     Require(printer, ERROR_INVALID_PRINTER_NAME);
     return *printer;
 }
 
-PrinterRecord& World::InsertPrinter(PrinterRecord printer)
+void World::InsertPrinter(PrinterRecord printer)
 {
     Require(!printer.name.empty(), ERROR_INVALID_PRINTER_NAME);
     Require(!FindPrinter(printer.name), ERROR_PRINTER_ALREADY_EXISTS);
@@ -95,8 +102,7 @@ PrinterRecord& World::InsertPrinter(PrinterRecord printer)
     }
     printer.id = ++_lastPrinterId;
     _printers.push_back(std::make_unique<PrinterRecord>(std::move(printer)));
-    Changed(*_printers.back());
-    return *_printers.back();
+    NoteChange(*_printers.back());
 }
 
 void World::AddMissingPorts(const PrinterRecord& printer)
@@ -125,35 +131,23 @@ PrinterAccess World::AccessOf(HANDLE handle)
 {
     OpenHandle& open = HandleOf(handle);
     Require(open.kind != OpenHandle::Kind::Server, ERROR_INVALID_HANDLE);
-    const auto found = std::ranges::find(_printers, open.printerId, &PrinterRecord::id);
-    Require(found != _printers.end(), ERROR_PRINTER_DELETED);
-    return {open, **found};
+    const PrinterRecord* const printer = FindPrinter(open.printerId);
+    Require(printer, ERROR_PRINTER_DELETED);
+    return {open, *printer};
 }
 
 std::wstring World::PrinterNameOf(HANDLE handle) noexcept
 {
     const OpenHandle* const open = _handles.Find(handle);
-    if (!open) return {};
-    const auto found = std::ranges::find(_printers, open->printerId, &PrinterRecord::id);
-    return found == _printers.end() ? std::wstring() : (*found)->name;
+    const PrinterRecord* const printer = open ? FindPrinter(open->printerId) : nullptr;
+    return printer ? printer->name : std::wstring();
 }
 
-JobRecord& World::JobOf(PrinterRecord& printer, DWORD jobId)
+const JobRecord& World::JobOf(const PrinterRecord& printer, DWORD jobId)
 {
-    JobRecord* const job = printer.queue.Find(jobId);
+    const JobRecord* const job = printer.queue.Find(jobId);
     Require(job, ERROR_INVALID_PARAMETER);
     return *job;
-}
-
-DWORD World::EnqueueJob(PrinterRecord& printer, JobRecord job)
-{
-    if (job.id == 0) job.id = _lastJobId + 1;
-    Require(!printer.queue.Find(job.id), ERROR_INVALID_PARAMETER);
-    const DWORD id = job.id;
-    _lastJobId = std::max(_lastJobId, id);
-    printer.queue.Append(std::move(job));
-    Changed(printer);
-    return id;
 }
 
 bool World::MayAdministerJob(const PrinterRecord& printer, const JobRecord& job) const noexcept
@@ -193,9 +187,31 @@ bool World::IsThisServer(std::wstring_view name) const noexcept
     return name.empty() || SameName(name, _machineName);
 }
 
-void World::Changed(PrinterRecord& printer) noexcept
+DWORD World::TakeChangedPrinter()
+{
+    if (_changedPrinters.empty()) return 0;
+    const DWORD printerId = _changedPrinters.back();
+    _changedPrinters.pop_back();
+    return printerId;
+}
+
+PrinterRecord& World::Editable(const PrinterRecord& printer) noexcept
+{
+    return **std::ranges::find(_printers, printer.id, &PrinterRecord::id);
+}
+
+void World::NumberJob(const PrinterRecord& printer, JobRecord& job)
+{
+    if (job.id == 0) job.id = _lastJobId + 1;
+    Require(!printer.queue.Find(job.id), ERROR_INVALID_PARAMETER);
+    _lastJobId = std::max(_lastJobId, job.id);
+}
+
+void World::NoteChange(PrinterRecord& printer)
 {
     printer.changeId = ++_lastChangeId;
+    if (std::ranges::find(_changedPrinters, printer.id) == _changedPrinters.end())
+        _changedPrinters.push_back(printer.id);
 }
 
 std::vector<std::wstring> SplitPorts(std::wstring_view portName)

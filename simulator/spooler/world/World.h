@@ -12,7 +12,7 @@
 /// An open handle together with the printer behind it.
 struct PrinterAccess {
     OpenHandle& handle;
-    PrinterRecord& printer;
+    const PrinterRecord& printer;
 
     /// Gives up with ERROR_ACCESS_DENIED unless the handle was opened for administering.
     void RequireAdminister() const;
@@ -31,11 +31,11 @@ public:
 
     const std::vector<std::unique_ptr<PrinterRecord>>& Printers() const noexcept { return _printers; }
     /// Null for an unknown name. A share name is no name here.
-    PrinterRecord* FindPrinter(std::wstring_view name) const noexcept;
+    const PrinterRecord* FindPrinter(std::wstring_view name) const noexcept;
     /// ERROR_INVALID_PRINTER_NAME.
-    PrinterRecord& PrinterOf(const wchar_t* name) const;
+    const PrinterRecord& PrinterOf(const wchar_t* name) const;
     /// Adds the printer, and its ports and driver if they are unknown. ERROR_PRINTER_ALREADY_EXISTS.
-    PrinterRecord& InsertPrinter(PrinterRecord printer);
+    void InsertPrinter(PrinterRecord printer);
     void RemovePrinter(const PrinterRecord& printer);
 
     /// A handle to a printer or to a job of it. ERROR_INVALID_HANDLE, ERROR_PRINTER_DELETED.
@@ -46,9 +46,7 @@ public:
     std::wstring PrinterNameOf(HANDLE handle) noexcept;
 
     /// ERROR_INVALID_PARAMETER for an unknown job.
-    static JobRecord& JobOf(PrinterRecord& printer, DWORD jobId);
-    /// Puts a job in the queue, under the next number if it has none; gives its number.
-    DWORD EnqueueJob(PrinterRecord& printer, JobRecord job);
+    static const JobRecord& JobOf(const PrinterRecord& printer, DWORD jobId);
     /// The user may do with this job as he likes: it is his own, or he administers the printer.
     bool MayAdministerJob(const PrinterRecord& printer, const JobRecord& job) const noexcept;
 
@@ -70,10 +68,20 @@ public:
     /// An empty name, the machine's name, or that with two backslashes before it.
     bool IsThisServer(std::wstring_view name) const noexcept;
 
-    /// To be called behind every change of a printer, its data or its jobs: gives it a new "ChangeID".
-    void Changed(PrinterRecord& printer) noexcept;
+    /// Takes a printer whose queue was changed since it was last taken; 0 if there is none.
+    DWORD TakeChangedPrinter();
+    /// Null if it is gone.
+    const PrinterRecord* FindPrinter(DWORD printerId) const noexcept;
 
 private:
+    friend class ChangeScope;
+
+    PrinterRecord& Editable(const PrinterRecord& printer) noexcept;
+    /// Gives the job the next number if it has none. ERROR_INVALID_PARAMETER for a number in use.
+    void NumberJob(const PrinterRecord& printer, JobRecord& job);
+    /// Gives the printer a new "ChangeID" and notes it for `TakeChangedPrinter`.
+    void NoteChange(PrinterRecord& printer);
+
     void AddMissingPorts(const PrinterRecord& printer);
 
     std::vector<std::unique_ptr<PrinterRecord>> _printers;
@@ -81,6 +89,7 @@ private:
     std::vector<PortRecord> _ports;
     HandleTable _handles;
     ChangeNotifications _notifications;
+    std::vector<DWORD> _changedPrinters;
     std::wstring _userName;
     std::wstring _machineName;
     DWORD _lastPrinterId = 0;

@@ -5,8 +5,9 @@ set -euo pipefail
 cd "$(dirname "$0")"
 source scripts/common.sh
 
-steps=(format release ubsan headers lint tests samples spooler)
+steps=(rooms format release ubsan headers lint tests samples spooler)
 
+step_rooms() { scripts/check-rooms.py; }
 step_format() { scripts/check-format.sh; }
 step_release() { build release && start_tests release; }
 step_ubsan() { build ubsan && start_tests ubsan; }

@@ -24,7 +24,7 @@ on_a_real_spooler() {
     same_bytes "$received"
 }
 
-scripts/install-packages.sh "${build_packages[@]}" "${run_packages[@]}" "${cups_packages[@]}"
+scripts/install-packages.sh "${packages_to_build[@]}" "${packages_to_run[@]}"
 say "Building Vorlane.dll"
 build release Vorlane spooler_simulator
 register release

@@ -1,46 +1,61 @@
 #!/usr/bin/env bash
-# Builds everything and passes every check. Installs what it needs on Debian 12.
-# usage: test.sh [STEP...]     without arguments all steps, in the order of the list below
+# What a change has to pass. Installs what it needs on Debian 12.
+# usage: test.sh             the quick steps: what everyone runs before handing in a change
+#        test.sh deep        the steps that take longer
+#        test.sh STEP...     some steps; docs/testing.md says what each of them checks
 set -euo pipefail
 cd "$(dirname "$0")"
 source scripts/common.sh
 
-steps=(rooms format release ubsan headers lint tests samples spooler)
+quick=(rooms format release tests samples spooler)
+deep=(ubsan ubsan-tests long-runs headers lint)
 
 step_rooms() { scripts/check-rooms.py; }
 step_format() { scripts/check-format.sh; }
-step_release() { build release && start_tests release; }
-step_ubsan() { build ubsan && start_tests ubsan; }
-step_headers() { cmake --build --preset ubsan --target all_verify_interface_header_sets; }
-step_lint() { scripts/check-lint.sh build/ubsan; }
-step_tests() { finish_tests; }
-step_samples() { scripts/check-samples.sh release; }
-step_spooler() { scripts/check-spooler.sh release; }
+step_release() { build release; }
+step_tests() { build release && scripts/run-tests.sh release; }
+step_samples() { build release Vorlane spooler_simulator && scripts/check-samples.sh release; }
+step_spooler() { build release Vorlane && scripts/check-spooler.sh release; }
 
-# The tests wait for most of their time, so they run beside the next build.
-declare -A running=()
-start_tests() {
-    ctest --preset "$1" >"$(log_of "$1" tests)" 2>&1 &
-    running[$1]=$!
-}
+step_ubsan() { build ubsan; }
+step_ubsan-tests() { build ubsan && scripts/run-tests.sh ubsan; }
+step_long-runs() { build release && VORLANE_LONG_RUNS=1 scripts/run-tests.sh release; }
+step_headers() { build ubsan all_verify_interface_header_sets; }
+step_lint() { build ubsan vrl_interfaces && scripts/check-lint.sh build/ubsan; }
 
-# Waits for all tests that were started and shows what they said.
-finish_tests() {
-    local preset result=0
-    for preset in "${!running[@]}"; do
-        say "tests of the preset $preset"
-        wait "${running[$preset]}" || result=1
-        cat "$(log_of "$preset" tests)"
-        unset "running[$preset]"
-    done
-    return "$result"
-}
-trap 'kill "${running[@]}" 2>/dev/null || true' EXIT
-
-scripts/install-packages.sh "${build_packages[@]}" "${run_packages[@]}" "${cups_packages[@]}" "${lint_packages[@]}"
-for step in "${@:-${steps[@]}}"; do
-    say "$step"
-    "step_$step"
+steps=("${@:-quick}")
+case "${steps[*]}" in
+    quick) steps=("${quick[@]}") ;;
+    deep) steps=("${deep[@]}") ;;
+esac
+for step in "${steps[@]}"; do
+    [[ " ${quick[*]} ${deep[*]} " == *" $step "* ]] || {
+        echo "test.sh: there is no step \"$step\", only: quick deep ${quick[*]} ${deep[*]}" >&2
+        exit 2
+    }
 done
-finish_tests
-say "All checks passed."
+
+packages=("${packages_to_build[@]}" "${packages_to_run[@]}" "${packages_to_check[@]}")
+[[ " ${steps[*]} " != *" lint "* ]] || packages+=("${packages_to_lint[@]}")
+
+step=packages
+times=()
+finish() {
+    local status=$?
+    echo
+    [ ${#times[@]} -eq 0 ] || printf '%s\n' "${times[@]}"
+    if [ "$status" -eq 0 ]; then
+        say "All checks passed in $SECONDS s."
+    else
+        say "The step $step failed after $SECONDS s. Repeat it with: ./test.sh ${step/packages/}"
+    fi
+}
+trap finish EXIT
+
+scripts/install-packages.sh "${packages[@]}"
+for step in "${steps[@]}"; do
+    say "$step"
+    began=$SECONDS
+    "step_$step"
+    times+=("$(printf '%-14s %4d s' "$step" $((SECONDS - began)))")
+done

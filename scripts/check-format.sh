@@ -3,8 +3,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-mapfile -t sources < <(git ls-files '*.h' '*.cpp')
+mapfile -t sources < <(find bench driver simulator tests -name '*.h' -o -name '*.cpp')
 clang-format-14 --dry-run --Werror "${sources[@]}" || {
-    echo "Repair it with: clang-format-14 -i \$(git ls-files '*.h' '*.cpp')" >&2
+    echo "Repair it with: find bench driver simulator tests -name '*.h' -o -name '*.cpp' | xargs clang-format-14 -i" >&2
     exit 1
 }

@@ -1,18 +1,21 @@
 # What demo.sh and test.sh have in common; to be sourced from the root of the repository.
 
-build_packages=(cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev googletest)
-run_packages=(wine wine64)
-cups_packages=(cups cups-client socat)
-lint_packages=(clang-format-14 clang-tidy-14 python3)
+# What the scripts use, by the Debian package that brings it: build tools, cross compiler, IDL compiler with the platform's
+# definitions, test framework; Wine, a print server, a listener for it; the checks of the sources.
+packages_to_build=(cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev googletest)
+packages_to_run=(wine wine64 cups cups-client socat)
+packages_to_check=(python3 clang-format-14)
+packages_to_lint=(clang-tidy-14)
 
 say() { printf '\n== %s\n' "$*"; }
 
 # build PRESET [TARGET...]: configures and builds it, or those targets of it.
 build() {
-    local preset=$1
+    local preset=$1 quiet=()
     shift
     cmake --preset "$preset" >"$(log_of "$preset" configure)" 2>&1 || { cat "$(log_of "$preset" configure)"; return 1; }
-    cmake --build --preset "$preset" ${*:+--target "$@"}
+    [ -t 1 ] || quiet=(-- --quiet)
+    cmake --build --preset "$preset" ${*:+--target "$@"} "${quiet[@]}"
 }
 
 log_of() {

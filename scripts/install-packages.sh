@@ -2,6 +2,14 @@
 # Installs the Debian packages that are missing, as root or through sudo; needs no network if none is.
 # usage: install-packages.sh PACKAGE...
 set -euo pipefail
+cd "$(dirname "$0")/.."
+
+log=build/logs/packages.log
+
+give_up() {
+    echo "$1 Packages missing: ${missing[*]}" >&2
+    exit 1
+}
 
 missing=()
 for package in "$@"; do
@@ -10,9 +18,17 @@ for package in "$@"; do
 done
 [ ${#missing[@]} -eq 0 ] && exit 0
 
+command -v apt-get >/dev/null || give_up "This is not Debian: install what is needed by hand."
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null || give_up "Installing packages needs root or sudo."
+    as_root=(sudo)
+fi
+
 echo "Installing ${missing[*]}"
-run=()
-[ "$(id -u)" -eq 0 ] || run=(sudo)
+mkdir -p build/logs
 export DEBIAN_FRONTEND=noninteractive
-"${run[@]}" apt-get update -qq
-"${run[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+# A source that fails is no harm as long as the others have what is missing.
+"${as_root[@]}" apt-get update -qq >"$log" 2>&1 || true
+"${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >>"$log" 2>&1 ||
+    give_up "apt-get: $(grep -m 1 -E '^(E:|W: Failed)' "$log" || true) ($log has all of it)."

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/driver/BasicDriverInterface.h"
 
-#include "support/spooler/SpoolerTest.h"
+#include "support/ImportHook.h"
 #include "support/TemporaryDirectory.h"
+#include "support/spooler/SpoolerTest.h"
 #include "vrl/driver/AdvancedDriverInterface.h"
 #include "vrl/spooler/Spooler.h"
 
@@ -132,6 +133,22 @@ TEST_F(BasicDriverInterfaceTest, FirstJobWithAnEmptyTextFallsThroughToTheStatusW
     job.statusText = L"";
     AddJob(job);
     EXPECT_EQ(driver.GetStatusText(), "Ready");
+}
+
+TEST_F(BasicDriverInterfaceTest, StatusTextAsksForTheWholeQueue)
+{
+    static DWORD jobsAskedFor;
+    static decltype(&::EnumJobsW) original;
+    jobsAskedFor = 0;
+    const ImportHook<decltype(::EnumJobsW)> hook("EnumJobsW", [](HANDLE printer, DWORD first, DWORD count, DWORD level,
+                                                                 BYTE* buffer, DWORD size, DWORD* needed,
+                                                                 DWORD* returned) {
+        jobsAskedFor = count;
+        return original(printer, first, count, level, buffer, size, needed, returned);
+    });
+    original = hook.Original();
+    driver.GetStatusText();
+    EXPECT_EQ(jobsAskedFor, 0xFFFFFFFF);
 }
 
 TEST_F(BasicDriverInterfaceTest, UnreadableQueueFallsThroughToTheStatusWord)
@@ -379,6 +396,22 @@ TEST_F(SendFileTest, ShortWritesGoOnWithWhatRemains)
     EXPECT_EQ(SpoolerJobBytes(printerName, JobSent()), Content(10));
 }
 
+TEST_F(SendFileTest, PausesBetweenWritesAndNotAfterTheLast)
+{
+    static std::vector<DWORD> pauses;
+    static DWORD sender;
+    pauses.clear();
+    sender = ::GetCurrentThreadId();
+    const ImportHook<decltype(::Sleep)> hook("Sleep", [](DWORD ms) {
+        if (::GetCurrentThreadId() == sender) pauses.push_back(ms);
+    });
+    const OString file = File(10);
+    ShortWrite(4);
+    ShortWrite(3);
+    EXPECT_TRUE(driver.SendFile(file, OString("Job")));
+    EXPECT_EQ(pauses, (std::vector<DWORD>{50, 50}));
+}
+
 TEST_F(SendFileTest, WriteThatFailsBehindAPartClosesPageAndDocument)
 {
     const OString file = File(10);
@@ -476,6 +509,37 @@ TEST_F(BasicDriverInterfaceTest, JobFieldsAreFalseWhenACallFails)
         EXPECT_FALSE((driver.*row.set)(jobId, 42)) << row.name;
         FailNext(SpoolerCall::SetJobW, ERROR_ACCESS_DENIED);
         EXPECT_FALSE((driver.*row.set)(jobId, 42)) << row.name;
+    }
+}
+
+TEST_F(BasicDriverInterfaceTest, JobFieldsNeedOnlyASizeFromTheFirstRead)
+{
+    for (const JobField& row : jobFields) {
+        for (const SpoolerEffect effect : {SpoolerEffect::SucceedEmpty, SpoolerEffect::Fail}) {
+            const DWORD jobId = AddJob({});
+            ::SpoolerClearLog();
+            SpoolerFailure sizeToldOtherwise;
+            sizeToldOtherwise.call = SpoolerCall::GetJob;
+            sizeToldOtherwise.effect = effect;
+            sizeToldOtherwise.error = ERROR_ACCESS_DENIED;
+            sizeToldOtherwise.bytes = 4096;
+            ::SpoolerInject(sizeToldOtherwise);
+            EXPECT_TRUE((driver.*row.set)(jobId, 42)) << row.name;
+            EXPECT_EQ(PeekJob(jobId).*row.field, 42u) << row.name;
+        }
+    }
+}
+
+TEST_F(BasicDriverInterfaceTest, JobFieldsAreFalseWithoutASize)
+{
+    for (const JobField& row : jobFields) {
+        const DWORD jobId = AddJob({});
+        ::SpoolerClearLog();
+        FailNext(SpoolerCall::GetJob, ERROR_INSUFFICIENT_BUFFER);
+        EXPECT_FALSE((driver.*row.set)(jobId, 42)) << row.name;
+        EmptyNext(SpoolerCall::GetJob);
+        EXPECT_FALSE((driver.*row.set)(jobId, 42)) << row.name;
+        EXPECT_EQ(Calls(), (std::vector{SpoolerCall::GetJob, SpoolerCall::GetJob})) << row.name;
     }
 }
 

@@ -22,8 +22,7 @@ bool ControlJob(HANDLE printer, unsigned long jobId, DWORD command)
 
 bool ReplaceJobField(HANDLE printer, unsigned long jobId, DWORD JOB_INFO_2W::*field, DWORD value)
 {
-    const SpoolerBuffer job = ReadSized(
-        [=](BYTE* buffer, DWORD size, DWORD* needed) { return ::GetJobW(printer, jobId, 2, buffer, size, needed); });
+    const SpoolerBuffer job = ReadJob(printer, jobId);
     if (!job) return false;
     job.As<JOB_INFO_2W>()->*field = value;
     return ::SetJobW(printer, jobId, 2, job.Data(), 0) != FALSE;

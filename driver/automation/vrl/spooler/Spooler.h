@@ -12,25 +12,44 @@
 #include <new>
 #include <utility>
 
+/// `ClosePrinter` for owners, which close in destructors: what the spooler raises there is dropped.
+inline void ClosePrinterQuietly(HANDLE printer) noexcept
+{
+    try {
+        ::ClosePrinter(printer);
+    } catch (...) { // NOLINT(bugprone-empty-catch): the handle is gone either way
+    }
+}
+
 /// A spooler handle that somebody owns; `XPrinter`'s own is deliberately none.
-using OPrinterHandle = OHandle<::ClosePrinter>;
+using OPrinterHandle = OHandle<ClosePrinterQuietly>;
 
 /// What a sized spooler read gave: the records, with their texts in the same block.
 class SpoolerBuffer {
 public:
+    /// No record of any level is longer. A block has at least so many bytes, all zero at first, so that a record of
+    /// which the spooler told only a part reads as zeros from there on.
+    static constexpr DWORD longestRecord = 256;
+
     SpoolerBuffer() noexcept = default;
-    explicit SpoolerBuffer(DWORD size) noexcept : _bytes(new (std::nothrow) BYTE[size]{}), _size(size) {}
+    explicit SpoolerBuffer(DWORD size) noexcept
+        : _bytes(new (std::nothrow) BYTE[size < longestRecord ? longestRecord : size]{}), _size(size)
+    {
+    }
 
     /// False if nothing was read.
     explicit operator bool() const noexcept { return _bytes != nullptr; }
 
     BYTE* Data() const noexcept { return _bytes.get(); }
+
+    /// Bytes that the spooler asked for.
     DWORD Size() const noexcept { return _size; }
 
     /// The block as the record (or the first record) of the level that was asked for.
     template <class Record>
     Record* As() const noexcept
     {
+        static_assert(sizeof(Record) <= longestRecord);
         return reinterpret_cast<Record*>(_bytes.get());
     }
 
@@ -39,22 +58,27 @@ private:
     DWORD _size = 0;
 };
 
-/// The repeated sized read of the spooler: ask with no buffer, allocate what it wants, ask again.
-///
-/// `call` is `BOOL(BYTE* buffer, DWORD size, DWORD* needed)`. Gives an empty buffer if the first call does anything but
-/// fail with ERROR_INSUFFICIENT_BUFFER, if there is no memory, or if the second call fails. `answeredAtOnce`, if
-/// given, tells whether the first call succeeded, so that there was nothing to copy. Never throws of its own accord.
+/// The second half of a sized read: allocates `needed` bytes and calls `call` with them. Empty if there is no memory or
+/// the call fails. `call` is as in `ReadSized`.
 template <class Call>
-SpoolerBuffer ReadSized(Call&& call, bool* answeredAtOnce = nullptr)
+SpoolerBuffer ReadBytes(Call&& call, DWORD needed)
 {
-    DWORD needed = 0;
-    const BOOL answered = call(nullptr, 0, &needed);
-    if (answeredAtOnce) *answeredAtOnce = answered != FALSE;
-    if (answered || ::GetLastError() != ERROR_INSUFFICIENT_BUFFER || needed == 0) return {};
-
     SpoolerBuffer buffer(needed);
     if (!buffer || !call(buffer.Data(), needed, &needed)) return {};
     return buffer;
+}
+
+/// The repeated sized read of the spooler: ask with no buffer, allocate what it wants, ask again.
+///
+/// `call` is `BOOL(BYTE* buffer, DWORD size, DWORD* needed)`. Gives an empty buffer if the first call does anything but
+/// fail with ERROR_INSUFFICIENT_BUFFER, if there is no memory, or if the second call fails. Never throws of its own
+/// accord.
+template <class Call>
+SpoolerBuffer ReadSized(Call&& call)
+{
+    DWORD needed = 0;
+    if (call(nullptr, 0, &needed) || ::GetLastError() != ERROR_INSUFFICIENT_BUFFER || needed == 0) return {};
+    return ReadBytes(call, needed);
 }
 
 /// `ReadSized` of `GetPrinterW` at a level.
@@ -64,11 +88,31 @@ inline SpoolerBuffer ReadPrinter(HANDLE printer, DWORD level)
         [=](BYTE* buffer, DWORD size, DWORD* needed) { return ::GetPrinterW(printer, level, buffer, size, needed); });
 }
 
+/// A job at level 2 (JOB_INFO_2W). Empty if the spooler tells no size, if there is no memory, or if the second call
+/// fails.
+// Deliberate: unlike in `ReadSized`, the first call only tells the size, whether it succeeds or how ever it fails.
+inline SpoolerBuffer ReadJob(HANDLE printer, DWORD jobId)
+{
+    const auto call = [=](BYTE* buffer, DWORD size, DWORD* needed) {
+        return ::GetJobW(printer, jobId, 2, buffer, size, needed);
+    };
+    DWORD needed = 0;
+    call(nullptr, 0, &needed);
+    return needed == 0 ? SpoolerBuffer() : ReadBytes(call, needed);
+}
+
 /// Opens `name` with one access mask; the handle is null if the spooler refuses.
-inline HANDLE OpenPrinterWithAccess(const wchar_t* name, ACCESS_MASK access) noexcept
+inline HANDLE OpenPrinterWithAccess(const wchar_t* name, ACCESS_MASK access)
 {
     PRINTER_DEFAULTSW defaults{};
     defaults.DesiredAccess = access;
     HANDLE printer = nullptr;
     return ::OpenPrinterW(const_cast<wchar_t*>(name), &printer, &defaults) ? printer : nullptr;
+}
+
+/// Opens `name` with all access, or with the right to use it where that is refused; null if that is refused too.
+inline HANDLE OpenPrinterWithMostAccess(const wchar_t* name)
+{
+    HANDLE const printer = OpenPrinterWithAccess(name, PRINTER_ALL_ACCESS);
+    return printer ? printer : OpenPrinterWithAccess(name, PRINTER_ACCESS_USE);
 }

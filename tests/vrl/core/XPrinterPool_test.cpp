@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/core/XPrinterPool.h"
 
+#include "foundation/failures/OException.h"
+#include "foundation/failures/OExceptionHandler.h"
+#include "support/Eventually.h"
+#include "support/ImportHook.h"
+#include "support/TranslatorScope.h"
 #include "support/spooler/SpoolerTest.h"
+#include "vrl/frame/Module.h"
 #include "vrl/frame/VRException.h"
 #include "vrl/core/XPrinter.h"
 #include "vrl/core/XPrinterRef.h"
@@ -128,6 +134,21 @@ TEST_F(XPrinterPoolTest, SlowOpenHoldsUpOtherThreadsUntilItIsDone)
     ::CloseHandle(release);
 }
 
+TEST_F(XPrinterPoolTest, StructuredExceptionOutOfTheOpeningReachesTheCallerAndLeavesNothing)
+{
+    const TranslatorScope translator(OExceptionHandler::Translate);
+    {
+        const ImportHook<decltype(::OpenPrinterW)> hook("OpenPrinterW",
+                                                        [](LPWSTR, HANDLE*, PRINTER_DEFAULTSW*) -> BOOL {
+                                                            ::RaiseException(STATUS_ACCESS_VIOLATION, 0, 0, nullptr);
+                                                            return FALSE;
+                                                        });
+        EXPECT_THROW(RunTranslated([] { XPrinterPool::Acquire(OString("Label")); }), OException);
+    }
+    EXPECT_EQ(XPrinterPool::GetCount(), 0);
+    EXPECT_NO_THROW(XPrinterRef::Acquire(OString("Label")).Release());
+}
+
 TEST_F(XPrinterPoolTest, MovedReferenceCountsOnce)
 {
     XPrinterRef first = XPrinterRef::Acquire(OString("Label"));
@@ -146,6 +167,120 @@ TEST_F(XPrinterPoolTest, AssignedReferenceGivesTheOldPrinterBack)
     reference = XPrinterRef::Acquire(OString("Other"));
     EXPECT_EQ(XPrinterPool::GetCount(), 1);
     EXPECT_EQ(reference->GetPrinterName(), "Other");
+}
+
+// ---- releases on notification threads ----
+
+using Environment = _TP_CALLBACK_ENVIRON_V3;
+
+/// Runs `body` on a thread that the pool takes for the notification thread of `xPrinter`.
+template <class Body>
+void OnStatusThreadOf(XPrinter& xPrinter, Body&& body)
+{
+    std::jthread([&] {
+        const XPrinterPool::StatusThreadScope scope(xPrinter);
+        body();
+    }).join();
+}
+
+/// Keeps the work that is given to the system's pool of threads until the test runs it.
+class StandingPool {
+public:
+    void RunWork() const { work(nullptr, workContext); }
+
+private:
+    static inline PTP_SIMPLE_CALLBACK work;
+    static inline void* workContext;
+    const ImportHook<decltype(::TrySubmitThreadpoolCallback)> _hook{
+        "TrySubmitThreadpoolCallback", [](PTP_SIMPLE_CALLBACK callback, void* context, Environment*) -> BOOL {
+            work = callback;
+            workContext = context;
+            return TRUE;
+        }};
+};
+
+/// A printer that is watched, and the last count on another one.
+class LastReleaseTest : public XPrinterPoolTest {
+protected:
+    void SetUp() override
+    {
+        SpoolerTest::SetUp();
+        SpoolerPrinter other = LabelPrinter();
+        other.printerName = L"Other";
+        AddPrinter(other);
+        watched = XPrinterRef::Acquire(OString("Other"));
+        last = XPrinterRef::Acquire(OString("Label"));
+    }
+
+    void TearDown() override
+    {
+        watched.Release();
+        XPrinterPoolTest::TearDown();
+    }
+
+    XPrinterRef watched;
+    XPrinterRef last;
+};
+
+TEST_F(LastReleaseTest, OnANotificationThreadEvenOfAnotherPrinterIsFinishedOnAPoolThread)
+{
+    OnStatusThreadOf(*watched.Get(), [&] { last.Release(); });
+    EXPECT_TRUE(Eventually([] { return XPrinterPool::GetCount() == 1 && Module::IsIdle(); }));
+}
+
+TEST_F(LastReleaseTest, LocksTheModuleUntilThePoolThreadIsThrough)
+{
+    const StandingPool pool;
+    OnStatusThreadOf(*watched.Get(), [&] { last.Release(); });
+    EXPECT_FALSE(Module::IsIdle());
+    EXPECT_EQ(XPrinterPool::GetCount(), 2);
+    pool.RunWork();
+    EXPECT_TRUE(Module::IsIdle());
+    EXPECT_EQ(XPrinterPool::GetCount(), 1);
+}
+
+TEST_F(LastReleaseTest, LeavesANewObjectToAThreadThatAcquiresTheNameMeanwhile)
+{
+    const StandingPool pool;
+    const XPrinter* const closing = last.Get();
+    OnStatusThreadOf(*watched.Get(), [&] { last.Release(); });
+    const XPrinterRef next = XPrinterRef::Acquire(OString("Label"));
+    EXPECT_NE(next.Get(), closing);
+    pool.RunWork();
+    EXPECT_EQ(XPrinterRef::Acquire(OString("Label")).Get(), next.Get());
+}
+
+class NoPoolThreadTest : public XPrinterPoolTest {
+protected:
+    const ImportHook<decltype(::TrySubmitThreadpoolCallback)> refusal{
+        "TrySubmitThreadpoolCallback", [](PTP_SIMPLE_CALLBACK, void*, Environment*) -> BOOL { return FALSE; }};
+};
+
+TEST_F(NoPoolThreadTest, PrinterStaysOpenUntilItIsAcquiredAndReleasedOnceMore)
+{
+    XPrinterRef last = XPrinterRef::Acquire(OString("Label"));
+    OnStatusThreadOf(*last.Get(), [&] { last.Release(); });
+    EXPECT_EQ(XPrinterPool::GetCount(), 1);
+    EXPECT_TRUE(Module::IsIdle());
+    XPrinterRef::Acquire(OString("Label")).Release();
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 1u);
+    EXPECT_EQ(XPrinterPool::GetCount(), 0);
+}
+
+TEST_F(NoPoolThreadTest, ReleaseTooManyTakesNoCountFromTheNextHolder)
+{
+    XPrinterRef last = XPrinterRef::Acquire(OString("Label"));
+    XPrinter* const xPrinter = last.Get();
+    OnStatusThreadOf(*xPrinter, [&] {
+        last.Release();
+        XPrinterPool::Release(xPrinter);
+    });
+    XPrinterRef next = XPrinterRef::Acquire(OString("Label"));
+    EXPECT_EQ(next.Get(), xPrinter);
+    XPrinterRef another = XPrinterRef::Acquire(OString("Label"));
+    next.Release();
+    EXPECT_EQ(XPrinterPool::GetCount(), 1);
+    another.Release();
 }
 
 } // namespace

@@ -1,11 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/core/XPrinter.h"
 
+#include "support/AllocationFailure.h"
+#include "support/BackgroundCall.h"
+#include "support/ImportHook.h"
+#include "support/TemporaryDirectory.h"
+#include "support/spooler/HeldCall.h"
 #include "support/spooler/SpoolerTest.h"
 #include "vrl/frame/VRException.h"
 #include "vrl/core/XPrinterPool.h"
 #include "vrl/core/XPrinterRef.h"
 
+#include <process.h>
+
+#include <string>
 #include <thread>
 
 namespace {
@@ -520,6 +528,65 @@ TEST_F(XPrinterTest, EmptyQueueGivesNoJobAndIsNoFailure)
     EXPECT_TRUE(ids.IsEmpty());
 }
 
+TEST_F(XPrinterTest, EnumJobIdsAsksForTheWholeQueue)
+{
+    static DWORD jobsAskedFor;
+    static decltype(&::EnumJobsW) original;
+    jobsAskedFor = 0;
+    const ImportHook<decltype(::EnumJobsW)> hook("EnumJobsW", [](HANDLE printer, DWORD first, DWORD count, DWORD level,
+                                                                 BYTE* buffer, DWORD size, DWORD* needed,
+                                                                 DWORD* returned) {
+        jobsAskedFor = count;
+        return original(printer, first, count, level, buffer, size, needed, returned);
+    });
+    original = hook.Original();
+    OTypedArray<unsigned long> ids;
+    xPrinter->EnumJobIds(ids);
+    EXPECT_EQ(jobsAskedFor, 0xFFFFFFFF);
+}
+
+TEST_F(XPrinterTest, SmallBufferThatNeedsNothingIsAnEmptyQueue)
+{
+    AddJob({});
+    ::SpoolerClearLog();
+    FailNext(SpoolerCall::EnumJobs, ERROR_INSUFFICIENT_BUFFER);
+    OTypedArray<unsigned long> ids;
+    EXPECT_TRUE(xPrinter->EnumJobIds(ids));
+    EXPECT_TRUE(ids.IsEmpty());
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::EnumJobs), 1u);
+}
+
+TEST_F(XPrinterTest, SuccessThatTellsASizeIsReadOnceMore)
+{
+    const DWORD job = AddJob({});
+    SpoolerFailure sizeTold;
+    sizeTold.call = SpoolerCall::EnumJobs;
+    sizeTold.effect = SpoolerEffect::SucceedEmpty;
+    sizeTold.bytes = 4096;
+    ::SpoolerInject(sizeTold);
+    OTypedArray<unsigned long> ids;
+    EXPECT_TRUE(xPrinter->EnumJobIds(ids));
+    ASSERT_EQ(ids.GetSize(), 1);
+    EXPECT_EQ(ids.GetAt(0), job);
+}
+
+TEST_F(XPrinterTest, MoreJobsThanTheAnswerHasRoomForAreNotBelieved)
+{
+    AddJob({});
+    static decltype(&::EnumJobsW) original;
+    const ImportHook<decltype(::EnumJobsW)> hook("EnumJobsW", [](HANDLE printer, DWORD first, DWORD count, DWORD level,
+                                                                 BYTE* buffer, DWORD size, DWORD* needed,
+                                                                 DWORD* returned) {
+        const BOOL answer = original(printer, first, count, level, buffer, size, needed, returned);
+        *returned = 0x10000000;
+        return answer;
+    });
+    original = hook.Original();
+    OTypedArray<unsigned long> ids;
+    EXPECT_TRUE(xPrinter->EnumJobIds(ids));
+    EXPECT_LT(ids.GetSize(), 100);
+}
+
 TEST_F(XPrinterTest, EnumJobIdsFailsWhenTheFirstCallFails)
 {
     AddJob({});
@@ -542,6 +609,53 @@ TEST_F(XPrinterTest, StatusTextComesFromTheDriver)
 {
     ::SpoolerSetPrinterStatus(printerName, PRINTER_STATUS_PAPER_JAM | PRINTER_STATUS_PAPER_OUT);
     EXPECT_EQ(xPrinter->GetStatusText(), "Paper Jam, Paper Out");
+}
+
+// ---- the printer's lock ----
+
+TEST_F(XPrinterTest, StatusTextIsReadUnderTheLock)
+{
+    const HeldCall statusRead(SpoolerCall::EnumJobs);
+    const BackgroundCall reader([this] { xPrinter->GetStatusText(); });
+    ASSERT_TRUE(statusRead.WaitUntilMade());
+    const BackgroundCall other([this] { xPrinter->GetComment(); });
+    EXPECT_TRUE(other.IsHeldUp());
+    statusRead.Release();
+    EXPECT_TRUE(other.Ends());
+}
+
+TEST_F(XPrinterTest, FileIsSentWithoutTheLock)
+{
+    const TemporaryDirectory folder;
+    const std::wstring file = folder.Make(L"label.lbl", "label");
+    const HeldCall write(SpoolerCall::WritePrinter);
+    const BackgroundCall sender([&] { xPrinter->SendFile(OString(file.c_str()), OString()); });
+    ASSERT_TRUE(write.WaitUntilMade());
+    const BackgroundCall other([this] { xPrinter->GetComment(); });
+    EXPECT_TRUE(other.Ends());
+    write.Release();
+}
+
+TEST_F(XPrinterTest, QueueCommandsTakeNoLock)
+{
+    const HeldCall read(SpoolerCall::GetPrinter);
+    const BackgroundCall reader([this] { xPrinter->GetComment(); });
+    ASSERT_TRUE(read.WaitUntilMade());
+    const BackgroundCall commands([this] {
+        for (const QueueCommand& row : queueCommands) (xPrinter.Get()->*row.run)();
+    });
+    EXPECT_TRUE(commands.Ends());
+    read.Release();
+}
+
+TEST_F(XPrinterTest, PrinterIsFoundInThePoolWhileItsLockIsHeld)
+{
+    const HeldCall read(SpoolerCall::GetPrinter);
+    const BackgroundCall reader([this] { xPrinter->GetComment(); });
+    ASSERT_TRUE(read.WaitUntilMade());
+    const BackgroundCall other([] { XPrinterRef::Acquire(OString(printerName)); });
+    EXPECT_TRUE(other.Ends());
+    read.Release();
 }
 
 // ---- objects with sinks ----
@@ -599,12 +713,54 @@ TEST_F(XPrinterTest, PropertiesCanBeReadWhileTheReferencesAreLocked)
     xPrinter->UnlockPrinterReferences();
 }
 
-TEST_F(XPrinterTest, StatusThreadCanBeAskedForAgainAndEndsWithThePrinter)
+// ---- the notification thread ----
+
+/// Counts the threads that are begun.
+class CountedThreads {
+public:
+    CountedThreads()
+    {
+        begun = 0;
+        original = _hook.Original();
+    }
+
+    static inline int begun;
+
+private:
+    static inline decltype(&::_beginthreadex) original;
+    const ImportHook<decltype(::_beginthreadex)> _hook{
+        "_beginthreadex",
+        [](void* security, unsigned stack, _beginthreadex_proc_type run, void* argument, unsigned flags, unsigned* id) {
+            ++begun;
+            return original(security, stack, run, argument, flags, id);
+        }};
+};
+
+TEST_F(XPrinterTest, StatusThreadStartsOnceAndEndsWithThePrinter)
 {
+    const CountedThreads threads;
     xPrinter->StartStatusThread();
     xPrinter->StartStatusThread();
+    EXPECT_EQ(threads.begun, 1);
     xPrinter.Release();
     EXPECT_EQ(XPrinterPool::GetCount(), 0);
+}
+
+TEST_F(XPrinterTest, StatusThreadWithoutMemoryIsStartedTheNextTime)
+{
+    const CountedThreads threads;
+    int allowed = 0;
+    for (bool failed = true; failed; ++allowed) {
+        const AllocationFailure noMemory(allowed);
+        try {
+            xPrinter->StartStatusThread();
+        } catch (const std::bad_alloc&) {
+            EXPECT_EQ(threads.begun, 0) << allowed;
+        }
+        failed = AllocationFailure::Happened();
+    }
+    EXPECT_GE(allowed, 3); // the worker, its runner, and the attempt that had enough
+    EXPECT_EQ(threads.begun, 1);
 }
 
 } // namespace

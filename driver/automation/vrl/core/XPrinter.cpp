@@ -4,6 +4,7 @@
 #include "foundation/Assert.h"
 #include "foundation/OLockGuard.h"
 #include "foundation/Trace.h"
+#include "vrl/core/StatusThreadFactory.h"
 #include "vrl/driver/AdvancedDriverInterface.h"
 #include "vrl/driver/BasicDriverInterface.h"
 #include "vrl/frame/VRException.h"
@@ -14,6 +15,18 @@ constexpr DWORD interfaceValueBytes = 520;
 constexpr DWORD allJobs = 0xFFFFFFFF;
 constexpr DWORD stopTimeoutMs = 100;
 constexpr const char* forbiddenInShareName = "/\\,";
+
+/// A text as the records of the spooler want it; the spooler only reads it.
+wchar_t* Writable(const OString& text)
+{
+    return const_cast<wchar_t*>(text.wstring());
+}
+
+void SetSharedBit(PRINTER_INFO_2W& printer, bool shared)
+{
+    constexpr DWORD bit = PRINTER_ATTRIBUTE_SHARED;
+    printer.Attributes = shared ? printer.Attributes | bit : printer.Attributes & ~bit;
+}
 
 template <class T>
 void AddReference(OPointerArray<T>& references, T* reference, const char* trace)
@@ -42,13 +55,9 @@ void RemoveReference(OPointerArray<T>& references, T* reference, const char* tra
 
 XPrinter::~XPrinter()
 {
-    if (_statusThreadRunner) {
-        while (!_statusThreadRunner->Stop(stopTimeoutMs)) {
-        }
-        _statusThreadRunner.reset();
-    }
+    StopStatusThread();
     _driver.reset();
-    _statusThread.reset();
+    DropStatusThread();
 }
 
 void XPrinter::Open(const OString& name)
@@ -56,8 +65,7 @@ void XPrinter::Open(const OString& name)
     OLockGuard guard(_printerLock);
     _printerName = OString(name.wstring()); // a text of its own: the caller's may be in use on another thread
 
-    _hPrinter = OpenPrinterWithAccess(_printerName.wstring(), PRINTER_ALL_ACCESS);
-    if (!_hPrinter) _hPrinter = OpenPrinterWithAccess(_printerName.wstring(), PRINTER_ACCESS_USE);
+    _hPrinter = OpenPrinterWithMostAccess(_printerName.wstring());
     if (!_hPrinter) throw CouldNotOpenPrinter_E();
 
     ChooseDriver();
@@ -84,6 +92,14 @@ void XPrinter::InitOdometer()
     _odometerPagesAtJobStart = _odometer.GetPages();
     _pagesPrintedInJob = 0;
     _currentJobId = 0;
+}
+
+/// Without regard to the case of the letters a to z.
+// Deliberate: without `_printerLock`, which others may hold for as long as the spooler works. The name never changes
+// after `Open`.
+bool XPrinter::IsNamed(const OString& name) const NO_THREAD_SAFETY_ANALYSIS
+{
+    return _printerName.CompareNoCase(name) == 0;
 }
 
 OString XPrinter::GetPrinterName() const
@@ -132,16 +148,11 @@ void XPrinter::SetShareName(const OString& shareName)
     OLockGuard guard(_printerLock);
     if (shareName.FindOneOf(OString(forbiddenInShareName)) >= 0) throw PrinterShareNameNotValid_E();
 
-    const SpoolerBuffer info = ReadPrinter(_hPrinter, 2);
-    if (!info) return;
-    auto* const printer = info.As<PRINTER_INFO_2W>();
-    printer->pShareName = const_cast<wchar_t*>(shareName.wstring());
-    if (shareName.IsEmpty()) {
-        printer->Attributes &= ~DWORD{PRINTER_ATTRIBUTE_SHARED};
-    } else {
-        printer->Attributes |= PRINTER_ATTRIBUTE_SHARED;
-    }
-    if (Write(info)) return;
+    const Rewriting result = Rewrite([&](PRINTER_INFO_2W& printer) {
+        printer.pShareName = Writable(shareName);
+        SetSharedBit(printer, !shareName.IsEmpty());
+    });
+    if (result != Rewriting::Refused) return;
     if (::GetLastError() == ERROR_INVALID_SHARENAME) throw PrinterShareNameNotValid_E();
     throw SystemError_E();
 }
@@ -149,22 +160,20 @@ void XPrinter::SetShareName(const OString& shareName)
 void XPrinter::SetPortName(const OString& portName)
 {
     OLockGuard guard(_printerLock);
-    const SpoolerBuffer info = ReadPrinter(_hPrinter, 2);
-    if (!info) return;
-    info.As<PRINTER_INFO_2W>()->pPortName = const_cast<wchar_t*>(portName.wstring());
-    if (Write(info)) return;
+    const Rewriting result = Rewrite([&](PRINTER_INFO_2W& printer) { printer.pPortName = Writable(portName); });
+    if (result != Rewriting::Refused) return;
     if (::GetLastError() == ERROR_UNKNOWN_PORT) throw InvalidPort_E();
     throw SystemError_E();
 }
 
 void XPrinter::SetComment(const OString& comment)
 {
-    WriteText(&PRINTER_INFO_2W::pComment, comment);
+    WriteField(&PRINTER_INFO_2W::pComment, Writable(comment));
 }
 
 void XPrinter::SetLocation(const OString& location)
 {
-    WriteText(&PRINTER_INFO_2W::pLocation, location);
+    WriteField(&PRINTER_INFO_2W::pLocation, Writable(location));
 }
 
 DWORD XPrinter::GetDefaultPriority() const
@@ -175,7 +184,7 @@ DWORD XPrinter::GetDefaultPriority() const
 
 void XPrinter::SetDefaultPriority(DWORD priority)
 {
-    WriteNumber(&PRINTER_INFO_2W::DefaultPriority, priority);
+    WriteField(&PRINTER_INFO_2W::DefaultPriority, priority);
 }
 
 DWORD XPrinter::GetStartTime() const
@@ -185,7 +194,7 @@ DWORD XPrinter::GetStartTime() const
 
 void XPrinter::SetStartTime(DWORD minutes)
 {
-    WriteNumber(&PRINTER_INFO_2W::StartTime, minutes);
+    WriteField(&PRINTER_INFO_2W::StartTime, minutes);
 }
 
 DWORD XPrinter::GetUntilTime() const
@@ -195,7 +204,7 @@ DWORD XPrinter::GetUntilTime() const
 
 void XPrinter::SetUntilTime(DWORD minutes)
 {
-    WriteNumber(&PRINTER_INFO_2W::UntilTime, minutes);
+    WriteField(&PRINTER_INFO_2W::UntilTime, minutes);
 }
 
 bool XPrinter::IsLocal() const
@@ -242,14 +251,21 @@ void XPrinter::Purge()
 bool XPrinter::EnumJobIds(OTypedArray<unsigned long>& jobIds) const
 {
     OLockGuard guard(_printerLock);
+    HANDLE const printer = _hPrinter;
     DWORD count = 0;
-    bool emptyQueue = false;
-    const SpoolerBuffer jobs =
-        ReadSized([&](BYTE* buffer, DWORD size,
-                      DWORD* needed) { return ::EnumJobsW(_hPrinter, 0, allJobs, 3, buffer, size, needed, &count); },
-                  &emptyQueue);
-    if (!jobs) return emptyQueue;
-    for (DWORD i = 0; i < count; ++i) jobIds.Add(jobs.As<JOB_INFO_3>()[i].JobId);
+    const auto call = [&](BYTE* buffer, DWORD size, DWORD* needed) {
+        return ::EnumJobsW(printer, 0, allJobs, 3, buffer, size, needed, &count);
+    };
+    // Deliberate: a size that is told counts, also with a success; a success or 122 without one is an empty queue.
+    DWORD needed = 0;
+    if (!call(nullptr, 0, &needed) && ::GetLastError() != ERROR_INSUFFICIENT_BUFFER) return false;
+    if (needed == 0) return true;
+
+    const SpoolerBuffer jobs = ReadBytes(call, needed);
+    if (!jobs) return false;
+    const auto* const records = jobs.As<JOB_INFO_3>();
+    const DWORD room = jobs.Size() / sizeof *records;
+    for (DWORD i = 0; i < count && i < room; ++i) jobIds.Add(records[i].JobId);
     return true;
 }
 
@@ -268,9 +284,31 @@ void XPrinter::StartStatusThread()
 {
     OLockGuard guard(_threadLock);
     if (_statusThread) return;
-    _statusThread = std::make_unique<XJobStatusThread>(this);
-    _statusThreadRunner = std::make_unique<OThread>(_statusThread.get());
-    _statusThreadRunner->Start();
+    std::unique_ptr<IThreadable> thread = MakeStatusThread(*this);
+    auto runner = std::make_unique<OThread>(thread.get());
+    runner->Start();
+    _statusThread = std::move(thread);
+    _statusThreadRunner = std::move(runner);
+}
+
+// The lock is not held while the thread is waited for: an object that it makes asks for the thread to be started.
+void XPrinter::StopStatusThread()
+{
+    std::unique_ptr<OThread> runner;
+    {
+        OLockGuard guard(_threadLock);
+        runner = std::move(_statusThreadRunner);
+    }
+    if (!runner) return;
+    while (!runner->Stop(stopTimeoutMs)) {
+    }
+}
+
+void XPrinter::DropStatusThread()
+{
+    std::unique_ptr<IThreadable> thread;
+    OLockGuard guard(_threadLock);
+    thread = std::move(_statusThread);
 }
 
 void XPrinter::AddPrinterReference(Printer* printer)
@@ -285,7 +323,8 @@ void XPrinter::RemovePrinterReference(Printer* printer)
     RemoveReference(_printerRefs, printer, "Printer removed from reference array\n");
 }
 
-bool XPrinter::HasPrinterReferences() const
+// Deliberate: no lock. Who reads it wants to know whether anybody listens, and takes the lock before he looks closer.
+bool XPrinter::HasPrinterReferences() const NO_THREAD_SAFETY_ANALYSIS
 {
     return !_printerRefs.IsEmpty();
 }
@@ -313,7 +352,8 @@ void XPrinter::RemoveQueueReference(PrintQueue* queue)
     RemoveReference(_queueRefs, queue, "PrintQueue removed from reference array\n");
 }
 
-bool XPrinter::HasQueueReferences() const
+// Deliberate: no lock, as above.
+bool XPrinter::HasQueueReferences() const NO_THREAD_SAFETY_ANALYSIS
 {
     return !_queueRefs.IsEmpty();
 }
@@ -348,39 +388,37 @@ bool XPrinter::HasAttribute(DWORD attribute) const
     return (ReadNumber(&PRINTER_INFO_2W::Attributes) & attribute) != 0;
 }
 
-void XPrinter::WriteText(wchar_t* PRINTER_INFO_2W::*field, const OString& text)
+template <class Replace>
+XPrinter::Rewriting XPrinter::Rewrite(Replace&& replace)
 {
-    OLockGuard guard(_printerLock);
-    const SpoolerBuffer info = ReadPrinter(_hPrinter, 2);
-    if (!info) return;
-    info.As<PRINTER_INFO_2W>()->*field = const_cast<wchar_t*>(text.wstring());
-    Write(info);
+    DWORD error = ERROR_SUCCESS;
+    {
+        const SpoolerBuffer info = ReadPrinter(_hPrinter, 2);
+        if (!info) return Rewriting::Unread;
+        replace(*info.As<PRINTER_INFO_2W>());
+        if (::SetPrinterW(_hPrinter, 2, info.Data(), 0)) return Rewriting::Written;
+        error = ::GetLastError();
+    }
+    ::SetLastError(error);
+    return Rewriting::Refused;
 }
 
-void XPrinter::WriteNumber(DWORD PRINTER_INFO_2W::*field, DWORD value)
+template <class Value>
+void XPrinter::WriteField(Value PRINTER_INFO_2W::*field, Value value)
 {
     OLockGuard guard(_printerLock);
-    const SpoolerBuffer info = ReadPrinter(_hPrinter, 2);
-    if (!info) return;
-    info.As<PRINTER_INFO_2W>()->*field = value;
-    Write(info);
+    Rewrite([=](PRINTER_INFO_2W& printer) { printer.*field = value; });
 }
 
 void XPrinter::WriteSharedAttribute(bool shared)
 {
-    const SpoolerBuffer info = ReadPrinter(_hPrinter, 2);
-    if (!info) throw SystemError_E();
-    auto& attributes = info.As<PRINTER_INFO_2W>()->Attributes;
-    attributes = shared ? attributes | PRINTER_ATTRIBUTE_SHARED : attributes & ~DWORD{PRINTER_ATTRIBUTE_SHARED};
-    if (!Write(info)) throw SystemError_E();
+    if (Rewrite([=](PRINTER_INFO_2W& printer) { SetSharedBit(printer, shared); }) != Rewriting::Written) {
+        throw SystemError_E();
+    }
 }
 
-bool XPrinter::Write(const SpoolerBuffer& info)
-{
-    return ::SetPrinterW(_hPrinter, 2, info.Data(), 0) != FALSE;
-}
-
-void XPrinter::Control(DWORD command)
+// Deliberate: without `_printerLock`, so that a queue can be paused while the spooler works for another thread.
+void XPrinter::Control(DWORD command) NO_THREAD_SAFETY_ANALYSIS
 {
     ::SetPrinterW(_hPrinter, 0, nullptr, command);
 }

@@ -4,11 +4,12 @@
 #include "foundation/OCriticalSection.h"
 #include "foundation/arrays/OPointerArray.h"
 #include "foundation/text/OString.h"
+#include "foundation/threads/IThreadable.h"
 #include "foundation/threads/OThread.h"
+#include "vrl/core/XPrinterPool.h"
 #include "vrl/driver/DriverInterface.h"
 #include "vrl/driver/Odometer.h"
 #include "vrl/spooler/Spooler.h"
-#include "vrl/tracking/XJobStatusThread.h"
 
 #include <memory>
 
@@ -27,7 +28,7 @@ public:
     XPrinter(const XPrinter&) = delete;
     XPrinter& operator=(const XPrinter&) = delete;
 
-    /// Stops and joins the notification thread. The spooler handle stays open.
+    /// Stops the notification thread and waits for its end. The spooler handle stays open.
     ~XPrinter();
 
     /// The name as it was given to the first `Acquire` of this printer.
@@ -94,7 +95,8 @@ public:
 
     // Sinks
 
-    /// Starts the notification thread at the first call. It lives as long as the `XPrinter`.
+    /// Starts the notification thread unless it was started before; it lives as long as the `XPrinter`. Throws, with
+    /// nothing started, if there is no memory for it; the next call then tries again.
     void StartStatusThread();
 
     /// The arrays list objects that have sinks and hold no references: an object takes itself out before it dies.
@@ -114,35 +116,57 @@ private:
     friend class XPrinterPool;
 
     void Open(const OString& name);
-    void ChooseDriver();
+    bool IsNamed(const OString& name) const;
+    void ChooseDriver() REQUIRES(_printerLock);
     void InitOdometer();
 
+    /// Asks the notification thread to stop until it has ended; nothing happens if there is none. No lock may be held
+    /// that the thread, or a sink that it is calling, could want.
+    void StopStatusThread();
+    /// Destroys the worker of a stopped thread, with what it holds. The next first sink starts another.
+    void DropStatusThread();
+
     OString ReadText(wchar_t* PRINTER_INFO_2W::*field) const;
-    DWORD ReadNumber(DWORD PRINTER_INFO_2W::*field, DWORD without = 0) const;
+    DWORD ReadNumber(DWORD PRINTER_INFO_2W::*field, DWORD unread = 0) const;
     bool HasAttribute(DWORD attribute) const;
 
-    /// Read, replace, write; a printer that can't be read is left alone.
-    void WriteText(wchar_t* PRINTER_INFO_2W::*field, const OString& text);
-    void WriteNumber(DWORD PRINTER_INFO_2W::*field, DWORD value);
-    void WriteSharedAttribute(bool shared);
-    bool Write(const SpoolerBuffer& info);
+    enum class Rewriting { Unread, Written, Refused };
+
+    /// The one way to change level 2: reads it, lets `replace` change the record, and writes all of it back. The last
+    /// error is that of a refused write.
+    template <class Replace>
+    Rewriting Rewrite(Replace&& replace) REQUIRES(_printerLock);
+
+    /// Replaces one field; neither a failed read nor a refused write is told.
+    template <class Value>
+    void WriteField(Value PRINTER_INFO_2W::*field, Value value);
+
+    void WriteSharedAttribute(bool shared) REQUIRES(_printerLock);
     void Control(DWORD command);
 
-    long _referenceCount = 0; // under the pool's lock
+    long _referenceCount GUARDED_BY(XPrinterPool::_lock) = 0;
+    bool _closing GUARDED_BY(XPrinterPool::_lock) = false; ///< the last count has gone; only its own thread finds it
+    DWORD _statusThreadId GUARDED_BY(XPrinterPool::_lock) = 0; ///< of the running notification thread
+
+    // The odometer's job: only the notification thread counts it, and `Open` before there is one.
     DWORD _currentJobId = 0;
     DWORD _pagesPrintedInJob = 0;
     DWORD _odometerPagesAtJobStart = 0;
+
     Odometer _odometer;
     mutable OCriticalSection _printerLock;
-    OCriticalSection _threadLock;
-    OString _printerName;
-    HANDLE _hPrinter = nullptr; // Deliberate: never closed, by no path
-    std::unique_ptr<XJobStatusThread> _statusThread;
-    std::unique_ptr<OThread> _statusThreadRunner;
+    mutable OCriticalSection _threadLock;
+    OString _printerName GUARDED_BY(_printerLock);
+    HANDLE _hPrinter GUARDED_BY(_printerLock) = nullptr; // Deliberate: never closed, by no path
+    std::unique_ptr<IThreadable> _statusThread GUARDED_BY(_threadLock);
+    std::unique_ptr<OThread> _statusThreadRunner GUARDED_BY(_threadLock);
+
+    // Set by `Open`, before anybody else has the printer, and never again.
     std::unique_ptr<DriverInterface> _driver;
     bool _advancedDriver = false;
+
     mutable OCriticalSection _queueRefLock;
-    OPointerArray<PrintQueue> _queueRefs;
+    OPointerArray<PrintQueue> _queueRefs GUARDED_BY(_queueRefLock);
     mutable OCriticalSection _printerRefLock;
-    OPointerArray<Printer> _printerRefs;
+    OPointerArray<Printer> _printerRefs GUARDED_BY(_printerRefLock);
 };

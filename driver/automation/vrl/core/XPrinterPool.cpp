@@ -1,26 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/core/XPrinterPool.h"
 
-#include "foundation/OCriticalSection.h"
+#include "foundation/Assert.h"
 #include "foundation/OLockGuard.h"
-#include "foundation/arrays/OPointerArray.h"
 #include "vrl/core/XPrinter.h"
+#include "vrl/frame/Module.h"
 
 #include <memory>
 
-namespace {
-
-OCriticalSection poolLock;
-OPointerArray<XPrinter> openPrinters GUARDED_BY(poolLock); // in order of opening
-
-} // namespace
+OCriticalSection XPrinterPool::_lock;
+OPointerArray<XPrinter> XPrinterPool::_openPrinters;
 
 XPrinter* XPrinterPool::Acquire(const OString& name)
 {
-    OLockGuard guard(poolLock);
-    for (int i = 0; i < openPrinters.GetSize(); ++i) {
-        XPrinter* const open = openPrinters.GetAt(i);
-        if (open->_printerName.CompareNoCase(name) != 0) continue;
+    OLockGuard guard(_lock);
+    const XPrinter* const own = PrinterOfThisThread();
+    for (int i = 0; i < _openPrinters.GetSize(); ++i) {
+        XPrinter* const open = _openPrinters.GetAt(i);
+        if (open->_closing && open != own) continue;
+        if (!open->IsNamed(name)) continue;
         ++open->_referenceCount;
         return open;
     }
@@ -28,25 +26,100 @@ XPrinter* XPrinterPool::Acquire(const OString& name)
     auto opened = std::make_unique<XPrinter>();
     opened->Open(name);
     opened->_referenceCount = 1;
-    openPrinters.Add(opened.get());
+    _openPrinters.Add(opened.get());
     return opened.release();
 }
 
 void XPrinterPool::Release(XPrinter* xPrinter)
 {
-    OLockGuard guard(poolLock);
-    if (--xPrinter->_referenceCount > 0) return;
-
-    const std::unique_ptr<XPrinter> gone(xPrinter);
-    for (int i = 0; i < openPrinters.GetSize(); ++i) {
-        if (openPrinters.GetAt(i) != xPrinter) continue;
-        openPrinters.RemoveAt(i, 1);
-        break;
+    bool mayWait = true;
+    {
+        OLockGuard guard(_lock);
+        DEBUG_ASSERT(xPrinter->_referenceCount > 0);
+        if (xPrinter->_referenceCount > 0) --xPrinter->_referenceCount;
+        if (xPrinter->_referenceCount > 0 || xPrinter->_closing) return;
+        xPrinter->_closing = true;
+        mayWait = !PrinterOfThisThread();
+    }
+    if (mayWait) {
+        Close(xPrinter);
+    } else if (!CloseOnPoolThread(xPrinter)) {
+        OLockGuard guard(_lock);
+        xPrinter->_closing = false;
     }
 }
 
 int XPrinterPool::GetCount()
 {
-    OLockGuard guard(poolLock);
-    return openPrinters.GetSize();
+    OLockGuard guard(_lock);
+    return _openPrinters.GetSize();
+}
+
+/// Null on a thread that is no notification thread.
+XPrinter* XPrinterPool::PrinterOfThisThread()
+{
+    const DWORD thread = ::GetCurrentThreadId();
+    for (int i = 0; i < _openPrinters.GetSize(); ++i) {
+        if (_openPrinters.GetAt(i)->_statusThreadId == thread) return _openPrinters.GetAt(i);
+    }
+    return nullptr;
+}
+
+bool XPrinterPool::CloseOnPoolThread(XPrinter* xPrinter)
+{
+    Module::AddLock();
+    const auto close = [](TP_CALLBACK_INSTANCE*, void* context) {
+        Close(static_cast<XPrinter*>(context));
+        Module::RemoveLock();
+    };
+    TP_CALLBACK_ENVIRON environment;
+    ::InitializeThreadpoolEnvironment(&environment);
+    ::SetThreadpoolCallbackRunsLong(&environment);
+    const bool accepted = ::TrySubmitThreadpoolCallback(close, xPrinter, &environment) != FALSE;
+    if (!accepted) Module::RemoveLock();
+    return accepted;
+}
+
+/// Holds no lock while it waits for the thread, which may take its own printer up again meanwhile.
+void XPrinterPool::Close(XPrinter* xPrinter)
+{
+    xPrinter->StopStatusThread();
+    if (IsHeld(xPrinter)) xPrinter->DropStatusThread(); // its passing objects, perhaps
+    if (!TakeOutOrReopen(xPrinter)) return;
+    const std::unique_ptr<XPrinter> gone(xPrinter);
+}
+
+bool XPrinterPool::IsHeld(const XPrinter* xPrinter)
+{
+    OLockGuard guard(_lock);
+    return xPrinter->_referenceCount > 0;
+}
+
+/// Takes the printer out of the table. If a client has kept an object that the notification thread made while the
+/// printer was being closed, the printer lives on instead, with no thread until its next first sink.
+bool XPrinterPool::TakeOutOrReopen(XPrinter* xPrinter)
+{
+    OLockGuard guard(_lock);
+    if (xPrinter->_referenceCount > 0) {
+        xPrinter->_closing = false;
+        return false;
+    }
+    for (int i = 0; i < _openPrinters.GetSize(); ++i) {
+        if (_openPrinters.GetAt(i) != xPrinter) continue;
+        _openPrinters.RemoveAt(i, 1);
+        break;
+    }
+    return true;
+}
+
+XPrinterPool::StatusThreadScope::StatusThreadScope(XPrinter& xPrinter) : _xPrinter(xPrinter)
+{
+    OLockGuard guard(_lock);
+    _xPrinter._statusThreadId = ::GetCurrentThreadId();
+}
+
+XPrinterPool::StatusThreadScope::~StatusThreadScope()
+{
+    OLockGuard guard(_lock);
+    _xPrinter._statusThreadId = 0;
 }

@@ -3,6 +3,12 @@
 
 #include "foundation/Assert.h"
 #include "foundation/Trace.h"
+#include "vrl/core/StatusThreadFactory.h"
+
+std::unique_ptr<IThreadable> MakeStatusThread(XPrinter& printer)
+{
+    return std::make_unique<XJobStatusThread>(&printer);
+}
 
 XJobStatusThread::XJobStatusThread(XPrinter* printer) : pPrinter(printer)
 {

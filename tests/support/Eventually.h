@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "foundation/Platform.h"
+
+/// Whether `condition` comes to hold within a generous limit. For what no event tells.
+template <class Condition>
+bool Eventually(Condition&& condition)
+{
+    constexpr DWORD patienceMs = 30000;
+    const DWORD start = ::GetTickCount();
+    while (!condition()) {
+        if (::GetTickCount() - start > patienceMs) return false;
+        ::SwitchToThread();
+    }
+    return true;
+}

@@ -5,7 +5,6 @@
 #include "vrl/frame/Bstr.h"
 #include "vrl/classes/Printer.h"
 #include "vrl/frame/VRException.h"
-#include "vrl/core/XPrinter.h"
 
 namespace {
 
@@ -36,7 +35,8 @@ protected:
         return printer;
     }
 
-    XPrinterRef xPrinter;
+    OCriticalSection lock;
+    Bound<XPrinterRef> xPrinter{lock};
 };
 
 constexpr HRESULT printerNotInitialized = static_cast<HRESULT>(0x80042000);
@@ -44,10 +44,10 @@ constexpr HRESULT printerNotInitialized = static_cast<HRESULT>(0x80042000);
 TEST_F(PrinterBindingTest, BothBindToThePrinterOfTheName)
 {
     EXPECT_EQ(BindToPrinter(xPrinter, Open(L"Label").Get()), S_OK);
-    EXPECT_EQ(xPrinter->GetPrinterName(), "Label");
-    XPrinterRef second;
+    EXPECT_EQ((*xPrinter.Get())->GetPrinterName(), "Label");
+    Bound<XPrinterRef> second(lock);
     EXPECT_EQ(RebindToPrinter(second, Open(L"Label").Get()), S_OK);
-    EXPECT_EQ(second.Get(), xPrinter.Get());
+    EXPECT_EQ(second.Get()->Get(), xPrinter.Get()->Get());
 }
 
 TEST_F(PrinterBindingTest, BothRefuseNoPrinter)
@@ -60,28 +60,28 @@ TEST_F(PrinterBindingTest, BothGiveTheFailureOfReadingTheName)
 {
     EXPECT_EQ(BindToPrinter(xPrinter, Unbound().Get()), printerNotInitialized);
     EXPECT_EQ(RebindToPrinter(xPrinter, Unbound().Get()), printerNotInitialized);
-    EXPECT_FALSE(xPrinter);
+    EXPECT_EQ(xPrinter.Get(), nullptr);
 }
 
 TEST_F(PrinterBindingTest, BindingLetsGoOfTheOldPrinterWhateverFollows)
 {
-    xPrinter = XPrinterRef::Acquire(OString("Label"));
+    xPrinter.Set(XPrinterRef::Acquire(OString("Label")));
     BindToPrinter(xPrinter, Unbound().Get());
-    EXPECT_FALSE(xPrinter);
+    EXPECT_EQ(xPrinter.Get(), nullptr);
 }
 
 TEST_F(PrinterBindingTest, RebindingKeepsTheOldPrinterWhenTheNameCannotBeRead)
 {
-    xPrinter = XPrinterRef::Acquire(OString("Label"));
+    xPrinter.Set(XPrinterRef::Acquire(OString("Label")));
     RebindToPrinter(xPrinter, Unbound().Get());
-    EXPECT_TRUE(xPrinter);
+    EXPECT_NE(xPrinter.Get(), nullptr);
 }
 
 TEST_F(PrinterBindingTest, RebindingToAnotherNameTakesTheOtherPrinter)
 {
-    xPrinter = XPrinterRef::Acquire(OString("Label"));
+    xPrinter.Set(XPrinterRef::Acquire(OString("Label")));
     EXPECT_EQ(RebindToPrinter(xPrinter, Open(L"Other").Get()), S_OK);
-    EXPECT_EQ(xPrinter->GetPrinterName(), "Other");
+    EXPECT_EQ((*xPrinter.Get())->GetPrinterName(), "Other");
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "support/ImportHook.h"
 #include "support/TemporaryDirectory.h"
 #include "support/spooler/HeldCall.h"
+#include "support/com/RecordingSinkOwner.h"
 #include "support/spooler/SpoolerTest.h"
 #include "vrl/frame/VRException.h"
 #include "vrl/core/XPrinterPool.h"
@@ -660,57 +661,39 @@ TEST_F(XPrinterTest, PrinterIsFoundInThePoolWhileItsLockIsHeld)
 
 // ---- objects with sinks ----
 
-template <class T>
-T* Token(int number)
+TEST_F(XPrinterTest, PrintersAndQueuesAreListsOfTheirOwn)
 {
-    return reinterpret_cast<T*>(static_cast<ULONG_PTR>(number) * 16);
-}
-
-TEST_F(XPrinterTest, PrinterReferenceIsListedOnce)
-{
-    xPrinter->AddPrinterReference(Token<Printer>(1));
-    xPrinter->AddPrinterReference(Token<Printer>(1));
-    xPrinter->AddPrinterReference(Token<Printer>(2));
-    OPointerArray<Printer>& references = xPrinter->LockPrinterReferences();
-    ASSERT_EQ(references.GetSize(), 2);
-    EXPECT_EQ(references.GetAt(0), Token<Printer>(1));
-    EXPECT_EQ(references.GetAt(1), Token<Printer>(2));
-    xPrinter->UnlockPrinterReferences();
-}
-
-TEST_F(XPrinterTest, RemovedPrinterReferenceIsGone)
-{
-    xPrinter->AddPrinterReference(Token<Printer>(1));
+    RecordingSinkOwner printer;
+    RecordingSinkOwner queue;
+    xPrinter->AddPrinterReference(printer);
     EXPECT_TRUE(xPrinter->HasPrinterReferences());
-    xPrinter->RemovePrinterReference(Token<Printer>(1));
-    EXPECT_FALSE(xPrinter->HasPrinterReferences());
-}
-
-TEST_F(XPrinterTest, RemovingAPrinterThatIsNotListedDoesNothing)
-{
-    xPrinter->AddPrinterReference(Token<Printer>(1));
-    xPrinter->RemovePrinterReference(Token<Printer>(2));
-    EXPECT_TRUE(xPrinter->HasPrinterReferences());
-}
-
-TEST_F(XPrinterTest, QueueReferencesAreAListOfTheirOwn)
-{
-    xPrinter->AddQueueReference(Token<PrintQueue>(1));
-    xPrinter->AddQueueReference(Token<PrintQueue>(1));
-    EXPECT_TRUE(xPrinter->HasQueueReferences());
-    EXPECT_FALSE(xPrinter->HasPrinterReferences());
-    EXPECT_EQ(xPrinter->LockQueueReferences().GetSize(), 1);
-    xPrinter->UnlockQueueReferences();
-    xPrinter->RemoveQueueReference(Token<PrintQueue>(2));
-    xPrinter->RemoveQueueReference(Token<PrintQueue>(1));
     EXPECT_FALSE(xPrinter->HasQueueReferences());
+    xPrinter->AddQueueReference(queue);
+    xPrinter->RemovePrinterReference(printer);
+    EXPECT_FALSE(xPrinter->HasPrinterReferences());
+    EXPECT_TRUE(xPrinter->HasQueueReferences());
+    xPrinter->RemoveQueueReference(queue);
+    EXPECT_FALSE(xPrinter->HasQueueReferences());
+}
+
+TEST_F(XPrinterTest, WalksOverItsPrintersAndQueues)
+{
+    RecordingSinkOwner printer;
+    RecordingSinkOwner queue;
+    xPrinter->AddPrinterReference(printer);
+    xPrinter->AddQueueReference(queue);
+    const auto fire = [](SinkOwner& owner, IDispatch*) { owner.Fire(1, EventArguments()); };
+    xPrinter->LockPrinterReferences().ForEach(fire);
+    EXPECT_EQ(printer.Fired().size(), 1u);
+    EXPECT_TRUE(queue.Fired().empty());
+    xPrinter->LockQueueReferences().ForEach(fire);
+    EXPECT_EQ(queue.Fired().size(), 1u);
 }
 
 TEST_F(XPrinterTest, PropertiesCanBeReadWhileTheReferencesAreLocked)
 {
-    xPrinter->LockPrinterReferences();
+    const auto references = xPrinter->LockPrinterReferences();
     std::jthread([this] { EXPECT_EQ(xPrinter->GetComment(), "Shipping labels"); }).join();
-    xPrinter->UnlockPrinterReferences();
 }
 
 // ---- the notification thread ----

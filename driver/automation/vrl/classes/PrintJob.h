@@ -2,12 +2,12 @@
 #pragma once
 
 #include "vrl/frame/AutomationObject.h"
-#include "vrl/frame/EventSource.h"
+#include "vrl/classes/_IPrintJobEvents_CP.h"
 
 /// One job of a queue: a live view on the shared job record, with status, schedule and events.
 /// Threading: any thread.
 /// Not built yet: every member of the interface answers E_NOTIMPL, and no sink can be connected.
-class PrintJob final : public AutomationObject<PrintJob, IPrintJob>, public EventSource<PrintJob, _IPrintJobEvents> {
+class PrintJob final : public AutomationObject<PrintJob, IPrintJob>, public IPrintJobEvents_CP<PrintJob> {
 public:
     STDMETHODIMP Initialize(BSTR argPrinterName, long argJobID) noexcept override;
     STDMETHODIMP Cancel() noexcept override;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/classes/PrintJobSchedule.h"
 
-#include "vrl/classes/PrinterBinding.h"
-
 HRESULT PrintJobSchedule::Initialize(IPrinter* printer) noexcept
 {
     return Guard("PrintJobSchedule::Initialize", [&] { return RebindToPrinter(_xPrinter, printer); });

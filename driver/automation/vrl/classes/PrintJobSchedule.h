@@ -2,7 +2,7 @@
 #pragma once
 
 #include "vrl/frame/AutomationObject.h"
-#include "vrl/core/XPrinterRef.h"
+#include "vrl/classes/PrinterBinding.h"
 
 /// Priority and time window of a job, or those that a printer gives to new jobs.
 /// Threading: any thread.
@@ -20,5 +20,5 @@ public:
     STDMETHODIMP put_UntilTime(BSTR argUntilTime) noexcept override;
 
 private:
-    XPrinterRef _xPrinter; // empty until bound
+    Bound<XPrinterRef> _xPrinter{_lock};
 };

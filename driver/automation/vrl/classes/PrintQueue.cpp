@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/classes/PrintQueue.h"
 
-#include "vrl/classes/PrinterBinding.h"
-
 HRESULT PrintQueue::Initialize(IPrinter* printer) noexcept
 {
     return Guard("PrintQueue::Initialize", [&] { return RebindToPrinter(_xPrinter, printer); });

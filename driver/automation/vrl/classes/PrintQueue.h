@@ -2,14 +2,13 @@
 #pragma once
 
 #include "vrl/frame/AutomationObject.h"
-#include "vrl/frame/EventSource.h"
-#include "vrl/core/XPrinterRef.h"
+#include "vrl/classes/_IPrintQueueEvents_CP.h"
+#include "vrl/classes/PrinterBinding.h"
 
 /// The queue of a printer, and the source of the events of all its jobs.
 /// Threading: any thread.
 /// Not built yet: every member of the interface answers E_NOTIMPL, and no sink can be connected.
-class PrintQueue final : public AutomationObject<PrintQueue, IPrintQueue>,
-                         public EventSource<PrintQueue, _IPrintQueueEvents> {
+class PrintQueue final : public AutomationObject<PrintQueue, IPrintQueue>, public IPrintQueueEvents_CP<PrintQueue> {
 public:
     /// Binds to the printer that `printer` names; an equal name keeps the printer that the object has.
     HRESULT Initialize(IPrinter* printer) noexcept;
@@ -25,5 +24,5 @@ public:
     void LastSinkGone() noexcept;
 
 private:
-    XPrinterRef _xPrinter; // empty until bound
+    Bound<XPrinterRef> _xPrinter{_lock};
 };

@@ -36,9 +36,9 @@ HRESULT Printer::FinalConstruct() noexcept
     });
 }
 
-void Printer::FinalRelease() noexcept
+void Printer::FinalRelease()
 {
-    _xPrinter.Release();
+    _xPrinter.Clear();
     _printerStatus.Reset();
     _printQueue.Reset();
     _printerConfiguration.Reset();
@@ -50,14 +50,21 @@ void Printer::FinalRelease() noexcept
 STDMETHODIMP Printer::Initialize(BSTR argPrinterName) noexcept
 {
     return Guard("Printer::Initialize", [&] {
-        const OString name = FromBstr(argPrinterName);
-        if (_xPrinter && _printerName.CompareNoCase(name) != 0) _xPrinter.Release();
-        if (!_xPrinter) {
-            _printerName = name;
-            _xPrinter = XPrinterRef::Acquire(_printerName);
-        }
+        BindPrinter(FromBstr(argPrinterName));
         return BindChildren();
     });
+}
+
+void Printer::BindPrinter(const OString& name)
+{
+    {
+        OLockGuard guard(_lock);
+        const bool otherName = _printerName.CompareNoCase(name) != 0;
+        if (_xPrinter.Get() && !otherName) return;
+        _printerName = OString(name.wstring()); // a text of its own: another thread may be in here next
+    }
+    _xPrinter.Clear();
+    _xPrinter.Set(XPrinterRef::Acquire(name));
 }
 
 HRESULT Printer::BindChildren()
@@ -73,188 +80,133 @@ HRESULT Printer::BindChildren()
 
 STDMETHODIMP Printer::SendFile(BSTR argFileName, BSTR argJobName) noexcept
 {
-    return Guard("Printer::SendFile", [&] {
-        CheckBound();
-        return _xPrinter->SendFile(FromBstr(argFileName), FromBstr(argJobName)) ? S_OK : S_FALSE;
-    });
+    const auto send = [](const XPrinterRef& xPrinter, const OString& fileName, const OString& jobName) -> HRESULT {
+        return xPrinter->SendFile(fileName, jobName) ? S_OK : S_FALSE;
+    };
+    return Call("Printer::SendFile", send, argFileName, argJobName);
 }
 
 STDMETHODIMP Printer::get_Name(BSTR* retName) noexcept
 {
-    return Guard("Printer::get_Name", [&] {
-        CheckBound();
-        CheckOut(retName);
-        *retName = ToBstr(_xPrinter->GetPrinterName()).Detach();
-    });
+    return Get("Printer::get_Name", Checks::BoundThenOut, retName, &XPrinter::GetPrinterName);
 }
 
 STDMETHODIMP Printer::get_ServerName(BSTR* retServerName) noexcept
 {
-    return Guard("Printer::get_ServerName", [&] {
-        CheckBound();
-        CheckOut(retServerName);
-        *retServerName = ToBstr(_xPrinter->GetServerName()).Detach();
-    });
+    return Get("Printer::get_ServerName", Checks::BoundThenOut, retServerName, &XPrinter::GetServerName);
 }
 
 STDMETHODIMP Printer::get_ShareName(BSTR* retShareName) noexcept
 {
-    return Guard("Printer::get_ShareName", [&] {
-        CheckBound();
-        CheckOut(retShareName);
-        *retShareName = ToBstr(_xPrinter->GetShareName()).Detach();
-    });
+    return Get("Printer::get_ShareName", Checks::BoundThenOut, retShareName, &XPrinter::GetShareName);
 }
 
 STDMETHODIMP Printer::put_ShareName(BSTR argShareName) noexcept
 {
-    return Guard("Printer::put_ShareName", [&] {
-        CheckBound();
-        _xPrinter->SetShareName(FromBstr(argShareName));
-    });
+    return Put("Printer::put_ShareName", &XPrinter::SetShareName, argShareName);
 }
 
 STDMETHODIMP Printer::get_PortName(BSTR* retPortName) noexcept
 {
-    return Guard("Printer::get_PortName", [&] {
-        CheckBound();
-        CheckOut(retPortName);
-        *retPortName = ToBstr(_xPrinter->GetPortName()).Detach();
-    });
+    return Get("Printer::get_PortName", Checks::BoundThenOut, retPortName, &XPrinter::GetPortName);
 }
 
 STDMETHODIMP Printer::put_PortName(BSTR argPortName) noexcept
 {
-    return Guard("Printer::put_PortName", [&] {
-        CheckBound();
-        _xPrinter->SetPortName(FromBstr(argPortName));
-    });
+    return Put("Printer::put_PortName", &XPrinter::SetPortName, argPortName);
 }
 
 STDMETHODIMP Printer::get_ModelName(BSTR* retModelName) noexcept
 {
-    return Guard("Printer::get_ModelName", [&] {
-        CheckBound();
-        CheckOut(retModelName);
-        *retModelName = ToBstr(_xPrinter->GetModelName()).Detach();
-    });
+    return Get("Printer::get_ModelName", Checks::BoundThenOut, retModelName, &XPrinter::GetModelName);
 }
 
 STDMETHODIMP Printer::get_Comment(BSTR* retComment) noexcept
 {
-    return Guard("Printer::get_Comment", [&] {
-        CheckBound();
-        CheckOut(retComment);
-        *retComment = ToBstr(_xPrinter->GetComment()).Detach();
-    });
+    return Get("Printer::get_Comment", Checks::BoundThenOut, retComment, &XPrinter::GetComment);
 }
 
 STDMETHODIMP Printer::put_Comment(BSTR argComment) noexcept
 {
-    return Guard("Printer::put_Comment", [&] {
-        CheckBound();
-        _xPrinter->SetComment(FromBstr(argComment));
-    });
+    return Put("Printer::put_Comment", &XPrinter::SetComment, argComment);
 }
 
-// Deliberate: from here on the out pointer is tested before the binding, further up behind it.
+// Deliberate: from here on the out pointer is tested before the binding, further up after it.
 STDMETHODIMP Printer::get_Location(BSTR* retLocation) noexcept
 {
-    return Guard("Printer::get_Location", [&] {
-        CheckOut(retLocation);
-        CheckBound();
-        *retLocation = ToBstr(_xPrinter->GetLocation()).Detach();
-    });
+    return Get("Printer::get_Location", Checks::OutThenBound, retLocation, &XPrinter::GetLocation);
 }
 
 STDMETHODIMP Printer::put_Location(BSTR argLocation) noexcept
 {
-    return Guard("Printer::put_Location", [&] {
-        CheckBound();
-        _xPrinter->SetLocation(FromBstr(argLocation));
-    });
+    return Put("Printer::put_Location", &XPrinter::SetLocation, argLocation);
 }
 
 STDMETHODIMP Printer::get_Local(VARIANT_BOOL* retLocal) noexcept
 {
-    return Guard("Printer::get_Local", [&] {
-        CheckOut(retLocal);
-        CheckBound();
-        *retLocal = ToVariantBool(_xPrinter->IsLocal());
-    });
+    return Get("Printer::get_Local", Checks::OutThenBound, retLocal, &XPrinter::IsLocal);
 }
 
 STDMETHODIMP Printer::get_Network(VARIANT_BOOL* retNetwork) noexcept
 {
-    return Guard("Printer::get_Network", [&] {
-        CheckOut(retNetwork);
-        CheckBound();
-        *retNetwork = ToVariantBool(_xPrinter->IsNetwork());
-    });
+    return Get("Printer::get_Network", Checks::OutThenBound, retNetwork, &XPrinter::IsNetwork);
 }
 
 STDMETHODIMP Printer::get_Shared(VARIANT_BOOL* retShared) noexcept
 {
-    return Guard("Printer::get_Shared", [&] {
-        CheckOut(retShared);
-        CheckBound();
-        *retShared = ToVariantBool(_xPrinter->IsShared());
-    });
+    return Get("Printer::get_Shared", Checks::OutThenBound, retShared, &XPrinter::IsShared);
 }
 
 STDMETHODIMP Printer::put_Shared(VARIANT_BOOL argShared) noexcept
 {
-    return Guard("Printer::put_Shared", [&] {
-        CheckBound();
-        _xPrinter->SetShared(argShared != VARIANT_FALSE);
-    });
+    return Put("Printer::put_Shared", &XPrinter::SetShared, argShared);
 }
 
 STDMETHODIMP Printer::get_Queue(IPrintQueue** retQueue) noexcept
 {
-    return Guard("Printer::get_Queue", [&] { return GiveChild(_printQueue, retQueue); });
+    return GetChild("Printer::get_Queue", retQueue, _printQueue);
 }
 
 STDMETHODIMP Printer::get_Status(IPrinterStatus** retStatus) noexcept
 {
-    return Guard("Printer::get_Status", [&] { return GiveChild(_printerStatus, retStatus); });
+    return GetChild("Printer::get_Status", retStatus, _printerStatus);
 }
 
 STDMETHODIMP Printer::get_Configuration(IPrinterConfiguration** retConfiguration) noexcept
 {
-    return Guard("Printer::get_Configuration", [&] { return GiveChild(_printerConfiguration, retConfiguration); });
+    return GetChild("Printer::get_Configuration", retConfiguration, _printerConfiguration);
 }
 
 STDMETHODIMP Printer::get_Port(IPrinterPort** retPort) noexcept
 {
-    return Guard("Printer::get_Port", [&] { return GiveChild(_printerPort, retPort); });
+    return GetChild("Printer::get_Port", retPort, _printerPort);
 }
 
 STDMETHODIMP Printer::get_DefaultSchedule(IPrintJobSchedule** retDefaultSchedule) noexcept
 {
-    return Guard("Printer::get_DefaultSchedule", [&] { return GiveChild(_defaultSchedule, retDefaultSchedule); });
+    return GetChild("Printer::get_DefaultSchedule", retDefaultSchedule, _defaultSchedule);
 }
 
 STDMETHODIMP Printer::get_Capabilities(IPrinterCapabilities** retCapabilities) noexcept
 {
-    return Guard("Printer::get_Capabilities", [&] { return GiveChild(_printerCapabilities, retCapabilities); });
+    return GetChild("Printer::get_Capabilities", retCapabilities, _printerCapabilities);
 }
 
 HRESULT Printer::FirstSinkConnecting() noexcept
 {
-    if (!_xPrinter) return E_POINTER;
+    const auto xPrinter = _xPrinter.Get();
+    if (!xPrinter) return E_POINTER;
     return Guard("Printer::Advise", [&] {
-        _xPrinter->StartStatusThread();
-        _xPrinter->AddPrinterReference(this);
+        (*xPrinter)->StartStatusThread();
+        const auto references = (*xPrinter)->LockPrinterReferences();
+        if (IsConnected()) (*xPrinter)->AddPrinterReference(*this); // the sink may have gone again on another thread
     });
 }
 
 void Printer::LastSinkGone() noexcept
 {
-    if (_xPrinter) _xPrinter->RemovePrinterReference(this);
-}
-
-void Printer::CheckBound() const
-{
-    if (!_xPrinter) throw PrinterNotInitialized_E();
+    const auto xPrinter = _xPrinter.Get();
+    if (!xPrinter) return;
+    const auto references = (*xPrinter)->LockPrinterReferences();
+    if (!IsConnected()) (*xPrinter)->RemovePrinterReference(*this); // or another may have come
 }

@@ -3,8 +3,9 @@
 
 #include "foundation/text/OString.h"
 #include "vrl/frame/AutomationObject.h"
-#include "vrl/frame/EventSource.h"
+#include "vrl/frame/Bound.h"
 #include "vrl/core/XPrinterRef.h"
+#include "vrl/classes/_IPrinterEvents_CP.h"
 
 class PrinterCapabilities;
 class PrinterConfiguration;
@@ -15,16 +16,19 @@ class PrintQueue;
 
 /// The object that a caller holds for one print queue of the machine: its properties, its files to send, its children.
 ///
-/// Every property goes to the shared `XPrinter`, which asks the spooler anew. A child has its own count on the
+/// Every property goes to the shared `XPrinter`, which asks the spooler each time. A child has its own count on the
 /// `XPrinter` and outlives the `Printer` if the caller keeps it.
-/// Threading: any thread, except that two threads do not run `Initialize` of one object at once.
-class Printer final : public AutomationObject<Printer, IPrinter>, public EventSource<Printer, _IPrinterEvents> {
+/// Threading: any thread. Two threads in `Initialize` of one object at once leave it bound to either printer.
+class Printer final : public AutomationObject<Printer, IPrinter>, public IPrinterEvents_CP<Printer> {
 public:
     Printer();
     ~Printer();
 
     HRESULT FinalConstruct() noexcept;
-    void FinalRelease() noexcept;
+    void FinalRelease();
+
+    /// The printer. Throws `PrinterNotInitialized_E`.
+    Bound<XPrinterRef>::Hold CheckBound() const { return _xPrinter.Check<PrinterNotInitialized_E>(); }
 
     STDMETHODIMP Initialize(BSTR argPrinterName) noexcept override;
     STDMETHODIMP SendFile(BSTR argFileName, BSTR argJobName) noexcept override;
@@ -60,19 +64,11 @@ public:
     void LastSinkGone() noexcept;
 
 private:
-    void CheckBound() const;
+    void BindPrinter(const OString& name);
     HRESULT BindChildren();
 
-    /// A child with one more reference; it may be unbound.
-    template <class Child, class Interface>
-    static HRESULT GiveChild(const Microsoft::WRL::ComPtr<Child>& child, Interface** retChild)
-    {
-        CheckOut(retChild);
-        return child.CopyTo(retChild);
-    }
-
-    OString _printerName; // as given to the last `Initialize`
-    XPrinterRef _xPrinter;
+    OString _printerName GUARDED_BY(_lock); // as given to the last `Initialize`
+    Bound<XPrinterRef> _xPrinter{_lock};
     Microsoft::WRL::ComPtr<PrintQueue> _printQueue;
     Microsoft::WRL::ComPtr<PrinterStatus> _printerStatus;
     Microsoft::WRL::ComPtr<PrinterConfiguration> _printerConfiguration;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/classes/PrinterCapabilities.h"
 
-#include "vrl/classes/PrinterBinding.h"
-
 HRESULT PrinterCapabilities::Initialize(IPrinter* printer) noexcept
 {
     return Guard("PrinterCapabilities::Initialize", [&] { return BindToPrinter(_xPrinter, printer); });

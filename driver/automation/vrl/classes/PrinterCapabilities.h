@@ -2,7 +2,7 @@
 #pragma once
 
 #include "vrl/frame/AutomationObject.h"
-#include "vrl/core/XPrinterRef.h"
+#include "vrl/classes/PrinterBinding.h"
 
 /// What the driver says that a printer can do: nothing cached, every member asks the driver.
 /// Threading: any thread.
@@ -20,5 +20,5 @@ public:
     STDMETHODIMP get_Staple(VARIANT_BOOL* retStaple) noexcept override;
 
 private:
-    XPrinterRef _xPrinter; // empty until bound
+    Bound<XPrinterRef> _xPrinter{_lock};
 };

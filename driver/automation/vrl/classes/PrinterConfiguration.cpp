@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/classes/PrinterConfiguration.h"
 
-#include "vrl/classes/PrinterBinding.h"
-
 HRESULT PrinterConfiguration::Initialize(IPrinter* printer) noexcept
 {
-    return Guard("PrinterConfiguration::Initialize", [&] { return BindToPrinter(_xPrinter, printer); });
+    return Guard("PrinterConfiguration::Initialize", [&] { return BindToPrinter(_driver, printer); });
 }
 
 STDMETHODIMP PrinterConfiguration::Import(BSTR, VARIANT) noexcept

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "vrl/frame/AutomationObject.h"
-#include "vrl/core/XPrinterRef.h"
+#include "vrl/classes/PrinterBinding.h"
 
 /// Saves, loads and resets the settings that a printer's driver keeps.
 /// Threading: any thread.
@@ -17,5 +17,5 @@ public:
     STDMETHODIMP ResetToDefaults(VARIANT argFilter) noexcept override;
 
 private:
-    XPrinterRef _xPrinter; // empty until bound
+    Bound<PrinterDriverRef> _driver{_lock};
 };

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/classes/PrinterPort.h"
 
-#include "vrl/classes/PrinterBinding.h"
-
 HRESULT PrinterPort::Initialize(IPrinter* printer) noexcept
 {
-    return Guard("PrinterPort::Initialize", [&] { return BindToPrinter(_xPrinter, printer); });
+    return Guard("PrinterPort::Initialize", [&] { return BindToPrinter(_driver, printer); });
 }
 
 STDMETHODIMP PrinterPort::get_Name(BSTR*) noexcept

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "vrl/frame/AutomationObject.h"
-#include "vrl/core/XPrinterRef.h"
+#include "vrl/classes/PrinterBinding.h"
 
 /// The port of a printer, and questions to the device behind it.
 /// Threading: any thread.
@@ -22,5 +22,5 @@ public:
     STDMETHODIMP GetQueryResponse(long argQueryNumber, IQueryResponse** retResponse) noexcept override;
 
 private:
-    XPrinterRef _xPrinter; // empty until bound
+    Bound<PrinterDriverRef> _driver{_lock};
 };

@@ -1,234 +1,235 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/classes/PrinterStatus.h"
 
-#include "vrl/frame/Bstr.h"
-#include "vrl/classes/PrinterBinding.h"
 #include "vrl/core/XPrinter.h"
 
 HRESULT PrinterStatus::Initialize(IPrinter* printer) noexcept
 {
-    return Guard("PrinterStatus::Initialize", [&] {
-        _driver = nullptr;
-        const HRESULT result = BindToPrinter(_xPrinter, printer);
-        if (SUCCEEDED(result)) _driver = _xPrinter->GetDriver();
-        return result;
-    });
+    return Guard("PrinterStatus::Initialize", [&] { return BindToPrinter(_driver, printer); });
 }
 
 STDMETHODIMP PrinterStatus::get_Text(BSTR* retText) noexcept
 {
-    return Guard("PrinterStatus::get_Text", [&] {
-        CheckOut(retText);
-        if (!_xPrinter) throw PrinterStatusNotInitialized_E();
-        *retText = ToBstr(_xPrinter->GetStatusText()).Detach();
-    });
+    const auto text = [](const PrinterDriverRef& driver) { return driver.xPrinter->GetStatusText(); };
+    return Get("PrinterStatus::get_Text", Checks::OutThenBound, retText, text);
 }
 
 STDMETHODIMP PrinterStatus::get_Busy(VARIANT_BOOL* retBusy) noexcept
 {
-    return ReadCondition("PrinterStatus::get_Busy", ConditionBusy, retBusy);
+    return Get("PrinterStatus::get_Busy", Checks::OutThenBound, retBusy, &DriverInterface::TestStatusFlag,
+               ConditionBusy);
 }
 
 STDMETHODIMP PrinterStatus::get_DoorOpen(VARIANT_BOOL* retDoorOpen) noexcept
 {
-    return ReadCondition("PrinterStatus::get_DoorOpen", ConditionDoorOpen, retDoorOpen);
+    return Get("PrinterStatus::get_DoorOpen", Checks::OutThenBound, retDoorOpen, &DriverInterface::TestStatusFlag,
+               ConditionDoorOpen);
 }
 
 STDMETHODIMP PrinterStatus::get_Initializing(VARIANT_BOOL* retInitializing) noexcept
 {
-    return ReadCondition("PrinterStatus::get_Initializing", ConditionInitializing, retInitializing);
+    return Get("PrinterStatus::get_Initializing", Checks::OutThenBound, retInitializing,
+               &DriverInterface::TestStatusFlag, ConditionInitializing);
 }
 
 STDMETHODIMP PrinterStatus::get_IOActive(VARIANT_BOOL* retIOActive) noexcept
 {
-    return ReadCondition("PrinterStatus::get_IOActive", ConditionIOActive, retIOActive);
+    return Get("PrinterStatus::get_IOActive", Checks::OutThenBound, retIOActive, &DriverInterface::TestStatusFlag,
+               ConditionIOActive);
 }
 
 STDMETHODIMP PrinterStatus::get_ManualFeed(VARIANT_BOOL* retManualFeed) noexcept
 {
-    return ReadCondition("PrinterStatus::get_ManualFeed", ConditionManualFeed, retManualFeed);
+    return Get("PrinterStatus::get_ManualFeed", Checks::OutThenBound, retManualFeed, &DriverInterface::TestStatusFlag,
+               ConditionManualFeed);
 }
 
 STDMETHODIMP PrinterStatus::get_NoToner(VARIANT_BOOL* retNoToner) noexcept
 {
-    return ReadCondition("PrinterStatus::get_NoToner", ConditionNoToner, retNoToner);
+    return Get("PrinterStatus::get_NoToner", Checks::OutThenBound, retNoToner, &DriverInterface::TestStatusFlag,
+               ConditionNoToner);
 }
 
 STDMETHODIMP PrinterStatus::get_NotAvailable(VARIANT_BOOL* retNotAvailable) noexcept
 {
-    return ReadCondition("PrinterStatus::get_NotAvailable", ConditionNotAvailable, retNotAvailable);
+    return Get("PrinterStatus::get_NotAvailable", Checks::OutThenBound, retNotAvailable,
+               &DriverInterface::TestStatusFlag, ConditionNotAvailable);
 }
 
 STDMETHODIMP PrinterStatus::get_Offline(VARIANT_BOOL* retOffline) noexcept
 {
-    return ReadCondition("PrinterStatus::get_Offline", ConditionOffline, retOffline);
+    return Get("PrinterStatus::get_Offline", Checks::OutThenBound, retOffline, &DriverInterface::TestStatusFlag,
+               ConditionOffline);
 }
 
 STDMETHODIMP PrinterStatus::get_OutOfMemory(VARIANT_BOOL* retOutOfMemory) noexcept
 {
-    return ReadCondition("PrinterStatus::get_OutOfMemory", ConditionOutOfMemory, retOutOfMemory);
+    return Get("PrinterStatus::get_OutOfMemory", Checks::OutThenBound, retOutOfMemory, &DriverInterface::TestStatusFlag,
+               ConditionOutOfMemory);
 }
 
 STDMETHODIMP PrinterStatus::get_OutputFull(VARIANT_BOOL* retOutputFull) noexcept
 {
-    return ReadCondition("PrinterStatus::get_OutputFull", ConditionOutputFull, retOutputFull);
+    return Get("PrinterStatus::get_OutputFull", Checks::OutThenBound, retOutputFull, &DriverInterface::TestStatusFlag,
+               ConditionOutputFull);
 }
 
 STDMETHODIMP PrinterStatus::get_PaperJam(VARIANT_BOOL* retPaperJam) noexcept
 {
-    return ReadCondition("PrinterStatus::get_PaperJam", ConditionPaperJam, retPaperJam);
+    return Get("PrinterStatus::get_PaperJam", Checks::OutThenBound, retPaperJam, &DriverInterface::TestStatusFlag,
+               ConditionPaperJam);
 }
 
 STDMETHODIMP PrinterStatus::get_PaperOut(VARIANT_BOOL* retPaperOut) noexcept
 {
-    return ReadCondition("PrinterStatus::get_PaperOut", ConditionPaperOut, retPaperOut);
+    return Get("PrinterStatus::get_PaperOut", Checks::OutThenBound, retPaperOut, &DriverInterface::TestStatusFlag,
+               ConditionPaperOut);
 }
 
 STDMETHODIMP PrinterStatus::get_PaperProblem(VARIANT_BOOL* retPaperProblem) noexcept
 {
-    return ReadCondition("PrinterStatus::get_PaperProblem", ConditionPaperProblem, retPaperProblem);
+    return Get("PrinterStatus::get_PaperProblem", Checks::OutThenBound, retPaperProblem,
+               &DriverInterface::TestStatusFlag, ConditionPaperProblem);
 }
 
 STDMETHODIMP PrinterStatus::get_Paused(VARIANT_BOOL* retPaused) noexcept
 {
-    return ReadCondition("PrinterStatus::get_Paused", ConditionPaused, retPaused);
+    return Get("PrinterStatus::get_Paused", Checks::OutThenBound, retPaused, &DriverInterface::TestStatusFlag,
+               ConditionPaused);
 }
 
 STDMETHODIMP PrinterStatus::get_PowerSave(VARIANT_BOOL* retPowerSave) noexcept
 {
-    return ReadCondition("PrinterStatus::get_PowerSave", ConditionPowerSave, retPowerSave);
+    return Get("PrinterStatus::get_PowerSave", Checks::OutThenBound, retPowerSave, &DriverInterface::TestStatusFlag,
+               ConditionPowerSave);
 }
 
 STDMETHODIMP PrinterStatus::get_Printing(VARIANT_BOOL* retPrinting) noexcept
 {
-    return ReadCondition("PrinterStatus::get_Printing", ConditionPrinting, retPrinting);
+    return Get("PrinterStatus::get_Printing", Checks::OutThenBound, retPrinting, &DriverInterface::TestStatusFlag,
+               ConditionPrinting);
 }
 
 STDMETHODIMP PrinterStatus::get_Processing(VARIANT_BOOL* retProcessing) noexcept
 {
-    return ReadCondition("PrinterStatus::get_Processing", ConditionProcessing, retProcessing);
+    return Get("PrinterStatus::get_Processing", Checks::OutThenBound, retProcessing, &DriverInterface::TestStatusFlag,
+               ConditionProcessing);
 }
 
 STDMETHODIMP PrinterStatus::get_TonerLow(VARIANT_BOOL* retTonerLow) noexcept
 {
-    return ReadCondition("PrinterStatus::get_TonerLow", ConditionTonerLow, retTonerLow);
+    return Get("PrinterStatus::get_TonerLow", Checks::OutThenBound, retTonerLow, &DriverInterface::TestStatusFlag,
+               ConditionTonerLow);
 }
 
 STDMETHODIMP PrinterStatus::get_UserInterventionRequired(VARIANT_BOOL* retUserInterventionRequired) noexcept
 {
-    return ReadCondition("PrinterStatus::get_UserInterventionRequired", ConditionUserInterventionRequired,
-                         retUserInterventionRequired);
+    return Get("PrinterStatus::get_UserInterventionRequired", Checks::OutThenBound, retUserInterventionRequired,
+               &DriverInterface::TestStatusFlag, ConditionUserInterventionRequired);
 }
 
 STDMETHODIMP PrinterStatus::get_Waiting(VARIANT_BOOL* retWaiting) noexcept
 {
-    return ReadCondition("PrinterStatus::get_Waiting", ConditionWaiting, retWaiting);
+    return Get("PrinterStatus::get_Waiting", Checks::OutThenBound, retWaiting, &DriverInterface::TestStatusFlag,
+               ConditionWaiting);
 }
 
 STDMETHODIMP PrinterStatus::get_WarmingUp(VARIANT_BOOL* retWarmingUp) noexcept
 {
-    return ReadCondition("PrinterStatus::get_WarmingUp", ConditionWarmingUp, retWarmingUp);
+    return Get("PrinterStatus::get_WarmingUp", Checks::OutThenBound, retWarmingUp, &DriverInterface::TestStatusFlag,
+               ConditionWarmingUp);
 }
 
 STDMETHODIMP PrinterStatus::get_LabelPresent(VARIANT_BOOL* retLabelPresent) noexcept
 {
-    return ReadCondition("PrinterStatus::get_LabelPresent", ConditionLabelPresent, retLabelPresent);
+    return Get("PrinterStatus::get_LabelPresent", Checks::OutThenBound, retLabelPresent,
+               &DriverInterface::TestStatusFlag, ConditionLabelPresent);
 }
 
 STDMETHODIMP PrinterStatus::get_PrinterPaused(VARIANT_BOOL* retPrinterPaused) noexcept
 {
-    return ReadCondition("PrinterStatus::get_PrinterPaused", ConditionPrinterPaused, retPrinterPaused);
+    return Get("PrinterStatus::get_PrinterPaused", Checks::OutThenBound, retPrinterPaused,
+               &DriverInterface::TestStatusFlag, ConditionPrinterPaused);
 }
 
 STDMETHODIMP PrinterStatus::get_BatteryLow(VARIANT_BOOL* retBatteryLow) noexcept
 {
-    return ReadCondition("PrinterStatus::get_BatteryLow", ConditionBatteryLow, retBatteryLow);
+    return Get("PrinterStatus::get_BatteryLow", Checks::OutThenBound, retBatteryLow, &DriverInterface::TestStatusFlag,
+               ConditionBatteryLow);
 }
 
 STDMETHODIMP PrinterStatus::get_BatteryCharging(VARIANT_BOOL* retBatteryCharging) noexcept
 {
-    return ReadCondition("PrinterStatus::get_BatteryCharging", ConditionBatteryCharging, retBatteryCharging);
+    return Get("PrinterStatus::get_BatteryCharging", Checks::OutThenBound, retBatteryCharging,
+               &DriverInterface::TestStatusFlag, ConditionBatteryCharging);
 }
 
 STDMETHODIMP PrinterStatus::get_RibbonLow(VARIANT_BOOL* retRibbonLow) noexcept
 {
-    return ReadCondition("PrinterStatus::get_RibbonLow", ConditionRibbonLow, retRibbonLow);
+    return Get("PrinterStatus::get_RibbonLow", Checks::OutThenBound, retRibbonLow, &DriverInterface::TestStatusFlag,
+               ConditionRibbonLow);
 }
 
 STDMETHODIMP PrinterStatus::get_RibbonOut(VARIANT_BOOL* retRibbonOut) noexcept
 {
-    return ReadCondition("PrinterStatus::get_RibbonOut", ConditionRibbonOut, retRibbonOut);
+    return Get("PrinterStatus::get_RibbonOut", Checks::OutThenBound, retRibbonOut, &DriverInterface::TestStatusFlag,
+               ConditionRibbonOut);
 }
 
 STDMETHODIMP PrinterStatus::get_RibbonError(VARIANT_BOOL* retRibbonError) noexcept
 {
-    return ReadCondition("PrinterStatus::get_RibbonError", ConditionRibbonError, retRibbonError);
+    return Get("PrinterStatus::get_RibbonError", Checks::OutThenBound, retRibbonError, &DriverInterface::TestStatusFlag,
+               ConditionRibbonError);
 }
 
 STDMETHODIMP PrinterStatus::get_PaperLow(VARIANT_BOOL* retPaperLow) noexcept
 {
-    return ReadCondition("PrinterStatus::get_PaperLow", ConditionPaperLow, retPaperLow);
+    return Get("PrinterStatus::get_PaperLow", Checks::OutThenBound, retPaperLow, &DriverInterface::TestStatusFlag,
+               ConditionPaperLow);
 }
 
 STDMETHODIMP PrinterStatus::get_HeadOpen(VARIANT_BOOL* retHeadOpen) noexcept
 {
-    return ReadCondition("PrinterStatus::get_HeadOpen", ConditionHeadOpen, retHeadOpen);
+    return Get("PrinterStatus::get_HeadOpen", Checks::OutThenBound, retHeadOpen, &DriverInterface::TestStatusFlag,
+               ConditionHeadOpen);
 }
 
 STDMETHODIMP PrinterStatus::get_HeadError(VARIANT_BOOL* retHeadError) noexcept
 {
-    return ReadCondition("PrinterStatus::get_HeadError", ConditionHeadError, retHeadError);
+    return Get("PrinterStatus::get_HeadError", Checks::OutThenBound, retHeadError, &DriverInterface::TestStatusFlag,
+               ConditionHeadError);
 }
 
 STDMETHODIMP PrinterStatus::get_CutterError(VARIANT_BOOL* retCutterError) noexcept
 {
-    return ReadCondition("PrinterStatus::get_CutterError", ConditionCutterError, retCutterError);
+    return Get("PrinterStatus::get_CutterError", Checks::OutThenBound, retCutterError, &DriverInterface::TestStatusFlag,
+               ConditionCutterError);
 }
 
 STDMETHODIMP PrinterStatus::get_Warning(VARIANT_BOOL* retWarning) noexcept
 {
-    return ReadSeverity("PrinterStatus::get_Warning", StatusSeverityWarning, retWarning);
+    return TestSeverity("PrinterStatus::get_Warning", retWarning, StatusSeverityWarning);
 }
 
 STDMETHODIMP PrinterStatus::get_Error(VARIANT_BOOL* retError) noexcept
 {
-    return ReadSeverity("PrinterStatus::get_Error", StatusSeverityError, retError);
+    return TestSeverity("PrinterStatus::get_Error", retError, StatusSeverityError);
 }
 
 STDMETHODIMP PrinterStatus::get_OdometerPages(unsigned long* retOdometerPages) noexcept
 {
-    return Guard("PrinterStatus::get_OdometerPages", [&] {
-        CheckOut(retOdometerPages);
-        *retOdometerPages = Driver().GetOdometer().GetPages();
-    });
+    const auto pages = [](const PrinterDriverRef& driver) { return driver->GetOdometer().GetPages(); };
+    return Get("PrinterStatus::get_OdometerPages", Checks::OutThenBound, retOdometerPages, pages);
 }
 
 STDMETHODIMP PrinterStatus::get_OdometerDistance(float* retOdometerDistance) noexcept
 {
-    return Guard("PrinterStatus::get_OdometerDistance", [&] {
-        CheckOut(retOdometerDistance);
-        *retOdometerDistance = static_cast<float>(Driver().GetOdometer().GetDistance());
-    });
+    const auto distance = [](const PrinterDriverRef& driver) { return driver->GetOdometer().GetDistance(); };
+    return Get("PrinterStatus::get_OdometerDistance", Checks::OutThenBound, retOdometerDistance, distance);
 }
 
-DriverInterface& PrinterStatus::Driver() const
+HRESULT PrinterStatus::TestSeverity(const char* function, VARIANT_BOOL* retValue, StatusSeverity severity) noexcept
 {
-    if (!_driver) throw PrinterStatusNotInitialized_E();
-    return *_driver;
-}
-
-HRESULT PrinterStatus::ReadCondition(const char* function, PrinterCondition condition, VARIANT_BOOL* retValue) noexcept
-{
-    return Guard(function, [&] {
-        CheckOut(retValue);
-        *retValue = ToVariantBool(Driver().TestStatusFlag(condition));
-    });
-}
-
-HRESULT PrinterStatus::ReadSeverity(const char* function, StatusSeverity severity, VARIANT_BOOL* retValue) noexcept
-{
-    return Guard(function, [&] {
-        CheckOut(retValue);
-        *retValue = ToVariantBool(Driver().GetStatusSeverity() == severity);
-    });
+    const auto test = [severity](const PrinterDriverRef& driver) { return driver->GetStatusSeverity() == severity; };
+    return Get(function, Checks::OutThenBound, retValue, test);
 }

@@ -2,12 +2,11 @@
 #pragma once
 
 #include "vrl/frame/AutomationObject.h"
-#include "vrl/driver/DriverInterface.h"
+#include "vrl/classes/PrinterBinding.h"
 #include "vrl/driver/StatusFlags.h"
-#include "vrl/core/XPrinterRef.h"
 
-/// The live state of a printer. It holds no snapshot: every property asks anew, so two that are read one after the
-/// other can disagree.
+/// The live state of a printer. It holds no snapshot: every property asks each time, so two that are read one after
+/// the other can disagree.
 ///
 /// A condition comes from the spooler's status word or, on a printer with a driver of its own, from the device. What
 /// cannot be asked reads as false, 0 or "Ready".
@@ -16,6 +15,12 @@ class PrinterStatus final : public AutomationObject<PrinterStatus, IPrinterStatu
 public:
     /// Binds to the printer that `printer` names; a bound object lets go of its old printer first.
     HRESULT Initialize(IPrinter* printer) noexcept;
+
+    /// Binds to a printer and a driver interface that stands in for the printer's own.
+    void Bind(PrinterDriverRef driver) { _driver.Set(std::move(driver)); }
+
+    /// The driver interface. Throws `PrinterStatusNotInitialized_E`.
+    Bound<PrinterDriverRef>::Hold CheckBound() const { return _driver.Check<PrinterStatusNotInitialized_E>(); }
 
     STDMETHODIMP get_Text(BSTR* retText) noexcept override;
     STDMETHODIMP get_Busy(VARIANT_BOOL* retBusy) noexcept override;
@@ -56,10 +61,7 @@ public:
     STDMETHODIMP get_OdometerDistance(float* retOdometerDistance) noexcept override;
 
 private:
-    DriverInterface& Driver() const;
-    HRESULT ReadCondition(const char* function, PrinterCondition condition, VARIANT_BOOL* retValue) noexcept;
-    HRESULT ReadSeverity(const char* function, StatusSeverity severity, VARIANT_BOOL* retValue) noexcept;
+    HRESULT TestSeverity(const char* function, VARIANT_BOOL* retValue, StatusSeverity severity) noexcept;
 
-    XPrinterRef _xPrinter;              // empty until bound
-    DriverInterface* _driver = nullptr; // borrowed from the XPrinter, set together with it
+    Bound<PrinterDriverRef> _driver{_lock};
 };

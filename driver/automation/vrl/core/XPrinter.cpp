@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/core/XPrinter.h"
 
-#include "foundation/Assert.h"
 #include "foundation/OLockGuard.h"
-#include "foundation/Trace.h"
 #include "vrl/core/StatusThreadFactory.h"
 #include "vrl/driver/AdvancedDriverInterface.h"
 #include "vrl/driver/BasicDriverInterface.h"
@@ -26,29 +24,6 @@ void SetSharedBit(PRINTER_INFO_2W& printer, bool shared)
 {
     constexpr DWORD bit = PRINTER_ATTRIBUTE_SHARED;
     printer.Attributes = shared ? printer.Attributes | bit : printer.Attributes & ~bit;
-}
-
-template <class T>
-void AddReference(OPointerArray<T>& references, T* reference, const char* trace)
-{
-    for (int i = 0; i < references.GetSize(); ++i) {
-        if (references.GetAt(i) == reference) return;
-    }
-    TRACE("%s", trace);
-    references.Add(reference);
-}
-
-template <class T>
-void RemoveReference(OPointerArray<T>& references, T* reference, const char* trace)
-{
-    bool bFound = false;
-    for (int i = references.GetSize() - 1; i >= 0; --i) {
-        if (references.GetAt(i) != reference) continue;
-        DEBUG_ASSERT(!bFound);
-        bFound = true;
-        TRACE("%s", trace);
-        references.RemoveAt(i, 1);
-    }
 }
 
 } // namespace
@@ -309,64 +284,6 @@ void XPrinter::DropStatusThread()
     std::unique_ptr<IThreadable> thread;
     OLockGuard guard(_threadLock);
     thread = std::move(_statusThread);
-}
-
-void XPrinter::AddPrinterReference(Printer* printer)
-{
-    OLockGuard guard(_printerRefLock);
-    AddReference(_printerRefs, printer, "Printer added to reference array\n");
-}
-
-void XPrinter::RemovePrinterReference(Printer* printer)
-{
-    OLockGuard guard(_printerRefLock);
-    RemoveReference(_printerRefs, printer, "Printer removed from reference array\n");
-}
-
-// Deliberate: no lock. Who reads it wants to know whether anybody listens, and takes the lock before he looks closer.
-bool XPrinter::HasPrinterReferences() const NO_THREAD_SAFETY_ANALYSIS
-{
-    return !_printerRefs.IsEmpty();
-}
-
-OPointerArray<Printer>& XPrinter::LockPrinterReferences()
-{
-    _printerRefLock.Lock();
-    return _printerRefs;
-}
-
-void XPrinter::UnlockPrinterReferences()
-{
-    _printerRefLock.Unlock();
-}
-
-void XPrinter::AddQueueReference(PrintQueue* queue)
-{
-    OLockGuard guard(_queueRefLock);
-    AddReference(_queueRefs, queue, "PrintQueue added to reference array\n");
-}
-
-void XPrinter::RemoveQueueReference(PrintQueue* queue)
-{
-    OLockGuard guard(_queueRefLock);
-    RemoveReference(_queueRefs, queue, "PrintQueue removed from reference array\n");
-}
-
-// Deliberate: no lock, as above.
-bool XPrinter::HasQueueReferences() const NO_THREAD_SAFETY_ANALYSIS
-{
-    return !_queueRefs.IsEmpty();
-}
-
-OPointerArray<PrintQueue>& XPrinter::LockQueueReferences()
-{
-    _queueRefLock.Lock();
-    return _queueRefs;
-}
-
-void XPrinter::UnlockQueueReferences()
-{
-    _queueRefLock.Unlock();
 }
 
 OString XPrinter::ReadText(wchar_t* PRINTER_INFO_2W::*field) const

@@ -2,19 +2,17 @@
 #pragma once
 
 #include "foundation/OCriticalSection.h"
-#include "foundation/arrays/OPointerArray.h"
+#include "foundation/arrays/OTypedArray.h"
 #include "foundation/text/OString.h"
 #include "foundation/threads/IThreadable.h"
 #include "foundation/threads/OThread.h"
 #include "vrl/core/XPrinterPool.h"
 #include "vrl/driver/DriverInterface.h"
 #include "vrl/driver/Odometer.h"
+#include "vrl/frame/ReferenceList.h"
 #include "vrl/spooler/Spooler.h"
 
 #include <memory>
-
-class Printer;
-class PrintQueue;
 
 /// The shared core of one printer: what every automation object that speaks of that printer works on.
 ///
@@ -99,18 +97,17 @@ public:
     /// nothing started, if there is no memory for it; the next call then tries again.
     void StartStatusThread();
 
-    /// The arrays list objects that have sinks and hold no references: an object takes itself out before it dies.
-    void AddPrinterReference(Printer* printer);
-    void RemovePrinterReference(Printer* printer);
-    bool HasPrinterReferences() const;
-    OPointerArray<Printer>& LockPrinterReferences() ACQUIRE(_printerRefLock);
-    void UnlockPrinterReferences() RELEASE(_printerRefLock);
+    /// The lists of objects that have sinks, of `Printer` and of `PrintQueue`. They hold no references: an object takes
+    /// itself out before it dies. Adding throws std::bad_alloc.
+    void AddPrinterReference(SinkOwner& printer) { _printerRefs->Add(printer); }
+    void RemovePrinterReference(SinkOwner& printer) noexcept { _printerRefs->Remove(printer); }
+    bool HasPrinterReferences() const noexcept { return !_printerRefs->IsEmpty(); }
+    ReferenceList::Scope LockPrinterReferences() { return ReferenceList::Scope(*_printerRefs); }
 
-    void AddQueueReference(PrintQueue* queue);
-    void RemoveQueueReference(PrintQueue* queue);
-    bool HasQueueReferences() const;
-    OPointerArray<PrintQueue>& LockQueueReferences() ACQUIRE(_queueRefLock);
-    void UnlockQueueReferences() RELEASE(_queueRefLock);
+    void AddQueueReference(SinkOwner& queue) { _queueRefs->Add(queue); }
+    void RemoveQueueReference(SinkOwner& queue) noexcept { _queueRefs->Remove(queue); }
+    bool HasQueueReferences() const noexcept { return !_queueRefs->IsEmpty(); }
+    ReferenceList::Scope LockQueueReferences() { return ReferenceList::Scope(*_queueRefs); }
 
 private:
     friend class XPrinterPool;
@@ -152,7 +149,6 @@ private:
     DWORD _currentJobId = 0;
     DWORD _pagesPrintedInJob = 0;
     DWORD _odometerPagesAtJobStart = 0;
-
     Odometer _odometer;
     mutable OCriticalSection _printerLock;
     mutable OCriticalSection _threadLock;
@@ -165,8 +161,8 @@ private:
     std::unique_ptr<DriverInterface> _driver;
     bool _advancedDriver = false;
 
-    mutable OCriticalSection _queueRefLock;
-    OPointerArray<PrintQueue> _queueRefs GUARDED_BY(_queueRefLock);
-    mutable OCriticalSection _printerRefLock;
-    OPointerArray<Printer> _printerRefs GUARDED_BY(_printerRefLock);
+    const std::shared_ptr<ReferenceList> _queueRefs = std::make_shared<ReferenceList>(
+        "PrintQueue added to reference array\n", "PrintQueue removed from reference array\n");
+    const std::shared_ptr<ReferenceList> _printerRefs =
+        std::make_shared<ReferenceList>("Printer added to reference array\n", "Printer removed from reference array\n");
 };

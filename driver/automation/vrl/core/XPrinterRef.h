@@ -35,6 +35,7 @@ public:
     }
 
     explicit operator bool() const noexcept { return _xPrinter != nullptr; }
+    XPrinter& operator*() const noexcept { return *_xPrinter; }
     XPrinter* operator->() const noexcept { return _xPrinter; }
     XPrinter* Get() const noexcept { return _xPrinter; }
 

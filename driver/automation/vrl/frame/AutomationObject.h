@@ -6,18 +6,26 @@
 #include "vrl/frame/MethodGuard.h"
 #include "vrl/frame/Module.h"
 #include "vrl/frame/TypeInfo.h"
+#include "vrl/frame/Values.h"
 #include "vrl/frame/VRException.h"
 
 #include <wrl/client.h>
 
 #include <atomic>
-#include <new>
+#include <functional>
+#include <tuple>
+#include <type_traits>
+
+/// The order in which a property tests its object and its out pointer: it differs from member to member, and is part of
+/// the contract.
+enum class Checks { BoundThenOut, OutThenBound };
 
 /// Base of every automation class: reference counts, the interfaces of the class, dispatch over the type information of
 /// its one interface, and error information.
 ///
-/// `Class` may replace `FinalConstruct` and `FinalRelease`. It is made by `CreateObject` or `CreateInstance` only.
-/// Threading: free; the reference count is atomic, and `_lock` guards what the class says.
+/// `Class` may replace `FinalConstruct`, `FinalRelease` and `BeforeLastRelease`. A class whose members need something
+/// that it is bound to has a `Bound` and gives it by `CheckBound`. It is made by `CreateObject` or `CreateInstance`
+/// only. Threading: free; the reference count is atomic, and `_lock` guards what the class says.
 template <class Class, class Interface>
 class AutomationObject : public Interface, public ISupportErrorInfo {
 public:
@@ -39,12 +47,20 @@ public:
 
     STDMETHODIMP_(ULONG) Release() noexcept override
     {
+        if (_references == 1) Self().BeforeLastRelease();
         const ULONG left = --_references;
-        if (left == 0) {
-            Self().FinalRelease();
-            delete &Self();
-        }
+        if (left == 0) Die();
         return left;
+    }
+
+    /// Takes a reference for the caller unless the last one has gone already. For those who hold none of their own.
+    bool AddRefIfAlive() noexcept
+    {
+        ULONG references = _references;
+        do {
+            if (references == 0 || references >= parkedReferences) return false;
+        } while (!_references.compare_exchange_weak(references, references + 1));
+        return true;
     }
 
     // IDispatch
@@ -89,11 +105,15 @@ public:
 
     // Life of the object
 
-    /// Runs once behind construction, with one reference held; a failure is the result of the creation.
+    /// Runs once, right after construction, with one reference held; a failure is the result of the creation.
     HRESULT FinalConstruct() noexcept { return S_OK; }
 
-    /// Runs once when the last reference has gone, also behind a failed `FinalConstruct`.
-    void FinalRelease() noexcept {}
+    /// Runs at each `Release` that finds the count at exactly 1, before the count is lowered.
+    void BeforeLastRelease() noexcept {}
+
+    /// Runs once, after the last reference has gone, and after a failed `FinalConstruct`. Whoever is called here may
+    /// take references and give them back; the object dies all the same.
+    void FinalRelease() {}
 
     /// The object's own lock, under which event code reads its sink list.
     OCriticalSection& ObjectLock() noexcept { return _lock; }
@@ -115,10 +135,76 @@ protected:
         if (!out) throw InvalidArgument_E();
     }
 
+    // The shapes of members. What is asked or done is a member of the object that the class is bound to, or a function
+    // that takes the binding; `arguments` follow.
+
+    /// A property's getter: the answer of `query` goes out in the type of the property.
+    template <class Out, class Query, class... Arguments>
+    HRESULT Get(const char* function, Checks order, Out* out, Query query, Arguments... arguments) noexcept
+    {
+        return Guard(function, [&] {
+            EmptyOut(out);
+            if (order == Checks::OutThenBound) CheckOut(out);
+            const auto bound = Self().CheckBound();
+            CheckOut(out);
+            GiveValue(out, std::invoke(query, *bound, arguments...));
+        });
+    }
+
+    /// A getter of a child, which it gives with one more reference. It works on an object that is not bound.
+    template <class Out, class Child>
+    HRESULT GetChild(const char* function, Out** out, const Microsoft::WRL::ComPtr<Child>& child) noexcept
+    {
+        return Guard(function, [&] {
+            CheckOut(out);
+            return child.CopyTo(out);
+        });
+    }
+
+    /// A property's setter.
+    template <class Operation, class Argument>
+    HRESULT Put(const char* function, Operation operation, Argument argument) noexcept
+    {
+        return Call(function, operation, argument);
+    }
+
+    /// A method without a result of its own, or one whose operation gives an HRESULT.
+    template <class Operation, class... Arguments>
+    HRESULT Call(const char* function, Operation operation, Arguments... arguments) noexcept
+    {
+        return Guard(function, [&] {
+            const auto taken = std::make_tuple(TakeValue(arguments)...);
+            const auto bound = Self().CheckBound();
+            const auto run = [&](const auto&... values) { return std::invoke(operation, *bound, values...); };
+            using Result = decltype(std::apply(run, taken));
+            static_assert(std::is_void_v<Result> || std::is_same_v<Result, HRESULT>, "an answer that nobody looks at");
+            return std::apply(run, taken);
+        });
+    }
+
     OCriticalSection _lock;
 
 private:
+    /// More than any number of references, so that those taken and given back meanwhile don't end the object again.
+    static constexpr ULONG parkedReferences = 0x40000000;
+
     Class& Self() noexcept { return static_cast<Class&>(*this); }
+
+    void Die() noexcept
+    {
+        _references = parkedReferences;
+        if constexpr (requires { Self().Disconnect(); }) Self().Disconnect();
+        Contain([&] { Self().FinalRelease(); });
+        delete &Self();
+    }
+
+    template <class Out>
+    static void EmptyOut(Out* out)
+    {
+        if constexpr (std::is_pointer_v<Out>) {
+            if (out) *out = nullptr;
+        }
+    }
 
     void* FindInterface(REFIID iid) noexcept
     {
@@ -138,15 +224,15 @@ private:
 /// Makes a `T` with one reference for the caller. On a failure `*object` is null, and nothing of the object is left.
 template <class T>
 HRESULT CreateInstance(T** object) noexcept
-try {
+{
     *object = nullptr;
-    Microsoft::WRL::ComPtr<T> made;
-    *made.GetAddressOf() = new T; // not Attach, which counts once more in the library of this compiler
-    const HRESULT result = made->FinalConstruct();
-    if (SUCCEEDED(result)) *object = made.Detach();
-    return result;
-} catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
+    return Contain([&] {
+        Microsoft::WRL::ComPtr<T> made;
+        *made.GetAddressOf() = new T; // not Attach, which counts once more in the library of this compiler
+        const HRESULT result = made->FinalConstruct();
+        if (SUCCEEDED(result)) *object = made.Detach();
+        return result;
+    });
 }
 
 /// Makes a `T` and asks it for `iid`, as class factories do.

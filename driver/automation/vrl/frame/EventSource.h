@@ -3,7 +3,9 @@
 
 #include "foundation/OLockGuard.h"
 #include "vrl/frame/Automation.h"
+#include "vrl/frame/SinkCall.h"
 #include "vrl/frame/SinkList.h"
+#include "vrl/frame/SinkOwner.h"
 #include "vrl/frame/SnapshotEnumerator.h"
 
 #include <olectl.h>
@@ -34,27 +36,60 @@ struct ConnectionPolicy {
     static void Clear(Item* item) noexcept { item->pUnk->Release(); }
 };
 
-/// Makes `Class`, an automation object, the source of the events `Events`: a container with one connection point.
+/// Makes `Class`, an automation object, the source of the events `Events`: a container with one connection point, whose
+/// sinks `Fire` calls.
 ///
 /// `Class` has two operations that run before the ordinary step: `HRESULT FirstSinkConnecting()` when `Advise` takes
 /// the count of connected sinks from 0 to 1, a failure ending the `Advise`, and `void LastSinkGone()` when `Unadvise`
-/// takes it from 1 to 0.
+/// takes it from 1 to 0. They enter the object in the list of those who hear the events, and take it out.
 /// Threading: any thread; the sink list is read and changed under the object's own lock.
 template <class Class, class Events>
-class EventSource {
+class EventSource : public SinkOwner {
 public:
     /// One more interface of the object, in its own class so that the object has its reference count only once.
     IConnectionPointContainer* ConnectionPointContainer() noexcept { return &_container; }
 
+    // SinkOwner
+
+    Microsoft::WRL::ComPtr<IDispatch> Identity() noexcept final
+    {
+        Microsoft::WRL::ComPtr<IDispatch> identity;
+        if (Self().AddRefIfAlive()) *identity.GetAddressOf() = &Self();
+        return identity;
+    }
+
+    HRESULT Fire(DISPID eventId, const EventArguments& arguments) noexcept final
+    {
+        HRESULT result = S_OK;
+        const size_t slots = SlotCount();
+        for (size_t slot = 0; slot < slots; ++slot) {
+            auto sink = SinkAt(slot);
+            if (!sink) continue;
+            result = CallSink(std::move(sink), eventId, arguments);
+            CheckSinkResult(result);
+        }
+        return result;
+    }
+
+    /// For an object whose last reference has gone: takes it out of every list and lets go of its sinks, which may call
+    /// it once more. No sink can be connected afterwards.
+    void Disconnect() noexcept
+    {
+        _disconnected = true;
+        LeaveLists();
+        SinkList gone;
+        OLockGuard guard(Self().ObjectLock()); // unlocked before the sinks are released: they are foreign code
+        std::swap(gone, _sinks);
+    }
+
 protected:
-    EventSource() noexcept : _container(*this), _point(*this) {}
+    EventSource() noexcept : SinkOwner(Self().ObjectLock()), _container(*this), _point(*this) {}
     ~EventSource() = default;
 
-    /// The connected sinks; read it under the object's own lock.
-    SinkList _sinks;
+    /// Looks at what a sink answered to an event.
+    virtual void CheckSinkResult(HRESULT hr) const noexcept = 0;
 
-    /// Connected sinks as `Advise` and `Unadvise` count them, whether or not the ordinary step succeeds.
-    std::atomic<LONG> _connectionCount{0};
+    bool IsConnected() const noexcept { return _connectionCount > 0; }
 
 private:
     class Container final : public IConnectionPointContainer {
@@ -143,14 +178,34 @@ private:
 
     Class& Self() noexcept { return static_cast<Class&>(*this); }
 
+    size_t SlotCount() noexcept
+    {
+        OLockGuard guard(Self().ObjectLock());
+        return _sinks.SlotCount();
+    }
+
+    Microsoft::WRL::ComPtr<IDispatch> SinkAt(size_t slot) noexcept
+    {
+        OLockGuard guard(Self().ObjectLock());
+        return _sinks.SinkAt(slot);
+    }
+
+    /// The count of connected sinks has gone up to `count`: is this the first, or does the first still wait for its
+    /// list?
+    bool IsFirstSink(LONG count) const noexcept { return count == 1 || (count > 1 && !IsListed()); }
+
     HRESULT Advise(IUnknown* sink, DWORD* cookie) noexcept
     {
-        if (++_connectionCount == 1) {
+        if (cookie) *cookie = 0;
+        if (_disconnected) return CONNECT_E_CANNOTCONNECT;
+        if (IsFirstSink(++_connectionCount)) {
             const HRESULT result = Self().FirstSinkConnecting();
-            if (FAILED(result)) return result;
+            if (FAILED(result)) {
+                --_connectionCount;
+                return result;
+            }
         }
         if (!sink || !cookie) return E_POINTER;
-        *cookie = 0;
 
         Microsoft::WRL::ComPtr<IDispatch> events;
         if (FAILED(sink->QueryInterface(__uuidof(Events), &events))) return CONNECT_E_CANNOTCONNECT;
@@ -161,12 +216,15 @@ private:
     HRESULT Unadvise(DWORD cookie) noexcept
     {
         if (_connectionCount-- == 1) Self().LastSinkGone();
-        Microsoft::WRL::ComPtr<IDispatch> gone; // released behind the lock: it is foreign code
+        Microsoft::WRL::ComPtr<IDispatch> gone; // released after the lock: it is foreign code
         OLockGuard guard(Self().ObjectLock());
         gone = _sinks.Remove(cookie);
         return gone ? S_OK : CONNECT_E_NOCONNECTION;
     }
 
+    SinkList _sinks;                       // under the object's own lock
+    std::atomic<LONG> _connectionCount{0}; // whether or not the ordinary step succeeds
+    std::atomic<bool> _disconnected{false};
     Container _container;
     ConnectionPoint _point;
 };

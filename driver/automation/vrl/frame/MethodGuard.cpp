@@ -17,12 +17,6 @@ namespace {
 constexpr const char* unspecifiedError = "Unspecified error";
 constexpr const char* outOfMemory = "Out of memory";
 
-HRESULT Fail(const CLSID& clsid, HRESULT result, const char* text) noexcept
-{
-    ReportError(clsid, text);
-    return result;
-}
-
 HRESULT ResultOfException(const OException& exception) noexcept
 {
     const long code = exception.GetErrorCode();
@@ -56,26 +50,17 @@ HRESULT RunTranslatedBody(HRESULT (*body)(void*), void* context)
     return result;
 }
 
-} // namespace
-
-void ReportError(const CLSID& clsid, const char* text) noexcept
+/// `clsid` is null if nobody is to be told.
+HRESULT Fail(const CLSID* clsid, HRESULT result, const char* text) noexcept
 {
-    Microsoft::WRL::ComPtr<ICreateErrorInfo> create;
-    if (FAILED(::CreateErrorInfo(&create))) return;
-
-    create->SetGUID(IID_NULL);
-    create->SetHelpContext(0);
-    SetSource(*create.Get(), clsid);
-    // The code alone has to do when there is no memory for its text.
-    if (const OBstr description = WideText(text)) create->SetDescription(description.Get());
-
-    Microsoft::WRL::ComPtr<IErrorInfo> errorInfo;
-    if (SUCCEEDED(create.As(&errorInfo))) ::SetErrorInfo(0, errorInfo.Get());
+    if (clsid) ReportError(*clsid, text);
+    return result;
 }
 
-HRESULT RunGuarded(const char* function, const CLSID& clsid, HRESULT (*body)(void*), void* context) noexcept
+HRESULT Run(const char* function, unsigned long reportFlags, const CLSID* clsid, HRESULT (*body)(void*),
+            void* context) noexcept
 try {
-    VRExceptionHandler handler(function);
+    VRExceptionHandler handler(function, reportFlags);
     try {
         return RunTranslatedBody(body, context);
     } catch (const OException& exception) {
@@ -96,4 +81,31 @@ try {
     }
 } catch (...) { // the handler itself found no memory
     return Fail(clsid, E_OUTOFMEMORY, outOfMemory);
+}
+
+} // namespace
+
+void ReportError(const CLSID& clsid, const char* text) noexcept
+{
+    Microsoft::WRL::ComPtr<ICreateErrorInfo> create;
+    if (FAILED(::CreateErrorInfo(&create))) return;
+
+    create->SetGUID(IID_NULL);
+    create->SetHelpContext(0);
+    SetSource(*create.Get(), clsid);
+    // The code alone has to do when there is no memory for its text.
+    if (const OBstr description = WideText(text)) create->SetDescription(description.Get());
+
+    Microsoft::WRL::ComPtr<IErrorInfo> errorInfo;
+    if (SUCCEEDED(create.As(&errorInfo))) ::SetErrorInfo(0, errorInfo.Get());
+}
+
+HRESULT RunGuarded(const char* function, const CLSID& clsid, HRESULT (*body)(void*), void* context) noexcept
+{
+    return Run(function, OExceptionHandler::reportToDialog, &clsid, body, context);
+}
+
+HRESULT RunContained(HRESULT (*body)(void*), void* context) noexcept
+{
+    return Run("", 0, nullptr, body, context);
 }

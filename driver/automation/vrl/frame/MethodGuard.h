@@ -12,18 +12,33 @@ void ReportError(const CLSID& clsid, const char* text) noexcept;
 /// information with the class `clsid`; nothing thrown gets out. `function` is the text "Class::Member".
 HRESULT RunGuarded(const char* function, const CLSID& clsid, HRESULT (*body)(void*), void* context) noexcept;
 
+/// The same, but nobody is told: there is only the result.
+HRESULT RunContained(HRESULT (*body)(void*), void* context) noexcept;
+
+/// `body`, which gives nothing (S_OK) or an HRESULT, as the two above take it.
+template <class Body>
+HRESULT RunBody(void* context)
+{
+    auto& body = *static_cast<std::remove_reference_t<Body>*>(context);
+    if constexpr (std::is_void_v<decltype(body())>) {
+        body();
+        return S_OK;
+    } else {
+        return body();
+    }
+}
+
 /// The wrapper of a method: `body` does the checks and the work, and gives nothing (S_OK) or an HRESULT.
 template <class Body>
 HRESULT MethodGuard(const char* function, const CLSID& clsid, Body&& body) noexcept
 {
-    const auto run = [](void* context) -> HRESULT {
-        auto& work = *static_cast<std::remove_reference_t<Body>*>(context);
-        if constexpr (std::is_void_v<decltype(work())>) {
-            work();
-            return S_OK;
-        } else {
-            return work();
-        }
-    };
-    return RunGuarded(function, clsid, run, const_cast<void*>(static_cast<const void*>(&body)));
+    return RunGuarded(function, clsid, RunBody<Body>, const_cast<void*>(static_cast<const void*>(&body)));
+}
+
+/// Runs code that must not let anything out and has no caller to tell: above all calls into foreign code, such as a
+/// client's sink. What `body` throws, and what is raised in it, ends here as the result that `MethodGuard` would give.
+template <class Body>
+HRESULT Contain(Body&& body) noexcept
+{
+    return RunContained(RunBody<Body>, const_cast<void*>(static_cast<const void*>(&body)));
 }

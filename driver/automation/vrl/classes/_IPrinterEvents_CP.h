@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "foundation/Assert.h"
+#include "vrl/frame/EventSource.h"
+
+/// The connection point of `_IPrinterEvents` in `Class`.
+template <class Class>
+class IPrinterEvents_CP : public EventSource<Class, _IPrinterEvents> {
+protected:
+    /// A sink need not have every event; any other failure is a mistake of the sink.
+    void CheckSinkResult(HRESULT hr) const noexcept final
+    {
+        DEBUG_ASSERT(((HRESULT)(hr) >= 0) || (hr == ((HRESULT)0x80020003L)));
+    }
+};

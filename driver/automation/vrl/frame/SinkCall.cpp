@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#include "vrl/frame/SinkCall.h"
+
+#include "vrl/frame/MethodGuard.h"
+
+HRESULT CallSink(Microsoft::WRL::ComPtr<IDispatch> sink, DISPID eventId, const EventArguments& arguments) noexcept
+{
+    VARIANT answer;
+    ::VariantInit(&answer);
+    const HRESULT result = Contain([&] {
+        DISPPARAMS parameters = arguments.AsDispParams();
+        return sink->Invoke(eventId, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, &answer, nullptr,
+                            nullptr);
+    });
+    Contain([&] { ::VariantClear(&answer); });
+    Contain([&] { sink.Reset(); });
+    return result;
+}

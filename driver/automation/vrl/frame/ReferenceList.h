@@ -18,7 +18,7 @@
 class ReferenceList : public std::enable_shared_from_this<ReferenceList> {
 public:
     /// Both are trace lines, texts that live as long as the process.
-    ReferenceList(const char* addedTrace, const char* removedTrace) noexcept
+    ReferenceList(const char* addedTrace, const char* removedTrace)
         : _addedTrace(addedTrace), _removedTrace(removedTrace)
     {
     }

@@ -22,13 +22,13 @@ OString FullPath(const OString& file)
     return module ? GetModuleName(module.Get()) : OString();
 }
 
-/// The whole version resource, or nothing.
+/// The whole version resource with a zero after it, where a text ends at the latest; empty if there is none.
 std::vector<BYTE> ReadVersionInfo(const OString& path)
 {
     DWORD ignored = 0;
-    std::vector<BYTE> info(::GetFileVersionInfoSizeW(path.wstring(), &ignored));
-    if (info.empty()) return info;
-    if (!::GetFileVersionInfoW(path.wstring(), 0, static_cast<DWORD>(info.size()), info.data())) info.clear();
+    const DWORD size = ::GetFileVersionInfoSizeW(path.wstring(), &ignored);
+    std::vector<BYTE> info(size == 0 ? 0 : size + sizeof(wchar_t));
+    if (size != 0 && !::GetFileVersionInfoW(path.wstring(), 0, size, info.data())) info.clear();
     return info;
 }
 
@@ -43,7 +43,9 @@ OString GetFileVersionString(const OString& file, const OString& name)
         void* text = nullptr;
         UINT length = 0;
         if (::VerQueryValueW(info.data(), entry.wstring(), &text, &length)) {
-            return OString(static_cast<const wchar_t*>(text));
+            OString value;
+            value.AssignN(static_cast<const wchar_t*>(text), static_cast<int>(length));
+            return value;
         }
     }
     return OString();

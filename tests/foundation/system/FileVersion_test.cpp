@@ -5,11 +5,15 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <cstring>
 #include <string>
+#include <string_view>
 
 #include "foundation/system/ModuleInstance.h"
 #include "foundation/OHandle.h"
 #include "foundation/files/PathParts.h"
+#include "support/ImportHook.h"
 #include "support/TemporaryDirectory.h"
 
 namespace {
@@ -61,6 +65,56 @@ TEST(GetFileVersionString, UnloadsWhatItLoaded)
 {
     GetFileVersionString("version_040904E4.dll", "FileVersion");
     EXPECT_EQ(::GetModuleHandleW(L"version_040904E4.dll"), nullptr);
+}
+
+/// A version resource, and the value that is found in it, as a damaged file may have them.
+class MadeUpVersionResource {
+public:
+    MadeUpVersionResource(std::wstring_view contents, UINT valueLength)
+    {
+        resource = contents;
+        length = valueLength;
+    }
+
+private:
+    static inline std::wstring resource;
+    static inline UINT length;
+
+    /// Memory that ends in no zero by chance.
+    static void* Allocate(size_t size)
+    {
+        void* const block = std::calloc(size + 64, 1);
+        return block ? std::memset(block, 'x', size + 64) : nullptr;
+    }
+    static DWORD Size(const wchar_t*, DWORD*) { return static_cast<DWORD>(resource.size() * sizeof(wchar_t)); }
+    static BOOL Read(const wchar_t*, DWORD, DWORD, void* block)
+    {
+        std::memcpy(block, resource.data(), resource.size() * sizeof(wchar_t));
+        return TRUE;
+    }
+    static BOOL Query(const void* block, const wchar_t*, void** value, UINT* valueLength)
+    {
+        *value = const_cast<void*>(block);
+        *valueLength = length;
+        return TRUE;
+    }
+
+    ImportHook<decltype(Allocate)> _malloc{"malloc", Allocate};
+    ImportHook<decltype(Size)> _size{"GetFileVersionInfoSizeW", Size};
+    ImportHook<decltype(Read)> _read{"GetFileVersionInfoW", Read};
+    ImportHook<decltype(Query)> _query{"VerQueryValueW", Query};
+};
+
+TEST(GetFileVersionString, ReadsATextWithoutATerminatorToTheEndOfItsValue)
+{
+    const MadeUpVersionResource resource(L"1.2.3Comments", 5);
+    EXPECT_EQ(GetFileVersionString("C:\any.dll", "FileVersion"), "1.2.3");
+}
+
+TEST(GetFileVersionString, ReadsNotPastTheResourceWhateverLengthAValueClaims)
+{
+    const MadeUpVersionResource resource(L"1.2.3", 1000);
+    EXPECT_EQ(GetFileVersionString("C:\any.dll", "FileVersion"), "1.2.3");
 }
 
 TEST(GetFileVersionString, IsEmptyWithoutTheFileOrItsVersionResource)

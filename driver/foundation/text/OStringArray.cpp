@@ -164,7 +164,8 @@ template <typename Char>
 class Unpacker {
 public:
     Unpacker(OStringArray& array, const Char* text, int size, UINT codePage)
-        : _array(array), _text(text), _end(text + size), _limit(_end + OBuffer<Char>::trailingZeros), _codePage(codePage)
+        : _array(array), _text(text), _end(text + size), _limit(_end + OBuffer<Char>::trailingZeros),
+          _codePage(codePage)
     {
     }
 
@@ -382,6 +383,11 @@ void OStringArray::InsertAt(int nStartIndex, const OStringArray* pNewArray)
     ASSERT_IN("OStringArray::InsertAt", pNewArray != NULL); // NOLINT(modernize-use-nullptr)
     ASSERT_IN("OStringArray::InsertAt", nStartIndex >= 0);
     if (pNewArray->IsEmpty()) return;
+    if (pNewArray == this) {
+        OStringArray elements;
+        elements.Copy(*this);
+        return InsertAt(nStartIndex, &elements);
+    }
 
     InsertAt(nStartIndex, pNewArray->GetAt(0), pNewArray->GetSize());
     for (int index = 0; index < pNewArray->GetSize(); ++index) SetAt(nStartIndex + index, pNewArray->GetAt(index));

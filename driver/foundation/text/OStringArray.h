@@ -63,7 +63,7 @@ public:
     void InsertEmpty(int nIndex, int nCount);
     /// Inserts `nCount` elements of the same text at `nIndex`.
     void InsertAt(int nIndex, const OString& value, int nCount = 1);
-    /// Inserts the elements of another array at `nStartIndex`.
+    /// Inserts the elements of an array, which may be this one, at `nStartIndex`.
     void InsertAt(int nStartIndex, const OStringArray* pNewArray);
 
     /// Takes out `count` elements from `index` on. The block stays as it is.

@@ -299,6 +299,27 @@ TEST(OStringArray, InsertAtRepeatsTheText)
     EXPECT_EQ(array.Get(), (Texts{"y", "a", "x", "x", "x", "b"}));
 }
 
+TEST(OStringArray, InsertAtOfItselfInsertsTheElementsItHad)
+{
+    static constexpr struct {
+        int index;
+        const char* joined;
+    } rows[] = {
+        {0, "a,b,c,a,b,c" },
+        {1, "a,a,b,c,b,c" },
+        {3, "a,b,c,a,b,c" },
+        {4, "a,b,c,,a,b,c"},
+    };
+    for (const auto& row : rows) {
+        OStringArray array;
+        array.Split("a,b,c", ",");
+        array.InsertAt(row.index, &array);
+        OString joined;
+        array.Join(joined, ",");
+        EXPECT_EQ(joined, row.joined) << row.index;
+    }
+}
+
 TEST(OStringArray, InsertAtOfAnArrayInsertsAllItsElements)
 {
     TestArray array = {"a", "b"};

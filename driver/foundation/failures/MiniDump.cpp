@@ -6,6 +6,7 @@
 #include <cwchar>
 
 #include "foundation/failures/DebugHelp.h"
+#include "foundation/files/SystemFolders.h"
 #include "foundation/ImportedFunction.h"
 #include "foundation/OHandle.h"
 #include "foundation/OLockGuard.h"
@@ -17,10 +18,9 @@ constexpr int dumpsKept = 10000;
 /// Empty if there is no such folder and none can be made.
 std::wstring DumpFolder()
 {
-    wchar_t folder[MAX_PATH];
-    const DWORD length = ::GetTempPathW(MAX_PATH, folder);
-    if (length == 0 || length >= MAX_PATH) return L"";
-    std::wstring path = std::wstring(folder, length) + L"MarrowfieldLabs";
+    const OString temporaryFolder = GetTemporaryFolder();
+    if (temporaryFolder.IsEmpty()) return L"";
+    std::wstring path = std::wstring(temporaryFolder.wstring()) + L"MarrowfieldLabs";
     if (!::CreateDirectoryW(path.c_str(), nullptr) && ::GetLastError() != ERROR_ALREADY_EXISTS) return L"";
     return path;
 }

@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <string>
 
+#include "foundation/files/PathParts.h"
+#include "foundation/files/SystemFolders.h"
+
 namespace {
 
 constexpr DWORD shareMask = 0xF0;
@@ -32,8 +35,6 @@ static_assert(shownAttributes == 0x127);
 
 /// Directories up to this index of the last '\' have no parent to be made: a drive, or one letter below it.
 constexpr int lastRootIndex = 3;
-
-constexpr DWORD pathCapacity = 260;
 
 /// Puts one byte of a text file where it belongs: a line feed ends the line that has gathered in `line`.
 void TakeByte(OStringArray& lines, std::string& line, char byte)
@@ -123,7 +124,7 @@ DWORD OFile::Read(void* data, DWORD count)
 
 OString OFile::GetFileName() const
 {
-    return _path.Mid(_path.ReverseFind(L'\\') + 1);
+    return GetFilePart(_path);
 }
 
 bool OFile::ReadLine(OString& line)
@@ -194,10 +195,9 @@ bool OFile::Copy(const OString& from, const OString& to, bool failIfExists)
 
 OString OFile::GetTempName(const OString& prefix, UINT unique)
 {
-    wchar_t directory[pathCapacity];
-    wchar_t name[pathCapacity];
-    if (::GetTempPathW(pathCapacity, directory) == 0) return OString();
-    if (::GetTempFileNameW(directory, prefix.wstring(), unique, name) == 0) return OString();
+    const OString folder = GetTemporaryFolder();
+    wchar_t name[MAX_PATH];
+    if (folder.IsEmpty() || ::GetTempFileNameW(folder.wstring(), prefix.wstring(), unique, name) == 0) return OString();
     return name;
 }
 

@@ -3,15 +3,13 @@
 
 #include "foundation/Platform.h"
 
-#include <iterator>
-
 namespace {
 
 OString Folder(UINT(WINAPI* getFolder)(wchar_t*, UINT))
 {
-    wchar_t path[260];
-    const UINT length = getFolder(path, static_cast<UINT>(std::size(path)));
-    return length == 0 || length >= std::size(path) ? OString() : OString(path);
+    wchar_t path[MAX_PATH];
+    const UINT length = getFolder(path, MAX_PATH);
+    return length == 0 || length >= MAX_PATH ? OString() : OString(path);
 }
 
 } // namespace
@@ -24,4 +22,9 @@ OString GetSystemFolder()
 OString GetWindowsFolder()
 {
     return Folder(::GetWindowsDirectoryW);
+}
+
+OString GetTemporaryFolder()
+{
+    return Folder([](wchar_t* path, UINT size) -> UINT { return ::GetTempPathW(size, path); });
 }

@@ -8,3 +8,6 @@ OString GetSystemFolder();
 
 /// The platform's own folder, such as C:\Windows; empty if its path has 260 characters or more.
 OString GetWindowsFolder();
+
+/// The folder for temporary files, with a '\' at its end; empty if its path has 260 characters or more.
+OString GetTemporaryFolder();

@@ -3,10 +3,12 @@
 
 #include <gmock/gmock.h>
 
+#include <cwchar>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "support/ImportHook.h"
 #include "support/TemporaryDirectory.h"
 
 namespace {
@@ -454,6 +456,19 @@ TEST_F(OFileTest, TempNameWithANumberIsANameOnly)
     const OString name = OFile::GetTempName(L"vor", 0xABC);
     EXPECT_EQ(name.CompareNoCase(OString(temporary) + L"vorabc.tmp"), 0) << name.nstring();
     EXPECT_FALSE(OFile::FileExists(name));
+}
+
+TEST_F(OFileTest, TempNameIsEmptyIfTheDirectoryHasTooLongAPath)
+{
+    for (const DWORD needed : {260UL, 261UL, 5000UL}) {
+        static DWORD length;
+        length = needed;
+        const ImportHook<DWORD(DWORD, wchar_t*)> hook("GetTempPathW", [](DWORD, wchar_t* path) -> DWORD {
+            std::wcscpy(path, L"C:\\"); // whatever stands there is no answer
+            return length;
+        });
+        EXPECT_EQ(OFile::GetTempName(L"vor", 1), "") << needed;
+    }
 }
 
 TEST_F(OFileTest, AttributesAreMaskedAndZeroMeansNone)

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Enough for any stack that a person reads; an overflowed one has far more.
+/// Enough for any stack that a person reads; one that has overflowed has far more.
 constexpr int maximumFrames = 500;
 
 STACKFRAME64 FirstFrame(const CONTEXT& context) noexcept
@@ -48,11 +48,11 @@ void StackWalker::ReportFrames(DebugHelp& debugHelp, CONTEXT context)
     STACKFRAME64 frame = FirstFrame(context);
     DWORD64 lastAddress = 0;
     DWORD64 lastStack = 0;
-    for (int count = 0; count < maximumFrames && debugHelp.NextFrame(frame, context); ++count) {
+    for (int count = 0; debugHelp.NextFrame(frame, context); ++count) {
         const DWORD64 address = frame.AddrPC.Offset;
+        if (count == maximumFrames) return OnError("Further frames are left out", address);
         if (address == lastAddress && frame.AddrStack.Offset == lastStack) {
-            OnError("StackWalk64-Endless-Callstack!", address);
-            return;
+            return OnError("StackWalk64-Endless-Callstack!", address);
         }
         ReportFrame(debugHelp, address);
         lastAddress = address;

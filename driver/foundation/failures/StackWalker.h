@@ -19,7 +19,8 @@ public:
     StackWalker& operator=(const StackWalker&) = delete;
     virtual ~StackWalker() = default;
 
-    /// Walks outwards from the frame that `context` tells. False if debug help isn't there or doesn't start.
+    /// Walks outwards from the frame that `context` tells. After 500 frames it says that it leaves out the rest. False
+    /// if debug help isn't there or doesn't start.
     bool Walk(const CONTEXT& context);
 
 protected:

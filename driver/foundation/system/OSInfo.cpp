@@ -169,6 +169,7 @@ OSInfo GetOSInfo()
     info.major = version.dwMajorVersion;
     info.minor = version.dwMinorVersion;
     info.servicePackText = version.szCSDVersion;
+    // Major above minor, as in a version number: the later of two service packs is the greater word.
     info.servicePack = static_cast<DWORD>(version.wServicePackMajor) << 16 | version.wServicePackMinor;
     return info;
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "foundation/failures/DebugHelp.h"
@@ -223,6 +224,76 @@ TEST_F(StackWalkerTest, KeepsTheSessionForTheNextWalk)
     ASSERT_TRUE(WalkFromOuterFunction(walker));
     const ImportHook<decltype(::LoadLibraryW)> hook("LoadLibraryW", [](const wchar_t*) -> HMODULE { return nullptr; });
     EXPECT_TRUE(WalkFromOuterFunction(walker));
+}
+
+/// A debug help library that gives a stack of a given number of frames, without names.
+class MadeUpStack {
+public:
+    explicit MadeUpStack(int frames)
+    {
+        framesLeft = frames;
+        find = _hook.Original();
+    }
+
+private:
+    static BOOL Succeed() { return TRUE; }
+    static BOOL NextFrame(DWORD, HANDLE, HANDLE, STACKFRAME64* frame)
+    {
+        frame->AddrPC.Offset = static_cast<DWORD64>(framesLeft);
+        return framesLeft-- > 0;
+    }
+    static BOOL NameNothing() { return FALSE; }
+
+    static FARPROC Find(HMODULE library, const char* name)
+    {
+        const std::string_view function = name;
+        if (!function.starts_with("Sym") && function != "StackWalk64") return find(library, name);
+        if (function == "StackWalk64") return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(NextFrame));
+        const bool isName = function == "SymGetSymFromAddr64" || function == "SymGetLineFromAddr64";
+        return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(isName ? NameNothing : Succeed));
+    }
+
+    static inline int framesLeft;
+    static inline FARPROC (*find)(HMODULE, const char*);
+    FreshDebugHelp _fresh;
+    ImportHook<FARPROC(HMODULE, const char*)> _hook{"GetProcAddress", Find};
+};
+
+TEST_F(StackWalkerTest, PutsOutAStackOf500FramesWhole)
+{
+    const MadeUpStack stack(500);
+    ASSERT_TRUE(WalkFromInnerFunction(walker));
+    EXPECT_EQ(walker.frames.size(), 500u);
+    EXPECT_THAT(walker.errors, IsEmpty());
+}
+
+TEST_F(StackWalkerTest, SaysThatItLeavesOutFramesAfterTheFirst500)
+{
+    const MadeUpStack stack(501);
+    ASSERT_TRUE(WalkFromInnerFunction(walker));
+    EXPECT_EQ(walker.frames.size(), 500u);
+    EXPECT_EQ(walker.errors, std::vector<std::string>{"Further frames are left out"});
+    EXPECT_THAT(walker.output, EndsWith("Further frames are left out\r\n"));
+}
+
+/// Walks from under `depth` calls of itself.
+[[gnu::noinline]] bool WalkFromDepth(RecordingWalker& walker, int depth)
+{
+    const volatile auto again = WalkFromDepth;
+    const bool walked = depth > 0 ? again(walker, depth - 1) : WalkFromInnerFunction(walker);
+    __asm__ volatile("");
+    return walked;
+}
+
+TEST_F(StackWalkerTest, ARecursionIsNoRepeatingFrame)
+{
+    ASSERT_TRUE(WalkFromDepth(walker, 5));
+    EXPECT_THAT(walker.errors, IsEmpty());
+    EXPECT_EQ(std::ranges::count_if(walker.frames,
+                                    [](const RecordingWalker::KeptFrame& frame) {
+                                        return frame.function.find("WalkFromDepth") != std::string::npos;
+                                    }),
+              6);
 }
 
 // A function that seems to have been called by itself, from the same frame: one that only a broken stack shows.

@@ -3,13 +3,17 @@
 
 #include "foundation/Platform.h"
 
+#include <cstddef>
+
 /// Place and text of the last broken ASSERT. One static object for the process, overwritten by each and not locked.
 /// Texts are cut to 259 characters.
 struct AssertRecord {
+    static constexpr size_t textSize = 260; ///< bytes, terminator included
+
     int line;
-    char function[260];
-    char file[260];
-    char condition[260];
+    char function[textSize];
+    char file[textSize];
+    char condition[textSize];
 };
 
 /// The structured exception that a broken ASSERT raises; its one parameter is the address of the static record.

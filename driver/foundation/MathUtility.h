@@ -23,6 +23,13 @@ constexpr T Clamp(T value, T low, T high) noexcept
     return value > high ? high : value;
 }
 
+/// Whether `value` lies from `low` to `high`, both included.
+template <std::integral T>
+constexpr bool IsBetween(T value, T low, T high) noexcept
+{
+    return value >= low && value <= high;
+}
+
 /// The third side of a right-angled triangle.
 float Hypot(float a, float b) noexcept;
 

@@ -6,6 +6,8 @@
 #include <string>
 
 #include "foundation/ImportedFunction.h"
+#include "foundation/files/PathParts.h"
+#include "foundation/system/ModuleInstance.h"
 
 namespace {
 
@@ -18,11 +20,9 @@ std::wstring CurrentFolder()
     return length < MAX_PATH ? std::wstring(folder, length) : std::wstring();
 }
 
-std::wstring ModuleFolder()
+std::wstring ProgramFolder()
 {
-    wchar_t path[MAX_PATH];
-    const std::wstring text(path, ::GetModuleFileNameW(nullptr, path, MAX_PATH));
-    return text.substr(0, text.rfind(L'\\'));
+    return GetFolderPart(GetModuleName(nullptr)).wstring();
 }
 
 std::wstring EnvironmentText(const wchar_t* name)
@@ -34,7 +34,7 @@ std::wstring EnvironmentText(const wchar_t* name)
 
 std::wstring SearchPath()
 {
-    const std::array folders{CurrentFolder(), ModuleFolder(), EnvironmentText(L"_NT_SYMBOL_PATH"),
+    const std::array folders{CurrentFolder(), ProgramFolder(), EnvironmentText(L"_NT_SYMBOL_PATH"),
                              EnvironmentText(L"_NT_ALTERNATE_SYMBOL_PATH"), EnvironmentText(L"SYSTEMROOT")};
     std::wstring path;
     for (const std::wstring& folder : folders) {

@@ -6,6 +6,7 @@
 
 #include "foundation/OLockGuard.h"
 #include "foundation/failures/SehTranslator.h"
+#include "foundation/files/SystemFolders.h"
 
 namespace {
 
@@ -45,13 +46,6 @@ void SetText(const RegistryKey& key, const wchar_t* name, const std::wstring& te
 void SetNumber(const RegistryKey& key, const wchar_t* name, DWORD number) noexcept
 {
     ::RegSetValueExW(key.Get(), name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), sizeof number);
-}
-
-std::wstring MessageFile()
-{
-    wchar_t folder[MAX_PATH];
-    const UINT length = ::GetSystemDirectoryW(folder, MAX_PATH);
-    return std::wstring(folder, length < MAX_PATH ? length : 0) + L"\\kvevtmsg.dll";
 }
 
 } // namespace
@@ -109,7 +103,7 @@ void OEventLog::WriteSourceKey()
                                              key.Receive(), &disposition);
     if (status != ERROR_SUCCESS || disposition != REG_CREATED_NEW_KEY) return;
 
-    const std::wstring messageFile = MessageFile();
+    const std::wstring messageFile = (GetSystemFolder() + L"\\kvevtmsg.dll").wstring();
     SetText(key, L"EventMessageFile", messageFile);
     SetNumber(key, L"TypesSupported", 7);
     SetText(key, L"CategoryMessageFile", messageFile);

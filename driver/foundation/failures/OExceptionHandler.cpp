@@ -9,6 +9,8 @@
 #include "foundation/failures/MiniDump.h"
 #include "foundation/failures/OEventLog.h"
 #include "foundation/failures/OExceptionReport.h"
+#include "foundation/files/PathParts.h"
+#include "foundation/system/ModuleInstance.h"
 
 namespace {
 
@@ -49,9 +51,7 @@ const Translation& TranslationOf(unsigned code, const EXCEPTION_RECORD& record) 
 
 std::string ProgramName()
 {
-    char path[MAX_PATH];
-    const std::string text(path, ::GetModuleFileNameA(nullptr, path, MAX_PATH));
-    return text.substr(text.rfind('\\') + 1);
+    return GetFilePart(GetModuleName(nullptr)).nstring();
 }
 
 void WriteToStandardError(const std::string& text) noexcept

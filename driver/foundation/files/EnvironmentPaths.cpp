@@ -10,9 +10,9 @@
 #include <utility>
 #include <vector>
 
-namespace {
+#include "foundation/text/FoldAscii.h"
 
-constexpr DWORD pathSize = 260;
+namespace {
 
 constexpr const wchar_t* variables[] = {
     L"USERPROFILE", L"ALLUSERSPROFILE", L"ProgramFiles", L"SystemRoot", L"SystemDrive",
@@ -20,20 +20,15 @@ constexpr const wchar_t* variables[] = {
 
 std::wstring Value(const wchar_t* variable)
 {
-    wchar_t value[pathSize];
-    const DWORD length = ::GetEnvironmentVariableW(variable, value, pathSize);
-    return length < pathSize ? std::wstring(value, length) : std::wstring();
-}
-
-constexpr wchar_t Fold(wchar_t character) noexcept
-{
-    return character >= L'a' && character <= L'z' ? static_cast<wchar_t>(character - 32) : character;
+    wchar_t value[MAX_PATH];
+    const DWORD length = ::GetEnvironmentVariableW(variable, value, MAX_PATH);
+    return length < MAX_PATH ? std::wstring(value, length) : std::wstring();
 }
 
 /// Replaces `oldText`, which isn't empty, in any case; what was put in isn't searched again.
 void ReplaceNoCase(std::wstring& text, std::wstring_view oldText, std::wstring_view newText)
 {
-    const auto isSame = [](wchar_t left, wchar_t right) { return Fold(left) == Fold(right); };
+    const auto isSame = [](wchar_t left, wchar_t right) { return FoldAscii(left) == FoldAscii(right); };
     std::wstring result;
     auto rest = text.cbegin();
     for (;;) {
@@ -60,10 +55,10 @@ void CollapseEnvironmentPaths(OString& path)
 
 void ExpandEnvironmentPaths(OString& path)
 {
-    std::vector<wchar_t> buffer(pathSize);
-    const DWORD needed = ::ExpandEnvironmentStringsW(path.wstring(), buffer.data(), pathSize);
+    std::vector<wchar_t> buffer(MAX_PATH);
+    const DWORD needed = ::ExpandEnvironmentStringsW(path.wstring(), buffer.data(), MAX_PATH);
     if (needed == 0) return;
-    if (needed > pathSize) {
+    if (needed > MAX_PATH) {
         buffer.resize(needed + 1);
         ::ExpandEnvironmentStringsW(path.wstring(), buffer.data(), needed + 1);
     }

@@ -21,8 +21,8 @@ HINSTANCE GetModuleInstance() noexcept
 
 OString GetModuleName(HMODULE module)
 {
-    wchar_t name[260 + 1] = {};
-    ::GetModuleFileNameW(module, name, 260);
+    wchar_t name[MAX_PATH + 1] = {};
+    ::GetModuleFileNameW(module, name, MAX_PATH);
     return OString(name);
 }
 

@@ -3,6 +3,8 @@
 
 #include <string_view>
 
+#include "foundation/MathUtility.h"
+
 namespace {
 
 constexpr std::string_view code39Alphabet = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ-. $/+%";
@@ -10,7 +12,7 @@ static_assert(code39Alphabet.size() == 43);
 
 constexpr int Digit(char character) noexcept
 {
-    return character >= '0' && character <= '9' ? character - '0' : 0;
+    return MathUtility::IsBetween(character, '0', '9') ? character - '0' : 0;
 }
 
 constexpr int Tripled(int digit) noexcept

@@ -2,21 +2,23 @@
 #include "foundation/text/Hex.h"
 
 #include "foundation/Assert.h"
+#include "foundation/MathUtility.h"
+#include "foundation/text/FoldAscii.h"
 
 namespace {
 
 constexpr char digits[] = "0123456789ABCDEF";
 
 template <typename Char>
-constexpr bool IsBetween(Char character, char first, char last) noexcept
+constexpr bool IsDecimal(Char character) noexcept
 {
-    return character >= static_cast<Char>(first) && character <= static_cast<Char>(last);
+    return MathUtility::IsBetween(character, Char{'0'}, Char{'9'});
 }
 
 template <typename Char>
 constexpr int Value(Char character) noexcept
 {
-    if (IsBetween(character, '0', '9')) return character - static_cast<Char>('0');
+    if (IsDecimal(character)) return character - Char{'0'};
     return (character & 0x0F) + 9;
 }
 
@@ -85,7 +87,7 @@ BYTE Hex::ReadPair(const Char* text) noexcept
 template <typename Char>
 bool Hex::IsHexDigit(Char character) noexcept
 {
-    return IsBetween(character, '0', '9') || IsBetween(character, 'A', 'F') || IsBetween(character, 'a', 'f');
+    return IsDecimal(character) || MathUtility::IsBetween(FoldAscii(character), Char{'A'}, Char{'F'});
 }
 
 template <typename Char>

@@ -3,6 +3,8 @@
 
 #include <array>
 
+#include "foundation/MathUtility.h"
+
 namespace {
 
 using Bytes = OTypedArray<unsigned char>;
@@ -58,11 +60,6 @@ void Add(Bytes& result, DoubleByte pair)
     result.Add(pair.second);
 }
 
-constexpr bool IsBetween(int value, int first, int last) noexcept
-{
-    return value >= first && value <= last;
-}
-
 DoubleByte JISForm(DoubleByte pair) noexcept
 {
     const int lead = pair.first;
@@ -71,7 +68,7 @@ DoubleByte JISForm(DoubleByte pair) noexcept
     const bool isOddRow = trail < 159;
     const int first = row * 2 + (isOddRow ? 33 : 34);
     const int second = trail - (!isOddRow ? 126 : trail < 127 ? 31 : 32);
-    if (!IsBetween(first, 33, 126) || !IsBetween(second, 33, 126)) return unknownInJIS;
+    if (!MathUtility::IsBetween(first, 33, 126) || !MathUtility::IsBetween(second, 33, 126)) return unknownInJIS;
     return {static_cast<BYTE>(first), static_cast<BYTE>(second)};
 }
 
@@ -82,7 +79,9 @@ bool IsLead(BYTE byte) noexcept
 
 bool IsHalfWidth(BYTE byte, HalfWidth what) noexcept
 {
-    return IsBetween(byte, 32, 126) || (what == HalfWidth::ASCIIAndKatakana && IsBetween(byte, 161, 223));
+    const int value = byte;
+    return MathUtility::IsBetween(value, 32, 126) ||
+           (what == HalfWidth::ASCIIAndKatakana && MathUtility::IsBetween(value, 161, 223));
 }
 
 void AddEUCForm(Bytes& result, BYTE character)
@@ -90,7 +89,7 @@ void AddEUCForm(Bytes& result, BYTE character)
     // Deliberate: '$' has a pair of its own, and the other characters land in row 3, also where that row is empty.
     if (character == ' ') return Add(result, {161, 161});
     if (character == '$') return Add(result, {161, 231});
-    if (IsBetween(character, 33, 126)) Add(result, {163, static_cast<BYTE>(character + 128)});
+    if (MathUtility::IsBetween<int>(character, 33, 126)) Add(result, {163, static_cast<BYTE>(character + 128)});
 }
 
 /// Copies a pair, or its first byte alone if the text ends behind it, and gives the index of its last byte.

@@ -13,6 +13,8 @@
 #include <vector>
 
 #include "foundation/Assert.h"
+#include "foundation/text/FoldAscii.h"
+#include "foundation/text/Hex.h"
 #include "foundation/text/Wildcard.h"
 
 namespace {
@@ -85,13 +87,6 @@ template <typename Char>
 Char Same(Char character)
 {
     return character;
-}
-
-template <typename Char>
-Char FoldAscii(Char character)
-{
-    const bool isSmall = character >= Char{'a'} && character <= Char{'z'};
-    return isSmall ? static_cast<Char>(character - 32) : character;
 }
 
 template <typename Char>
@@ -842,16 +837,11 @@ OString OString::FromSignedNumber(int value, int width)
 
 void OString::SetHex(const void* bytes, int count)
 {
-    constexpr const char* digits = "0123456789ABCDEF";
     const auto* const source = static_cast<const BYTE*>(bytes);
-    const size_t size = source ? MagnitudeOf(count) : 0;
-    std::string text;
-    text.reserve(size * 2);
-    for (size_t i = 0; i < size; ++i) {
-        const BYTE byte = source[count < 0 ? size - 1 - i : i];
-        text += digits[byte >> 4];
-        text += digits[byte & 0x0F];
-    }
+    std::vector<BYTE> ordered(source, source + (source ? MagnitudeOf(count) : 0));
+    if (count < 0) std::ranges::reverse(ordered);
+    std::string text(ordered.size() * 2, '\0');
+    if (!ordered.empty()) Hex::Encode(ordered.data(), text.data(), static_cast<int>(ordered.size()));
     *this = text.c_str();
 }
 

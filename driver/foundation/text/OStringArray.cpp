@@ -22,21 +22,12 @@ void MoveHandles(OString* target, const OString* source, int count) noexcept
                  static_cast<size_t>(count) * sizeof(OString));
 }
 
-void SwapHandles(OString& left, OString& right) noexcept
-{
-    alignas(OString) char kept[sizeof(OString)];
-    OString* const place = reinterpret_cast<OString*>(kept);
-    MoveHandles(place, &left, 1);
-    MoveHandles(&left, &right, 1);
-    MoveHandles(&right, place, 1);
-}
-
 /// Puts that in front of which `sign` times the comparison is negative.
 void ExchangeSort(OString* elements, int count, int sign)
 {
     for (int i = 0; i < count; ++i) {
         for (int j = i + 1; j < count; ++j) {
-            if (elements[i].Compare(elements[j]) * sign > 0) SwapHandles(elements[i], elements[j]);
+            if (elements[i].Compare(elements[j]) * sign > 0) std::swap(elements[i], elements[j]);
         }
     }
 }

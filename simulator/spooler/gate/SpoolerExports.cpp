@@ -119,7 +119,7 @@ BOOL WINAPI SetJobW(HANDLE printer, DWORD jobId, DWORD level, LPBYTE info, DWORD
 BOOL WINAPI EnumJobsW(HANDLE printer, DWORD first, DWORD count, DWORD level, LPBYTE buffer, DWORD size, LPDWORD needed,
                       LPDWORD returned)
 {
-    Call call = SizedCall(SpoolerCall::EnumJobsW, printer, level, {buffer, size, needed, returned});
+    Call call = SizedCall(SpoolerCall::EnumJobsW, printer, level, {buffer, size, needed, returned, true});
     call.firstJob = first;
     call.jobCount = count;
     return Perform(call, [&](World& world) { JobReading(world).ListJobs(printer, first, count, level, call.target); });
@@ -128,15 +128,19 @@ BOOL WINAPI EnumJobsW(HANDLE printer, DWORD first, DWORD count, DWORD level, LPB
 BOOL WINAPI EnumPrintersW(DWORD flags, LPWSTR name, DWORD level, LPBYTE buffer, DWORD size, LPDWORD needed,
                           LPDWORD returned)
 {
-    Call call = SizedCall(SpoolerCall::EnumPrintersW, nullptr, level, {buffer, size, needed, returned});
+    Call call = SizedCall(SpoolerCall::EnumPrintersW, nullptr, level, {buffer, size, needed, returned, true});
     call.server = TextOrEmpty(name);
     call.flags = flags;
-    return Perform(call, [&](World& world) { PrinterReading(world).ListPrinters(flags, name, level, call.target); });
+    const LONG succeeded =
+        Perform(call, [&](World& world) { PrinterReading(world).ListPrinters(flags, name, level, call.target); });
+    if (succeeded && needed && *needed == 0) ::SetLastError(ERROR_SUCCESS);
+    return succeeded;
 }
 
 BOOL WINAPI EnumPortsW(LPWSTR server, DWORD level, LPBYTE buffer, DWORD size, LPDWORD needed, LPDWORD returned)
 {
-    Call call = SizedCall(SpoolerCall::EnumPortsW, nullptr, level, {buffer, size, needed, returned});
+    Call call = SizedCall(SpoolerCall::EnumPortsW, nullptr, level, {buffer, size, needed, returned, true});
+    call.target.nullBufferError = RPC_X_NULL_REF_POINTER;
     call.server = TextOrEmpty(server);
     return Perform(call, [&](World& world) { PrinterReading(world).ListPorts(server, level, call.target); });
 }

@@ -38,11 +38,14 @@ void PackedWriter::Link(const void* field, const void* data, size_t size, size_t
 
 void PackedWriter::CopyTo(const SizedBuffer& target) const
 {
-    Require(target.needed, RPC_X_NULL_REF_POINTER);
+    Require(target.needed && (target.returned || !target.enumerates), RPC_X_NULL_REF_POINTER);
     *target.needed = Size();
     if (target.returned) *target.returned = 0;
-    Require(target.size >= Size(), ERROR_INSUFFICIENT_BUFFER);
-    Require(target.buffer || Size() == 0, ERROR_INVALID_USER_BUFFER);
+    if (target.size < Size()) {
+        if (target.buffer) std::fill_n(target.buffer, target.size, BYTE{0});
+        throw SpoolerError(ERROR_INSUFFICIENT_BUFFER);
+    }
+    Require(target.buffer || Size() == 0, target.nullBufferError);
 
     std::copy(_structures.begin(), _structures.end(), target.buffer);
     BYTE* const tail = target.buffer + _structures.size();

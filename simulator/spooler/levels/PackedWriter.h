@@ -3,12 +3,14 @@
 
 #include "spooler/Text.h"
 
-/// Where a sized read puts its result: the caller's buffer and the two counts beside it. `returned` may be null.
+/// Where a sized read puts its result: the caller's buffer and the counts beside it.
 struct SizedBuffer {
     BYTE* buffer = nullptr;
     DWORD size = 0;
     DWORD* needed = nullptr;
-    DWORD* returned = nullptr;
+    DWORD* returned = nullptr;                         // of an enumeration
+    bool enumerates = false;                           // `returned` must not be null
+    DWORD nullBufferError = ERROR_INVALID_USER_BUFFER; // for a null buffer whose size would do
 };
 
 /// Builds what the sized reads give: an array of structures of one kind, and behind it the texts and blocks that they
@@ -41,8 +43,9 @@ public:
     /// The bytes that all of it takes.
     DWORD Size() const noexcept { return static_cast<DWORD>(_structures.size() + _tail.size()); }
 
-    /// Ends a sized read: tells the size, and fills the buffer if it is large enough.
-    /// Gives up with ERROR_INSUFFICIENT_BUFFER, ERROR_INVALID_USER_BUFFER, or RPC_X_NULL_REF_POINTER without `needed`.
+    /// Ends a sized read: tells the size, and fills the buffer if it is large enough; else the buffer is zeroed.
+    /// Gives up with ERROR_INSUFFICIENT_BUFFER, the error for a null buffer, or RPC_X_NULL_REF_POINTER without a place
+    /// for a count.
     void CopyTo(const SizedBuffer& target) const;
 
 private:

@@ -161,4 +161,27 @@ TEST_F(EnumPrintersTest, ASmallBufferTellsTheSizeAndNoPrinters)
     EXPECT_EQ(returned, 0u);
 }
 
+TEST_F(EnumPrintersTest, FindingNothingClearsTheLastError)
+{
+    SpoolerReset();
+    DWORD needed = 9;
+    DWORD returned = 9;
+    ::SetLastError(ERROR_GEN_FAILURE);
+    EXPECT_TRUE(::EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 2, nullptr, 0, &needed, &returned));
+    EXPECT_EQ(::GetLastError(), DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(needed, 0u);
+    EXPECT_EQ(returned, 0u);
+}
+
+TEST_F(EnumPrintersTest, FindingPrintersLeavesTheLastErrorAsItWas)
+{
+    std::vector<BYTE> buffer(ReadPrinters<PRINTER_INFO_2W>(PRINTER_ENUM_LOCAL, 2).bytes.size());
+    DWORD needed = 0;
+    DWORD returned = 0;
+    ::SetLastError(ERROR_GEN_FAILURE);
+    EXPECT_TRUE(::EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 2, buffer.data(), static_cast<DWORD>(buffer.size()),
+                                &needed, &returned));
+    EXPECT_EQ(::GetLastError(), DWORD{ERROR_GEN_FAILURE});
+}
+
 } // namespace

@@ -236,6 +236,8 @@ DWORD SpoolerConfigError(wchar_t* text, DWORD characters) noexcept;
 
 /// User and machine in whose name this process prints; null leaves one as it is. Reset puts the real ones back.
 void SpoolerSetIdentity(const wchar_t* userName, const wchar_t* machineName) noexcept;
+/// What the user may do with the print server itself: SERVER_*. Reset puts SERVER_ALL_ACCESS back.
+void SpoolerSetServerAccess(DWORD grantedAccess) noexcept;
 
 // Printers, drivers, ports.
 

@@ -1,47 +1,32 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/calls/PrinterOpening.h"
 
+#include "spooler/calls/AccessRights.h"
 #include "spooler/records/NameRules.h"
 #include "spooler/world/ChangeScope.h"
 #include "spooler/SpoolerConstants.h"
 #include "spooler/SpoolerError.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 
 namespace {
 
-struct GenericRight {
-    DWORD generic;
-    DWORD rights;
-};
-
-constexpr std::array genericRights{
-    GenericRight{GENERIC_READ,    PRINTER_READ      },
-    GenericRight{GENERIC_WRITE,   PRINTER_WRITE     },
-    GenericRight{GENERIC_EXECUTE, PRINTER_EXECUTE   },
-    GenericRight{GENERIC_ALL,     PRINTER_ALL_ACCESS},
-};
-
-/// The rights that a caller asks for; asking for nothing is asking to use.
-DWORD WantedAccess(const PRINTER_DEFAULTSW* defaults)
+/// What the user may do with a printer: who may use it may read what it is, who may administer it has the limited right
+/// too.
+DWORD GrantedOn(const PrinterRecord& printer)
 {
-    DWORD wanted = defaults ? defaults->DesiredAccess : 0;
-    for (const GenericRight& right : genericRights) {
-        if (wanted & right.generic) wanted = (wanted & ~right.generic) | right.rights;
-    }
-    return wanted ? wanted : PRINTER_ACCESS_USE;
-}
-
-/// What the handle may do. Who may use a printer may read what it is; who may administer it has the limited right too.
-DWORD GrantedAccess(DWORD wanted, DWORD granted)
-{
+    DWORD granted = printer.grantedAccess;
     if (granted & PRINTER_ACCESS_USE) granted |= READ_CONTROL;
     if (granted & PRINTER_ACCESS_ADMINISTER) granted |= printerAccessManageLimited;
-    if (wanted & MAXIMUM_ALLOWED) return granted;
-    Require((wanted & ~granted) == 0, ERROR_ACCESS_DENIED);
-    return wanted;
+    return granted;
+}
+
+/// What the user may do with a job: who may use the printer may read it.
+DWORD GrantedOn(const World& world, const PrinterRecord& printer, const JobRecord& job)
+{
+    if (world.MayAdministerJob(printer, job)) return JOB_ALL_ACCESS;
+    return printer.grantedAccess & PRINTER_ACCESS_USE ? JOB_READ : 0;
 }
 
 /// Number of the job that the words behind the comma of "Printer, Job 7" name; 0 if they name none.
@@ -93,26 +78,33 @@ PrinterOpening::Target PrinterOpening::Resolve(std::wstring_view name) const
 HANDLE PrinterOpening::Open(const wchar_t* name, const PRINTER_DEFAULTSW* defaults)
 {
     const Target target = name ? Resolve(name) : Target{};
-    const DWORD wanted = WantedAccess(defaults);
+    const DWORD desired = defaults ? defaults->DesiredAccess : 0;
 
     OpenHandle handle;
     handle.serverPrefix = target.serverPrefix;
-    if (defaults && target.printer) {
-        handle.datatype = CopyText(defaults->pDatatype);
-        handle.devMode = CopyDevMode(defaults->pDevMode);
-        Require(!handle.datatype || IsDatatype(*handle.datatype) || handle.datatype == target.printer->datatype,
-                ERROR_INVALID_DATATYPE);
-    }
     if (!target.printer) {
-        handle.access = wanted;
+        handle.access = AccessOfHandle(desired, _world.ServerAccess(), serverRights);
         return _world.Handles().Add(std::move(handle));
     }
 
-    handle.kind = target.jobId ? OpenHandle::Kind::Job : OpenHandle::Kind::Printer;
-    handle.printerId = target.printer->id;
-    handle.jobId = target.jobId;
-    if (target.jobId) Require(target.printer->queue.Find(target.jobId), ERROR_INVALID_PRINTER_NAME);
-    handle.access = GrantedAccess(wanted, target.printer->grantedAccess);
+    const PrinterRecord& printer = *target.printer;
+    handle.kind = OpenHandle::Kind::Printer;
+    handle.printerId = printer.id;
+    if (defaults) {
+        handle.datatype = CopyText(defaults->pDatatype);
+        handle.devMode = CopyDevMode(defaults->pDevMode);
+        Require(!handle.datatype || IsDatatype(*handle.datatype) || handle.datatype == printer.datatype,
+                ERROR_INVALID_DATATYPE);
+    }
+    if (target.jobId) {
+        const JobRecord* const job = printer.queue.Find(target.jobId);
+        Require(job, ERROR_INVALID_PRINTER_NAME);
+        handle.kind = OpenHandle::Kind::Job;
+        handle.jobId = target.jobId;
+        handle.access = AccessOfHandle(desired, GrantedOn(_world, printer, *job), jobRights);
+    } else {
+        handle.access = AccessOfHandle(desired, GrantedOn(printer), printerRights);
+    }
     return _world.Handles().Add(std::move(handle));
 }
 

@@ -27,6 +27,15 @@ DWORD ReadBits(const ConfigEntry& entry)
     return ConfigBits(entry, words);
 }
 
+constexpr std::array machineTexts{
+    TextKey<Described>{L"user",    &Described::userName   },
+    TextKey<Described>{L"machine", &Described::machineName},
+};
+
+constexpr std::array machineNumbers{
+    NumberKey<Described>{L"access", &Described::serverAccess, ReadBits<serverAccessWords>},
+};
+
 constexpr std::array printerTexts{
     TextKey<PrinterRecord>{L"server",          &PrinterRecord::serverName    },
     TextKey<PrinterRecord>{L"share",           &PrinterRecord::shareName     },
@@ -125,12 +134,7 @@ bool SetField(Record& record, const ConfigEntry& entry, const std::array<TextKey
 void ReadMachine(const ConfigSection& section, Described& described)
 {
     for (const ConfigEntry& entry : section.entries) {
-        if (entry.key == L"user")
-            described.userName = entry.value;
-        else if (entry.key == L"machine")
-            described.machineName = entry.value;
-        else
-            UnknownKey(section, entry);
+        if (!SetField(described, entry, machineTexts, machineNumbers)) UnknownKey(section, entry);
     }
 }
 

@@ -25,6 +25,7 @@ struct Described {
     std::wstring folder; // of the file
     OptionalText userName;
     OptionalText machineName;
+    DWORD serverAccess = SERVER_ALL_ACCESS;
     std::vector<PortRecord> ports;
     std::vector<DriverRecord> drivers;
     std::vector<ConfiguredPrinter> printers;

@@ -71,6 +71,12 @@ constexpr std::array accessWords{
     ConfigWord{L"none", 0                 },
 };
 
+constexpr std::array serverAccessWords{
+    ConfigWord{L"all",  SERVER_ALL_ACCESS},
+    ConfigWord{L"use",  SERVER_EXECUTE   },
+    ConfigWord{L"none", 0                },
+};
+
 constexpr std::array portTypeWords{
     ConfigWord{L"write",      PORT_TYPE_WRITE       },
     ConfigWord{L"read",       PORT_TYPE_READ        },

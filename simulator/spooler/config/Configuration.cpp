@@ -46,6 +46,7 @@ void Enter(Described described, World& world)
 {
     world.SetIdentity(described.userName ? described.userName->c_str() : nullptr,
                       described.machineName ? described.machineName->c_str() : nullptr);
+    world.SetServerAccess(described.serverAccess);
     for (PortRecord& port : described.ports) world.PutPort(std::move(port));
     for (DriverRecord& driver : described.drivers) world.PutDriver(std::move(driver));
     for (ConfiguredPrinter& printer : described.printers) world.InsertPrinter(std::move(printer.record));
@@ -74,6 +75,7 @@ ConfigOutcome LoadConfiguration(const std::wstring& path, World& world)
         if (error) return {error, path + L": the file can't be read, error " + std::to_wstring(error)};
         Described described;
         described.folder = FolderOf(path);
+        described.serverAccess = world.ServerAccess();
         const std::string_view bytes(reinterpret_cast<const char*>(text.data()), text.size());
         for (const ConfigSection& section : ParseConfig(bytes)) ReadSection(section, described);
         CheckNames(described, world);

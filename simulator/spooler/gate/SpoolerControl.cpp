@@ -106,6 +106,11 @@ void SpoolerSetIdentity(const wchar_t* userName, const wchar_t* machineName) noe
     Control([&](World& world) { world.SetIdentity(userName, machineName); });
 }
 
+void SpoolerSetServerAccess(DWORD grantedAccess) noexcept
+{
+    Control([&](World& world) { world.SetServerAccess(grantedAccess); });
+}
+
 DWORD SpoolerAddPrinter(const SpoolerPrinter& printer) noexcept
 {
     return Control([&](World& world) { world.InsertPrinter(PrinterRecord(printer)); });

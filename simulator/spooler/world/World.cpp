@@ -67,6 +67,7 @@ void World::Clear()
     _changedPrinters.clear();
     _userName = RealUserName();
     _machineName = RealMachineName();
+    _serverAccess = SERVER_ALL_ACCESS;
     _lastJobId = 0;
 }
 

@@ -26,7 +26,7 @@ class World {
 public:
     World();
 
-    /// Empties it, puts the real user and machine back and counts jobs from 1 again. Handles go on.
+    /// Empties it, puts the real user and machine with all rights back, and counts jobs from 1 again. Handles go on.
     void Clear();
 
     const std::vector<std::unique_ptr<PrinterRecord>>& Printers() const noexcept { return _printers; }
@@ -63,6 +63,9 @@ public:
 
     const std::wstring& UserName() const noexcept { return _userName; }
     const std::wstring& MachineName() const noexcept { return _machineName; }
+    /// What the user may do with the server itself: SERVER_*.
+    DWORD ServerAccess() const noexcept { return _serverAccess; }
+    void SetServerAccess(DWORD access) noexcept { _serverAccess = access; }
     /// Null leaves one as it is.
     void SetIdentity(const wchar_t* userName, const wchar_t* machineName);
     /// An empty name, the machine's name, or that with two backslashes before it.
@@ -92,6 +95,7 @@ private:
     std::vector<DWORD> _changedPrinters;
     std::wstring _userName;
     std::wstring _machineName;
+    DWORD _serverAccess = SERVER_ALL_ACCESS;
     DWORD _lastPrinterId = 0;
     DWORD _lastJobId = 0;
     DWORD _lastChangeId = 0;

@@ -98,6 +98,17 @@ TEST_F(ConfigurationTest, DescribesAPrinterWithAllItsFields)
     EXPECT_EQ(Text(info->pDevMode->dmDeviceName), L"Label");
 }
 
+TEST_F(ConfigurationTest, TellsWhoMayAdministerTheServer)
+{
+    ASSERT_EQ(Load("[machine]\naccess = use\n"), DWORD{ERROR_SUCCESS});
+    EXPECT_FALSE(OpenServer(SERVER_ACCESS_ADMINISTER));
+    EXPECT_TRUE(OpenServer(SERVER_ACCESS_ENUMERATE));
+    ASSERT_EQ(Load("[machine]\nuser = jane\n"), DWORD{ERROR_SUCCESS});
+    EXPECT_FALSE(OpenServer(SERVER_ACCESS_ADMINISTER)) << "what a file doesn't tell stays as it was";
+    SpoolerReset();
+    EXPECT_TRUE(OpenServer(SERVER_ACCESS_ADMINISTER));
+}
+
 TEST_F(ConfigurationTest, DescribesDriversAndPorts)
 {
     ASSERT_EQ(Load("[driver Label Driver]\n"

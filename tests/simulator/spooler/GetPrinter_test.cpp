@@ -195,7 +195,7 @@ TEST_F(GetPrinterTest, WrongPlacesForTheResultFail)
 TEST_F(GetPrinterTest, HandlesThatAreNoPrintersFail)
 {
     DWORD needed = 0;
-    const PrinterHandle server = Open(nullptr);
+    const PrinterHandle server = OpenServer();
     for (HANDLE handle : {HANDLE{nullptr}, INVALID_HANDLE_VALUE, reinterpret_cast<HANDLE>(0x1234), server.Get()}) {
         EXPECT_FALSE(::GetPrinterW(handle, 2, nullptr, 0, &needed));
         EXPECT_EQ(::GetLastError(), DWORD{ERROR_INVALID_HANDLE});

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "SimulatorTest.h"
 
+#include <span>
+
 namespace {
 
 using OpenPrinterTest = SimulatorTest;
@@ -79,17 +81,17 @@ TEST_F(OpenPrinterTest, ANameWithThisServerIsReadBackWithIt)
 TEST_F(OpenPrinterTest, NoNameOrTheServersNameOpensTheServer)
 {
     SpoolerSetIdentity(nullptr, L"DEPOT");
-    EXPECT_TRUE(Open(nullptr));
-    EXPECT_TRUE(Open(L"\\\\DEPOT"));
+    EXPECT_TRUE(OpenServer());
+    EXPECT_TRUE(Open(L"\\\\DEPOT", SERVER_ALL_ACCESS));
 }
 
 TEST_F(OpenPrinterTest, OpensAJobOfThePrinter)
 {
     SpoolerAddPrinter({.printerName = L"Label"});
     QueueJob(L"Label", {.jobId = 7});
-    EXPECT_TRUE(Open(L"Label, Job 7"));
-    EXPECT_TRUE(Open(L"Label,Job 7"));
-    EXPECT_FALSE(Open(L"Label, Job 8"));
+    EXPECT_TRUE(Open(L"Label, Job 7", JOB_ALL_ACCESS));
+    EXPECT_TRUE(Open(L"Label,Job 7", JOB_ALL_ACCESS));
+    EXPECT_FALSE(Open(L"Label, Job 8", JOB_ALL_ACCESS));
     EXPECT_EQ(::GetLastError(), DWORD{ERROR_INVALID_PRINTER_NAME});
 }
 
@@ -99,36 +101,111 @@ TEST_F(OpenPrinterTest, OtherWordsBehindACommaAreIgnored)
     EXPECT_TRUE(Open(L"Label,LocalOnly"));
 }
 
+struct AccessRow {
+    DWORD granted;
+    DWORD wanted;
+    bool opens;
+};
+
+/// Opens `name` as each row says, after `grant` has granted its rights.
+template <typename Grant>
+void ExpectAccess(const wchar_t* name, std::span<const AccessRow> rows, Grant grant)
+{
+    for (const AccessRow& row : rows) {
+        grant(row.granted);
+        PRINTER_DEFAULTSW defaults = {nullptr, nullptr, row.wanted};
+        PrinterHandle handle;
+        const DWORD error = ErrorOf(::OpenPrinterW(const_cast<wchar_t*>(name), handle.Receive(), &defaults));
+        EXPECT_EQ(error, row.opens ? DWORD{ERROR_SUCCESS} : DWORD{ERROR_ACCESS_DENIED})
+            << std::hex << row.granted << " " << row.wanted;
+    }
+}
+
 TEST_F(OpenPrinterTest, AccessIsGrantedOnlyAsFarAsThePrinterGrantsIt)
 {
-    static constexpr struct {
-        DWORD granted;
-        DWORD wanted;
-        bool opens;
-    } rows[] = {
-        {PRINTER_ALL_ACCESS, PRINTER_ALL_ACCESS,        true },
-        {PRINTER_ALL_ACCESS, PRINTER_ACCESS_USE,        true },
-        {PRINTER_ALL_ACCESS, GENERIC_ALL,               true },
-        {PRINTER_ALL_ACCESS, manageLimited,             true },
-        {PRINTER_ACCESS_USE, PRINTER_ALL_ACCESS,        false},
-        {PRINTER_ACCESS_USE, PRINTER_ACCESS_ADMINISTER, false},
-        {PRINTER_ACCESS_USE, GENERIC_ALL,               false},
-        {PRINTER_ACCESS_USE, manageLimited,             false},
-        {PRINTER_ACCESS_USE, PRINTER_ACCESS_USE,        true },
-        {PRINTER_ACCESS_USE, PRINTER_READ,              true },
-        {PRINTER_ACCESS_USE, GENERIC_EXECUTE,           true },
-        {PRINTER_ACCESS_USE, MAXIMUM_ALLOWED,           true },
-        {PRINTER_ACCESS_USE, 0,                         true },
-        {0,                  PRINTER_ACCESS_USE,        false},
-        {0,                  0,                         false},
+    static constexpr AccessRow rows[] = {
+        {PRINTER_ALL_ACCESS, PRINTER_ALL_ACCESS,                   true },
+        {PRINTER_ALL_ACCESS, PRINTER_ACCESS_USE,                   true },
+        {PRINTER_ALL_ACCESS, GENERIC_ALL,                          true },
+        {PRINTER_ALL_ACCESS, manageLimited,                        true },
+        {PRINTER_ALL_ACCESS, JOB_ALL_ACCESS,                       false},
+        {PRINTER_ALL_ACCESS, 0xFFFFFFFF,                           false},
+        {PRINTER_ACCESS_USE, PRINTER_ALL_ACCESS,                   false},
+        {PRINTER_ACCESS_USE, PRINTER_ACCESS_ADMINISTER,            false},
+        {PRINTER_ACCESS_USE, GENERIC_ALL,                          false},
+        {PRINTER_ACCESS_USE, manageLimited,                        false},
+        {PRINTER_ACCESS_USE, PRINTER_ACCESS_USE,                   true },
+        {PRINTER_ACCESS_USE, PRINTER_READ,                         true },
+        {PRINTER_ACCESS_USE, GENERIC_EXECUTE,                      true },
+        {PRINTER_ACCESS_USE, MAXIMUM_ALLOWED,                      true },
+        {PRINTER_ACCESS_USE, MAXIMUM_ALLOWED | PRINTER_ACCESS_USE, true },
+        {PRINTER_ACCESS_USE, MAXIMUM_ALLOWED | WRITE_DAC,          false},
+        {PRINTER_ACCESS_USE, 0,                                    true },
+        {0,                  PRINTER_ACCESS_USE,                   false},
+        {0,                  0,                                    false},
     };
     SpoolerAddPrinter({.printerName = L"Label"});
-    for (const auto& row : rows) {
-        SpoolerSetGrantedAccess(L"Label", row.granted);
-        ::SetLastError(ERROR_SUCCESS);
-        EXPECT_EQ(static_cast<bool>(Open(L"Label", row.wanted)), row.opens) << row.granted << " " << row.wanted;
-        EXPECT_EQ(::GetLastError(), row.opens ? DWORD{ERROR_SUCCESS} : DWORD{ERROR_ACCESS_DENIED});
-    }
+    ExpectAccess(L"Label", rows, [](DWORD granted) { SpoolerSetGrantedAccess(L"Label", granted); });
+}
+
+TEST_F(OpenPrinterTest, AccessToTheServerIsGrantedOnlyAsFarAsItGrantsIt)
+{
+    static constexpr AccessRow rows[] = {
+        {SERVER_ALL_ACCESS, SERVER_ALL_ACCESS,        true },
+        {SERVER_ALL_ACCESS, GENERIC_ALL,              true },
+        {SERVER_ALL_ACCESS, 0xFFFFFFFF,               false},
+        {SERVER_ALL_ACCESS, PRINTER_ACCESS_USE,       false},
+        {SERVER_EXECUTE,    0,                        true },
+        {SERVER_EXECUTE,    MAXIMUM_ALLOWED,          true },
+        {SERVER_EXECUTE,    SERVER_ACCESS_ENUMERATE,  true },
+        {SERVER_EXECUTE,    SERVER_READ,              true },
+        {SERVER_EXECUTE,    SERVER_EXECUTE,           true },
+        {SERVER_EXECUTE,    GENERIC_READ,             true },
+        {SERVER_EXECUTE,    SERVER_ACCESS_ADMINISTER, false},
+        {SERVER_EXECUTE,    SERVER_WRITE,             false},
+        {SERVER_EXECUTE,    GENERIC_WRITE,            false},
+        {SERVER_EXECUTE,    SERVER_ALL_ACCESS,        false},
+        {0,                 0,                        false},
+    };
+    ExpectAccess(nullptr, rows, SpoolerSetServerAccess);
+}
+
+TEST_F(OpenPrinterTest, WithoutDefaultsTheServerIsOpenedForEnumerating)
+{
+    SpoolerSetServerAccess(SERVER_ACCESS_ENUMERATE);
+    EXPECT_TRUE(OpenServer(0));
+    SpoolerSetServerAccess(SERVER_ACCESS_ADMINISTER);
+    EXPECT_FALSE(OpenServer(0));
+}
+
+TEST_F(OpenPrinterTest, AccessToAJobDependsOnWhoseItIs)
+{
+    static constexpr AccessRow own[] = {
+        {PRINTER_ACCESS_USE, JOB_ALL_ACCESS,        true },
+        {PRINTER_ACCESS_USE, JOB_ACCESS_ADMINISTER, true },
+        {PRINTER_ACCESS_USE, GENERIC_ALL,           true },
+        {PRINTER_ACCESS_USE, 0,                     true },
+        {PRINTER_ACCESS_USE, PRINTER_ACCESS_USE,    false},
+        {PRINTER_ALL_ACCESS, PRINTER_ALL_ACCESS,    false},
+    };
+    static constexpr AccessRow others[] = {
+        {PRINTER_ALL_ACCESS, JOB_ALL_ACCESS,        true },
+        {PRINTER_ALL_ACCESS, GENERIC_WRITE,         true },
+        {PRINTER_ACCESS_USE, 0,                     true },
+        {PRINTER_ACCESS_USE, JOB_READ,              true },
+        {PRINTER_ACCESS_USE, GENERIC_READ,          true },
+        {PRINTER_ACCESS_USE, JOB_ACCESS_ADMINISTER, false},
+        {PRINTER_ACCESS_USE, GENERIC_EXECUTE,       false},
+        {PRINTER_ACCESS_USE, JOB_ALL_ACCESS,        false},
+        {0,                  0,                     false},
+    };
+    SpoolerSetIdentity(L"jane", nullptr);
+    SpoolerAddPrinter({.printerName = L"Label"});
+    QueueJob(L"Label", {.jobId = 1, .userName = L"jane"});
+    QueueJob(L"Label", {.jobId = 2, .userName = L"joe"});
+    const auto grant = [](DWORD granted) { SpoolerSetGrantedAccess(L"Label", granted); };
+    ExpectAccess(L"Label, Job 1", own, grant);
+    ExpectAccess(L"Label, Job 2", others, grant);
 }
 
 TEST_F(OpenPrinterTest, DefaultsWithAnUnknownDatatypeFail)

@@ -188,7 +188,7 @@ TEST_F(PrinterDataTest, TheChangeIdIsReadOnly)
 TEST_F(PrinterDataTest, TheServerTellsPredefinedValuesUnderAnyKey)
 {
     SpoolerSetIdentity(nullptr, L"DEPOT");
-    printer = Open(nullptr);
+    printer = OpenServer();
     EXPECT_EQ(GetPlain(SPLREG_ARCHITECTURE), DWORD{ERROR_SUCCESS});
     EXPECT_EQ(type, DWORD{REG_SZ});
     EXPECT_EQ(Text(reinterpret_cast<const wchar_t*>(data)), L"Windows x64");
@@ -201,7 +201,7 @@ TEST_F(PrinterDataTest, TheServerTellsPredefinedValuesUnderAnyKey)
 
 TEST_F(PrinterDataTest, TheServersValuesCannotBeSet)
 {
-    printer = Open(nullptr);
+    printer = OpenServer();
     EXPECT_EQ(Set(nullptr, SPLREG_BEEP_ENABLED, REG_DWORD, {1, 0, 0, 0}), DWORD{ERROR_NOT_SUPPORTED});
 }
 

@@ -28,6 +28,8 @@ protected:
         return PrinterHandle(handle);
     }
 
+    static PrinterHandle OpenServer(DWORD access = SERVER_ALL_ACCESS) { return Open(nullptr, access); }
+
     /// Adds a plain printer of that name and opens it for everything.
     static PrinterHandle AddAndOpen(const wchar_t* name)
     {

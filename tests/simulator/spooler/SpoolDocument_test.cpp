@@ -231,7 +231,7 @@ TEST_F(SpoolDocumentTest, JobNumbersAreNotReused)
 
 TEST_F(SpoolDocumentTest, TheServerPrintsNothing)
 {
-    printer = Open(nullptr);
+    printer = OpenServer();
     EXPECT_EQ(Start(), 0u);
     EXPECT_EQ(::GetLastError(), DWORD{ERROR_INVALID_HANDLE});
 }

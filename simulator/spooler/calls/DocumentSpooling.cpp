@@ -42,7 +42,7 @@ DWORD DocumentSpooling::StartDoc(HANDLE handle, DWORD level, const BYTE* info)
     const PrinterAccess access = _world.AccessOf(handle);
     Require(level == 1, ERROR_INVALID_LEVEL);
     Require(info, ERROR_INVALID_PARAMETER);
-    Require(!access.handle.document, ERROR_INVALID_PRINTER_STATE);
+    Require(!access.handle.document, ERROR_INVALID_HANDLE);
 
     JobRecord job = MakeJob(access, *reinterpret_cast<const DOC_INFO_1W*>(info));
     const std::wstring datatype = job.datatype.value_or(L"");

@@ -9,8 +9,8 @@ class DocumentSpooling {
 public:
     explicit DocumentSpooling(World& world) noexcept : _world(world) {}
 
-    /// Makes the job and gives its number. ERROR_INVALID_LEVEL, ERROR_INVALID_DATATYPE, ERROR_INVALID_PRINTER_STATE for
-    /// a handle that has a document already.
+    /// Makes the job and gives its number. ERROR_INVALID_LEVEL, ERROR_INVALID_DATATYPE, ERROR_INVALID_HANDLE for a
+    /// handle that has a document already.
     DWORD StartDoc(HANDLE handle, DWORD level, const BYTE* info);
     void StartPage(HANDLE handle);
     /// Spools up to `limit` of the bytes and gives how many.

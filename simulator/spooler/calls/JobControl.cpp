@@ -159,12 +159,6 @@ void Retain(ChangeScope&, JobRecord& job)
     job.retain = true;
 }
 
-void Release(ChangeScope& scope, JobRecord& job)
-{
-    job.retain = false;
-    if (job.status & jobStatusRetained) scope.RemoveJob(job.id);
-}
-
 struct CommandRow {
     DWORD command;
     JobCommand obey;
@@ -179,7 +173,7 @@ constexpr std::array jobCommands{
     CommandRow{JOB_CONTROL_SENT_TO_PRINTER,   SentToPrinter  },
     CommandRow{JOB_CONTROL_LAST_PAGE_EJECTED, LastPageEjected},
     CommandRow{jobControlRetain,              Retain         },
-    CommandRow{jobControlRelease,             Release        },
+    CommandRow{jobControlRelease,             Delete         },
 };
 
 } // namespace

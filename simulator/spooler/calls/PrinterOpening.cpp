@@ -2,8 +2,8 @@
 #include "spooler/calls/PrinterOpening.h"
 
 #include "spooler/calls/AccessRights.h"
+#include "spooler/calls/DocumentSpooling.h"
 #include "spooler/records/NameRules.h"
-#include "spooler/world/ChangeScope.h"
 #include "spooler/SpoolerConstants.h"
 #include "spooler/SpoolerError.h"
 
@@ -29,7 +29,15 @@ DWORD GrantedOn(const World& world, const PrinterRecord& printer, const JobRecor
     return printer.grantedAccess & PRINTER_ACCESS_USE ? JOB_READ : 0;
 }
 
-/// Number of the job that the words behind the comma of "Printer, Job 7" name; 0 if they name none.
+/// Words after the comma of a printer's name that change nothing about which printer it is. Deliberate: unlike names
+/// they have a case, one blank may stand before them, and anything may follow.
+bool IsDecoration(std::wstring_view words)
+{
+    if (words.starts_with(L' ')) words.remove_prefix(1);
+    return words.starts_with(L"LocalOnly") || words.starts_with(L"DrvConvert");
+}
+
+/// Number of the job that the words after the comma of "Printer, Job 7" name; 0 if they name none.
 DWORD JobNumber(std::wstring_view postfix)
 {
     constexpr std::wstring_view word = L"Job ";
@@ -60,7 +68,10 @@ PrinterOpening::Target PrinterOpening::Resolve(std::wstring_view name) const
     const size_t comma = name.find(L',');
     if (comma != std::wstring_view::npos) {
         Target target = Resolve(name.substr(0, comma));
-        target.jobId = JobNumber(name.substr(comma + 1));
+        const std::wstring_view words = name.substr(comma + 1);
+        if (IsDecoration(words)) return target;
+        target.jobId = JobNumber(words);
+        Require(target.printer && target.jobId, ERROR_INVALID_PRINTER_NAME);
         return target;
     }
 
@@ -110,9 +121,7 @@ HANDLE PrinterOpening::Open(const wchar_t* name, const PRINTER_DEFAULTSW* defaul
 
 void PrinterOpening::Close(HANDLE handle)
 {
-    const OpenHandle open = _world.HandleOf(handle);
+    const OpenHandle& open = _world.HandleOf(handle);
+    if (open.document && _world.FindPrinter(open.printerId)) DocumentSpooling(_world).EndDoc(handle);
     _world.Handles().Remove(handle);
-    const PrinterRecord* const printer = open.document ? _world.FindPrinter(open.printerId) : nullptr;
-    if (!printer || !printer->queue.Find(open.document->jobId)) return;
-    ChangeScope(_world, *printer).RemoveJob(open.document->jobId);
 }

@@ -12,7 +12,7 @@ public:
     /// ERROR_INVALID_PRINTER_NAME, ERROR_ACCESS_DENIED, ERROR_INVALID_DATATYPE.
     HANDLE Open(const wchar_t* name, const PRINTER_DEFAULTSW* defaults);
 
-    /// A document that wasn't ended is thrown away with its job. ERROR_INVALID_HANDLE.
+    /// Ends a document that the handle is in the middle of. ERROR_INVALID_HANDLE.
     void Close(HANDLE handle);
 
 private:

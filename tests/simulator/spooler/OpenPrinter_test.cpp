@@ -95,10 +95,27 @@ TEST_F(OpenPrinterTest, OpensAJobOfThePrinter)
     EXPECT_EQ(::GetLastError(), DWORD{ERROR_INVALID_PRINTER_NAME});
 }
 
-TEST_F(OpenPrinterTest, OtherWordsBehindACommaAreIgnored)
+TEST_F(OpenPrinterTest, TakesOnlyKnownWordsAfterAComma)
 {
     SpoolerAddPrinter({.printerName = L"Label"});
-    EXPECT_TRUE(Open(L"Label,LocalOnly"));
+    for (const wchar_t* known :
+         {L"Label,LocalOnly", L"Label, LocalOnly", L"Label,LocalOnly2", L"Label, LocalOnly and so on",
+          L"Label,DrvConvert", L"Label, DrvConvert", L"Label,DrvConvert,Job 1", L"label,LocalOnly"})
+        EXPECT_TRUE(Open(known)) << ::testing::PrintToString(known);
+
+    for (const wchar_t* unknown : {L"Label,", L"Label,rubbish", L"Label,LocalOnl", L"Label,localOnly",
+                                   L"Label, localonly", L"Label,  LocalOnly", L"Label ,LocalOnly", L"Label,drvconvert",
+                                   L"Label, DrvConver2t", L"Label,Job", L"Label,Job 0", L"Label,Job x"}) {
+        EXPECT_FALSE(Open(unknown)) << ::testing::PrintToString(unknown);
+        EXPECT_EQ(::GetLastError(), DWORD{ERROR_INVALID_PRINTER_NAME});
+    }
+}
+
+TEST_F(OpenPrinterTest, AServerHasNoJobs)
+{
+    SpoolerSetIdentity(nullptr, L"DEPOT");
+    EXPECT_FALSE(Open(L"\\\\DEPOT, Job 1", SERVER_ACCESS_ENUMERATE));
+    EXPECT_EQ(::GetLastError(), DWORD{ERROR_INVALID_PRINTER_NAME});
 }
 
 struct AccessRow {
@@ -234,13 +251,35 @@ TEST_F(ClosePrinterTest, HandlesNeverComeBack)
     EXPECT_NE(Open(L"Label").Get(), first);
 }
 
-TEST_F(ClosePrinterTest, ThrowsAwayADocumentThatWasNotEnded)
+TEST_F(ClosePrinterTest, EndsADocumentThatWasNotEnded)
 {
     PrinterHandle printer = AddAndOpen(L"Label");
     DOC_INFO_1W info = {const_cast<wchar_t*>(L"Half"), nullptr, nullptr};
     ::StartDocPrinterW(printer.Get(), 1, reinterpret_cast<BYTE*>(&info));
     printer.Reset();
-    EXPECT_EQ(ReadJobs<JOB_INFO_1W>(Open(L"Label"), 1).count, 0u);
+    const auto jobs = ReadJobs<JOB_INFO_1W>(Open(L"Label"), 1);
+    ASSERT_EQ(jobs.count, 1u);
+    EXPECT_EQ(Text(jobs->pDocument), L"Half");
+    EXPECT_EQ(jobs->Status, 0u) << "it spools no more";
+}
+
+TEST_F(ClosePrinterTest, DeliversADocumentThatWasNotEnded)
+{
+    SpoolerAddPrinter({.printerName = L"Label", .deliverAtOnce = true});
+    PrinterHandle printer = Open(L"Label");
+    DOC_INFO_1W info = {const_cast<wchar_t*>(L"Half"), nullptr, nullptr};
+    ::StartDocPrinterW(printer.Get(), 1, reinterpret_cast<BYTE*>(&info));
+    printer.Reset();
+    EXPECT_EQ(SpoolerDeliveryCount(L"Label"), 1u);
+}
+
+TEST_F(ClosePrinterTest, WorksWhenTheJobOfAnOpenDocumentIsGone)
+{
+    PrinterHandle printer = AddAndOpen(L"Label");
+    DOC_INFO_1W info = {const_cast<wchar_t*>(L"Half"), nullptr, nullptr};
+    SpoolerRemoveJob(L"Label", ::StartDocPrinterW(printer.Get(), 1, reinterpret_cast<BYTE*>(&info)));
+    EXPECT_TRUE(::ClosePrinter(printer.Detach()));
+    EXPECT_EQ(SpoolerOpenHandles(nullptr), 0u);
 }
 
 TEST_F(ClosePrinterTest, LeavesAnEndedDocumentInTheQueue)
@@ -256,6 +295,16 @@ TEST_F(ClosePrinterTest, WorksForARemovedPrinter)
     HANDLE handle = AddAndOpen(L"Label").Detach();
     SpoolerRemovePrinter(L"Label");
     EXPECT_TRUE(::ClosePrinter(handle));
+}
+
+TEST_F(ClosePrinterTest, WorksForAPrinterThatWasRemovedInTheMiddleOfADocument)
+{
+    PrinterHandle printer = AddAndOpen(L"Label");
+    DOC_INFO_1W info = {const_cast<wchar_t*>(L"Half"), nullptr, nullptr};
+    ::StartDocPrinterW(printer.Get(), 1, reinterpret_cast<BYTE*>(&info));
+    SpoolerRemovePrinter(L"Label");
+    EXPECT_TRUE(::ClosePrinter(printer.Detach()));
+    EXPECT_EQ(SpoolerOpenHandles(nullptr), 0u);
 }
 
 } // namespace

@@ -111,12 +111,16 @@ TEST_F(SetJobTest, ARetainedJobStaysUntilItIsReleased)
     EXPECT_EQ(JobCount(), 0u);
 }
 
-TEST_F(SetJobTest, ReleaseBeforePrintingOnlyTakesTheWishBack)
+TEST_F(SetJobTest, ReleaseDeletesAJobThatHasNotPrinted)
 {
-    Command(controlRetain);
     EXPECT_EQ(Command(controlRelease), DWORD{ERROR_SUCCESS});
-    EXPECT_EQ(JobCount(), 1u);
-    Command(JOB_CONTROL_LAST_PAGE_EJECTED);
+    EXPECT_EQ(JobCount(), 0u);
+}
+
+TEST_F(SetJobTest, ReleaseDeletesAPausedJob)
+{
+    Command(JOB_CONTROL_PAUSE);
+    EXPECT_EQ(Command(controlRelease), DWORD{ERROR_SUCCESS});
     EXPECT_EQ(JobCount(), 0u);
 }
 

@@ -143,7 +143,7 @@ TEST_F(SpoolDocumentTest, ASecondStartOnTheHandleFails)
 {
     Start();
     EXPECT_EQ(Start(), 0u);
-    EXPECT_EQ(::GetLastError(), DWORD{ERROR_INVALID_PRINTER_STATE});
+    EXPECT_EQ(::GetLastError(), DWORD{ERROR_INVALID_HANDLE});
 }
 
 TEST_F(SpoolDocumentTest, TwoHandlesSpoolAtTheSameTime)

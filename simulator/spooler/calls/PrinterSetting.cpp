@@ -133,10 +133,10 @@ void SetTexts2(const PrinterChange& change, const PRINTER_INFO_2W& info)
 void SetInfo2(const PrinterChange& change, const BYTE* data)
 {
     const auto& info = *reinterpret_cast<const PRINTER_INFO_2W*>(data);
+    CheckDriver(change, info.pDriverName); // first: it is what an empty structure fails with
     CheckName(change, info.pPrinterName);
     CheckShare(change, info.pShareName, info.Attributes);
     CheckPort(change, info.pPortName);
-    CheckDriver(change, info.pDriverName);
     CheckProcessor(change.Printer(), info);
     CheckSeparator(change.Printer(), info.pSepFile);
     CheckNumbers(info);
@@ -155,6 +155,7 @@ void SetInfo2(const PrinterChange& change, const BYTE* data)
 void SetInfo3(const PrinterChange& change, const BYTE* data)
 {
     const auto& info = *reinterpret_cast<const PRINTER_INFO_3*>(data);
+    Require(info.pSecurityDescriptor, ERROR_INVALID_PARAMETER);
     change.Edit().securityDescriptor = CheckedSecurity(change, info.pSecurityDescriptor);
 }
 
@@ -162,8 +163,11 @@ void SetInfo4(const PrinterChange& change, const BYTE* data)
 {
     const auto& info = *reinterpret_cast<const PRINTER_INFO_4W*>(data);
     const std::wstring shareName = change.Printer().shareName.value_or(L"");
+    Require(info.pPrinterName, ERROR_INVALID_PARAMETER);
+    CheckName(change, info.pPrinterName);
     CheckShare(change, shareName.c_str(), info.Attributes);
     PrinterRecord& printer = change.Edit();
+    printer.name = OwnName(change, info.pPrinterName);
     printer.attributes = MergeBits(printer.attributes, info.Attributes, fixedAttributes);
 }
 
@@ -171,9 +175,12 @@ void SetInfo5(const PrinterChange& change, const BYTE* data)
 {
     const auto& info = *reinterpret_cast<const PRINTER_INFO_5W*>(data);
     const std::wstring shareName = change.Printer().shareName.value_or(L"");
+    Require(info.pPrinterName, ERROR_INVALID_PARAMETER);
+    CheckName(change, info.pPrinterName);
     CheckPort(change, info.pPortName);
     CheckShare(change, shareName.c_str(), info.Attributes);
     PrinterRecord& printer = change.Edit();
+    printer.name = OwnName(change, info.pPrinterName);
     printer.portName = CopyText(info.pPortName);
     printer.attributes = MergeBits(printer.attributes, info.Attributes, fixedAttributes);
     printer.deviceNotSelectedTimeout = info.DeviceNotSelectedTimeout;
@@ -190,16 +197,18 @@ void SetInfo6(const PrinterChange& change, const BYTE* data)
     SetStatus(change.Edit(), reinterpret_cast<const PRINTER_INFO_6*>(data)->dwStatus);
 }
 
-void SetInfo7(const PrinterChange&, const BYTE*)
+void SetInfo7(const PrinterChange&, const BYTE* data)
 {
+    constexpr std::array<DWORD, 4> actions{DSPRINT_PUBLISH, DSPRINT_UPDATE, DSPRINT_UNPUBLISH, DSPRINT_REPUBLISH};
+    const DWORD action = reinterpret_cast<const PRINTER_INFO_7W*>(data)->dwAction;
+    Require(std::ranges::find(actions, action) != actions.end(), ERROR_INVALID_PARAMETER);
     throw SpoolerError(ERROR_NOT_SUPPORTED); // there is no directory to publish in
 }
 
 void SetInfo8(const PrinterChange& change, const BYTE* data)
 {
     const auto& info = *reinterpret_cast<const PRINTER_INFO_8W*>(data);
-    Require(info.pDevMode, ERROR_INVALID_PARAMETER);
-    change.Edit().devMode = CopyDevMode(info.pDevMode);
+    if (info.pDevMode) change.Edit().devMode = CopyDevMode(info.pDevMode);
 }
 
 void SetInfo9(const PrinterChange& change, const BYTE* data)
@@ -239,6 +248,7 @@ void Obey(ChangeScope& scope, DWORD command, const BYTE* info)
 {
     switch (command) {
     case 0:
+        Require(info, ERROR_INVALID_PARAMETER); // neither data nor a command
         return;
     case PRINTER_CONTROL_PAUSE:
         scope.EditPrinter().status |= PRINTER_STATUS_PAUSED;

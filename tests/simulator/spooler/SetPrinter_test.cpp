@@ -332,9 +332,45 @@ TEST_F(SetPrinterTest, UnknownCommandsAndLevelsFail)
     EXPECT_EQ(ErrorOf(::SetPrinterW(printer.Get(), 2, nullptr, 0)), DWORD{ERROR_INVALID_PARAMETER});
 }
 
-TEST_F(SetPrinterTest, NoCommandAndNoLevelChangeNothing)
+TEST_F(SetPrinterTest, Level0WantsDataOrACommand)
 {
-    EXPECT_EQ(Command(0), DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(Command(0), DWORD{ERROR_INVALID_PARAMETER});
+    BYTE info[256] = {}; // a PRINTER_INFO_STRESS
+    EXPECT_EQ(Set(0, info), DWORD{ERROR_SUCCESS});
+}
+
+TEST_F(SetPrinterTest, StructuresOfZerosMeetTheErrorOfTheirLevel)
+{
+    static constexpr struct {
+        DWORD level;
+        DWORD error;
+    } rows[] = {
+        {1, ERROR_INVALID_LEVEL         },
+        {2, ERROR_UNKNOWN_PRINTER_DRIVER},
+        {3, ERROR_INVALID_PARAMETER     },
+        {4, ERROR_INVALID_PARAMETER     },
+        {5, ERROR_INVALID_PARAMETER     },
+        {6, ERROR_SUCCESS               },
+        {7, ERROR_INVALID_PARAMETER     },
+        {8, ERROR_SUCCESS               },
+    };
+    DEVMODEW devMode = LabelDevMode();
+    SpoolerSetPrinterDevMode(L"Label", &devMode);
+    const auto before = Info();
+    for (const auto& row : rows) {
+        PRINTER_INFO_2W zeros = {}; // the longest
+        EXPECT_EQ(Set(row.level, zeros), row.error) << row.level;
+    }
+    const auto after = Info();
+    EXPECT_EQ(Text(after->pPrinterName), Text(before->pPrinterName));
+    EXPECT_EQ(after->Attributes, before->Attributes);
+    ASSERT_NE(after->pDevMode, nullptr);
+    EXPECT_EQ(after->pDevMode->dmCopies, devMode.dmCopies);
+}
+
+TEST_F(SetPrinterTest, Level2WithoutANameFailsWithInvalidPrinterName)
+{
+    EXPECT_EQ(Set2([](PRINTER_INFO_2W& info) { info.pPrinterName = nullptr; }), DWORD{ERROR_INVALID_PRINTER_NAME});
 }
 
 TEST_F(SetPrinterTest, Level3SetsASecurityDescriptor)
@@ -360,14 +396,56 @@ TEST_F(SetPrinterTest, Level2WithASecurityDescriptorNeedsTheRightToChangeIt)
 
 TEST_F(SetPrinterTest, Level4SetsAttributes)
 {
-    PRINTER_INFO_4W info = {nullptr, nullptr, PRINTER_ATTRIBUTE_LOCAL | PRINTER_ATTRIBUTE_WORK_OFFLINE};
+    PRINTER_INFO_4W info = {Mutable(L"Label"), nullptr, PRINTER_ATTRIBUTE_LOCAL | PRINTER_ATTRIBUTE_WORK_OFFLINE};
     EXPECT_EQ(Set(4, info), DWORD{ERROR_SUCCESS});
     EXPECT_EQ(Info()->Attributes, DWORD{PRINTER_ATTRIBUTE_LOCAL | PRINTER_ATTRIBUTE_WORK_OFFLINE});
 }
 
+TEST_F(SetPrinterTest, Levels4And5RenameThePrinter)
+{
+    PRINTER_INFO_4W info4 = {Mutable(L"Four"), nullptr, PRINTER_ATTRIBUTE_LOCAL};
+    EXPECT_EQ(Set(4, info4), DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(Text(Info()->pPrinterName), L"Four");
+    PRINTER_INFO_5W info5 = {Mutable(L"Five"), Mutable(L"NET2"), PRINTER_ATTRIBUTE_LOCAL, 1, 2};
+    EXPECT_EQ(Set(5, info5), DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(Text(Info()->pPrinterName), L"Five");
+    EXPECT_TRUE(Open(L"Five"));
+    EXPECT_FALSE(Open(L"Label"));
+}
+
+TEST_F(SetPrinterTest, Levels4And5TakeNoNameThatIsInUseOrWrong)
+{
+    SpoolerAddPrinter({.printerName = L"Other"});
+    for (const auto& [name, error] : {
+             std::pair{L"Other", DWORD{ERROR_PRINTER_ALREADY_EXISTS}},
+             std::pair{L"a,b",   DWORD{ERROR_INVALID_PRINTER_NAME}  },
+             std::pair{L"",      DWORD{ERROR_INVALID_PRINTER_NAME}  }
+    }) {
+        PRINTER_INFO_4W info4 = {Mutable(name), nullptr, PRINTER_ATTRIBUTE_QUEUED};
+        EXPECT_EQ(Set(4, info4), error);
+        PRINTER_INFO_5W info5 = {Mutable(name), Mutable(L"NET2"), PRINTER_ATTRIBUTE_QUEUED, 1, 2};
+        EXPECT_EQ(Set(5, info5), error);
+    }
+    EXPECT_EQ(Text(Info()->pPrinterName), L"Label");
+    EXPECT_EQ(Text(Info()->pPortName), L"LPT1:");
+    EXPECT_EQ(Info()->Attributes, DWORD{PRINTER_ATTRIBUTE_LOCAL});
+}
+
+TEST_F(SetPrinterTest, Levels4And5TakeTheNameThatAHandleWithAServerReads)
+{
+    SpoolerSetIdentity(nullptr, L"DEPOT");
+    printer = Open(L"\\\\DEPOT\\Label");
+    for (const DWORD level : {4, 5}) {
+        auto info = ReadPrinter<PRINTER_INFO_5W>(printer, level);
+        EXPECT_EQ(ErrorOf(::SetPrinterW(printer.Get(), level, info.Data(), 0)), DWORD{ERROR_SUCCESS}) << level;
+    }
+    EXPECT_TRUE(Open(L"Label"));
+}
+
 TEST_F(SetPrinterTest, Level5SetsPortAttributesAndTimeouts)
 {
-    PRINTER_INFO_5W info = {nullptr, Mutable(L"NET2"), PRINTER_ATTRIBUTE_LOCAL | PRINTER_ATTRIBUTE_QUEUED, 1, 2};
+    PRINTER_INFO_5W info = {Mutable(L"Label"), Mutable(L"NET2"), PRINTER_ATTRIBUTE_LOCAL | PRINTER_ATTRIBUTE_QUEUED, 1,
+                            2};
     EXPECT_EQ(Set(5, info), DWORD{ERROR_SUCCESS});
     const auto read = ReadPrinter<PRINTER_INFO_5W>(printer, 5);
     EXPECT_EQ(Text(read->pPortName), L"NET2");

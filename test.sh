@@ -8,7 +8,7 @@ cd "$(dirname "$0")"
 source scripts/common.sh
 
 quick=(rooms format release tests samples spooler)
-deep=(ubsan ubsan-tests long-runs headers lint)
+deep=(ubsan ubsan-tests long-runs headers lint reproducible)
 
 step_rooms() { scripts/check-rooms.py; }
 step_format() { scripts/check-format.sh; }
@@ -22,6 +22,7 @@ step_ubsan-tests() { build ubsan && scripts/run-tests.sh ubsan; }
 step_long-runs() { build release && VORLANE_LONG_RUNS=1 scripts/run-tests.sh release; }
 step_headers() { build ubsan all_verify_interface_header_sets; }
 step_lint() { build ubsan vrl_interfaces && scripts/check-lint.sh build/ubsan; }
+step_reproducible() { build release Vorlane && scripts/check-reproducible.sh release; }
 
 steps=("${@:-quick}")
 case "${steps[*]}" in

@@ -8,8 +8,9 @@ target_compile_options(vorlane_options INTERFACE
   $<$<COMPILE_LANGUAGE:CXX>:-fnon-call-exceptions>
   # The debug help library of Wine reads no newer format; call stacks get their names from it.
   $<$<CONFIG:Debug>:-gdwarf-4>
-  # The place of a failed assertion is told relative to the source tree.
+  # The place of a failed assertion is told relative to the source tree, and a debugger looks for sources from there.
   -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=
+  -fdebug-prefix-map=${CMAKE_SOURCE_DIR}=.
   $<$<BOOL:${VORLANE_COVERAGE}>:--coverage>
   # Not alignment: the platform's marshalling code hands over identifiers from the middle of its format strings.
   $<$<BOOL:${VORLANE_UBSAN}>:-fsanitize=undefined>
@@ -18,6 +19,8 @@ target_compile_options(vorlane_options INTERFACE
 target_link_options(vorlane_options INTERFACE
   # No run-time DLL of the compiler is left over.
   -static
+  # Two builds of the same sources give the same bytes.
+  -Wl,--no-insert-timestamp
   $<$<BOOL:${VORLANE_COVERAGE}>:--coverage>)
 
 # A broken assertion tells the file by its tree, whatever room it is in: of several mappings that match, the last counts.

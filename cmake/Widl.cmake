@@ -3,6 +3,8 @@ if(NOT VORLANE_WIDL)
   find_program(VORLANE_WIDL NAMES widl x86_64-w64-mingw32-widl REQUIRED)
 endif()
 
+find_program(VORLANE_PYTHON NAMES python3 python REQUIRED)
+
 find_path(VORLANE_IDL_FOLDER oaidl.idl
   HINTS /usr/include/wine/wine/windows /usr/include/wine/windows $ENV{MINGW_PREFIX}/include
   NO_CMAKE_FIND_ROOT_PATH REQUIRED)
@@ -21,10 +23,11 @@ function(vorlane_compile_idl idl folder)
     COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
     COMMAND ${widl} -h -o ${folder}/${name}.h ${idl}
     COMMAND ${widl} -t -o ${folder}/${name}.tlb ${idl}
+    COMMAND ${VORLANE_PYTHON} ${CMAKE_SOURCE_DIR}/cmake/undate-typelib.py ${folder}/${name}.tlb
     COMMAND ${widl} -u -o ${folder}/${name}_i.c ${idl}
     # -Oif: without it the marshalling code asks for a header that mingw-w64 lacks.
     COMMAND ${widl} -Oif -p -o ${folder}/${name}_p.c ${idl}
-    DEPENDS ${idl}
+    DEPENDS ${idl} ${CMAKE_SOURCE_DIR}/cmake/undate-typelib.py
     COMMENT "Compiling ${name}.idl"
     VERBATIM)
 endfunction()

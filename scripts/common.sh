@@ -2,9 +2,9 @@
 
 # What the scripts use, by the Debian package that brings it: build tools, cross compiler, IDL compiler with the platform's
 # definitions, test framework; Wine, a print server, a listener for it; the checks of the sources.
-packages_to_build=(cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev googletest)
+packages_to_build=(python3 cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev googletest)
 packages_to_run=(wine wine64 cups cups-client socat)
-packages_to_check=(python3 clang-format-14)
+packages_to_check=(clang-format-14)
 packages_to_lint=(clang-tidy-14)
 
 say() { printf '\n== %s\n' "$*"; }

@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -12,6 +15,8 @@ namespace {
 
 using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::Not;
 
 /// The loaded module read as the file that it came from.
 class ModuleFile {
@@ -31,6 +36,12 @@ public:
         const auto* names = At<DWORD>(exports->AddressOfNames);
         for (DWORD i = 0; i < exports->NumberOfNames; ++i) exported.push_back(At<char>(names[i]));
         return exported;
+    }
+
+    std::string Contents() const
+    {
+        std::ifstream file(std::filesystem::path(_product.Path()), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
     }
 
     std::wstring VersionText(const wchar_t* name) const
@@ -88,5 +99,19 @@ TEST(ModuleFile, TellsItsVersionAndPlatform)
     EXPECT_EQ(ModuleFile().VersionText(L"Platform"), L"x64");
     EXPECT_EQ(ModuleFile().VersionText(L"OriginalFilename"), L"Vorlane.dll");
 }
+
+#ifdef NDEBUG
+TEST(ModuleFile, NamesTheFileBesideItThatHasItsSymbols)
+{
+    const ProductModule product;
+    EXPECT_THAT(ModuleFile().Contents(), HasSubstr("Vorlane.dll.debug"));
+    EXPECT_TRUE(std::filesystem::exists(product.Path() + L".debug"));
+}
+
+TEST(ModuleFile, HasNoSymbolsItself)
+{
+    EXPECT_THAT(ModuleFile().Contents(), Not(HasSubstr(".debug_info")));
+}
+#endif
 
 } // namespace

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#include "vrl/driver/InterfaceModule.h"
+
+namespace {
+
+using OpenFunction = void*(HANDLE printer);
+using HandleFunction = void(void* driver);
+using FileFunction = void(void* driver, const wchar_t* fileName, DWORD mask);
+using MaskFunction = void(void* driver, DWORD mask);
+
+/// Calls an export if it is there, and tells whether it is.
+template <typename Function, typename... Arguments>
+bool CallExport(const DriverModule& module, const char* name, Arguments... arguments)
+{
+    Function* const function = module.Find<Function>(name);
+    if (function) function(arguments...);
+    return function != nullptr;
+}
+
+} // namespace
+
+void* InterfaceModule::Open(HANDLE printer) const
+{
+    OpenFunction* const open = _module.Find<OpenFunction>("VRL_Printer_Open");
+    return open ? open(printer) : nullptr;
+}
+
+void InterfaceModule::Close(void* driver) const
+{
+    CallExport<HandleFunction>(_module, "VRL_Printer_Close", driver);
+}
+
+void InterfaceModule::Save(void* driver) const
+{
+    CallExport<HandleFunction>(_module, "VRL_Settings_Save", driver);
+}
+
+bool InterfaceModule::Import(void* driver, const wchar_t* fileName, DWORD mask) const
+{
+    return CallExport<FileFunction>(_module, "VRL_Settings_Import", driver, fileName, mask);
+}
+
+bool InterfaceModule::Export(void* driver, const wchar_t* fileName, DWORD mask) const
+{
+    return CallExport<FileFunction>(_module, "VRL_Settings_Export", driver, fileName, mask);
+}
+
+bool InterfaceModule::Reset(void* driver, DWORD mask) const
+{
+    return CallExport<MaskFunction>(_module, "VRL_Settings_Reset", driver, mask);
+}

@@ -4,7 +4,6 @@
 #include "support/ImportHook.h"
 #include "support/TemporaryDirectory.h"
 #include "support/spooler/SpoolerTest.h"
-#include "vrl/driver/AdvancedDriverInterface.h"
 #include "vrl/spooler/Spooler.h"
 
 #include <numeric>
@@ -202,32 +201,6 @@ TEST_F(BasicDriverInterfaceTest, SeverityIsThatOfTheStatusWord)
     EXPECT_EQ(driver.GetStatusSeverity(), 3);
     ::SpoolerSetPrinterStatus(printerName, PRINTER_STATUS_ERROR);
     EXPECT_EQ(driver.GetStatusSeverity(), 2);
-}
-
-/// A label printer whose extended word is known.
-class DriverWithFlags : public AdvancedDriverInterface {
-public:
-    unsigned long GetStatusFlags2() override { return flags; }
-    unsigned long flags = 0;
-};
-
-TEST(AdvancedDriverInterface, ExtendedConditionsComeFromTheExtendedWord)
-{
-    DriverWithFlags driver;
-    for (int condition = 201; condition <= 211; ++condition) {
-        driver.flags = 1ul << (condition - 201);
-        EXPECT_TRUE(driver.TestStatusFlag(condition)) << condition;
-        driver.flags = ~driver.flags;
-        EXPECT_FALSE(driver.TestStatusFlag(condition)) << condition;
-    }
-}
-
-TEST(AdvancedDriverInterface, ConditionsOutsideTheTableAreFalse)
-{
-    DriverWithFlags driver;
-    driver.flags = 0xFFFFFFFF;
-    EXPECT_FALSE(driver.TestStatusFlag(200));
-    EXPECT_FALSE(driver.TestStatusFlag(212));
 }
 
 // ---- sending a file ----

@@ -2,7 +2,7 @@
 #include "vrl/driver/PortMonitor.h"
 
 #include "foundation/OGuardedBlock.h"
-#include "foundation/failures/RunContained.h"
+#include "foundation/failures/SehTranslator.h"
 
 #include <cstring>
 #include <new>

@@ -5,8 +5,6 @@
 
 namespace {
 
-using Microsoft::WRL::ComPtr;
-
 /// A sink that only counts the references on it.
 class CountedSink : public IDispatch {
 public:
@@ -34,7 +32,8 @@ protected:
     DWORD Add(CountedSink& sink)
     {
         DWORD cookie = 0;
-        EXPECT_EQ(sinks.Add(ComPtr<IDispatch>(&sink), &cookie), S_OK);
+        auto shared = ForeignPtr<IDispatch>::Share(&sink);
+        EXPECT_EQ(sinks.Add(shared, &cookie), S_OK);
         return cookie;
     }
 
@@ -53,8 +52,9 @@ TEST_F(SinkListTest, GivesBackEveryReferenceAtItsEnd)
 {
     {
         SinkList list;
+        auto shared = ForeignPtr<IDispatch>::Share(&first);
         DWORD cookie = 0;
-        list.Add(ComPtr<IDispatch>(&first), &cookie);
+        list.Add(shared, &cookie);
     }
     EXPECT_EQ(first.references, 0u);
 }
@@ -74,7 +74,7 @@ TEST_F(SinkListTest, RemovedSinkLeavesAnEmptySlot)
     Add(second);
     EXPECT_EQ(sinks.Remove(cookie).Get(), &first);
     EXPECT_EQ(sinks.SlotCount(), 2u);
-    EXPECT_EQ(sinks.SinkAt(0), nullptr);
+    EXPECT_FALSE(sinks.SinkAt(0));
     EXPECT_EQ(sinks.SinkAt(1).Get(), &second);
 }
 
@@ -92,16 +92,16 @@ TEST_F(SinkListTest, NextSinkTakesTheEmptySlotUnderANewCookie)
 TEST_F(SinkListTest, UnknownOrUsedUpCookieRemovesNothing)
 {
     const DWORD cookie = Add(first);
-    EXPECT_EQ(sinks.Remove(cookie + 1), nullptr);
-    EXPECT_EQ(sinks.Remove(0), nullptr);
+    EXPECT_FALSE(sinks.Remove(cookie + 1));
+    EXPECT_FALSE(sinks.Remove(0));
     sinks.Remove(cookie);
-    EXPECT_EQ(sinks.Remove(cookie), nullptr);
+    EXPECT_FALSE(sinks.Remove(cookie));
     EXPECT_EQ(first.references, 0u);
 }
 
 TEST_F(SinkListTest, SlotPastTheEndIsEmpty)
 {
-    EXPECT_EQ(sinks.SinkAt(0), nullptr);
+    EXPECT_FALSE(sinks.SinkAt(0));
 }
 
 TEST_F(SinkListTest, ConnectionsListsTheFilledSlots)

@@ -8,4 +8,16 @@
 #include <oleauto.h>
 #include <ocidl.h>
 
+#include <wrl/client.h>
+
 #include "vrl/Vorlane.h"
+
+/// Takes over the one reference that a new object comes with: `ComPtr::Attach` of this compiler's library counts once
+/// more.
+template <class T>
+Microsoft::WRL::ComPtr<T> Adopt(T* made) noexcept
+{
+    Microsoft::WRL::ComPtr<T> owner;
+    *owner.GetAddressOf() = made;
+    return owner;
+}

@@ -92,8 +92,10 @@ public:
         Microsoft::WRL::ComPtr<ITypeInfo> typeInfo;
         const HRESULT result = InterfaceTypeInfo(__uuidof(Interface), &typeInfo);
         if (FAILED(result)) return result;
-        return typeInfo->Invoke(static_cast<Interface*>(this), id, flags, parameters, returned, exception,
-                                argumentError);
+        return Contain([&] { // an argument that is an object of the caller's may be asked for its value
+            return typeInfo->Invoke(static_cast<Interface*>(this), id, flags, parameters, returned, exception,
+                                    argumentError);
+        });
     }
 
     // ISupportErrorInfo
@@ -221,14 +223,20 @@ private:
     std::atomic<ULONG> _references{1};
 };
 
+/// A new `T`, not finally constructed. Throws what its constructor throws.
+template <class T>
+Microsoft::WRL::ComPtr<T> MakeObject()
+{
+    return Adopt(new T);
+}
+
 /// Makes a `T` with one reference for the caller. On a failure `*object` is null, and nothing of the object is left.
 template <class T>
 HRESULT CreateInstance(T** object) noexcept
 {
     *object = nullptr;
     return Contain([&] {
-        Microsoft::WRL::ComPtr<T> made;
-        *made.GetAddressOf() = new T; // not Attach, which counts once more in the library of this compiler
+        auto made = MakeObject<T>();
         const HRESULT result = made->FinalConstruct();
         if (SUCCEEDED(result)) *object = made.Detach();
         return result;

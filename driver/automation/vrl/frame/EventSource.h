@@ -12,6 +12,8 @@
 #include <wrl/client.h>
 
 #include <atomic>
+#include <utility>
+#include <vector>
 
 /// What goes out of an enumerator over interface pointers.
 template <class Enumerator, class Pointed>
@@ -20,7 +22,11 @@ struct PointerPolicy {
     using Item = Pointed*;
     using Value = Microsoft::WRL::ComPtr<Pointed>;
     static HRESULT CopyOut(const Value& value, Item* item) noexcept { return value.CopyTo(item); }
-    static void Clear(Item* item) noexcept { (*item)->Release(); }
+    static void Clear(Item* item) noexcept
+    {
+        (*item)->Release();
+        *item = nullptr;
+    }
 };
 
 /// What goes out of an enumerator over connections.
@@ -31,9 +37,14 @@ struct ConnectionPolicy {
     static HRESULT CopyOut(const Value& value, Item* item) noexcept
     {
         item->dwCookie = value.cookie;
-        return value.sink.CopyTo(IID_IUnknown, reinterpret_cast<void**>(&item->pUnk));
+        item->pUnk = nullptr;
+        return Contain([&] { return value.sink->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(&item->pUnk)); });
     }
-    static void Clear(Item* item) noexcept { item->pUnk->Release(); }
+    static void Clear(Item* item) noexcept
+    {
+        Contain([&] { item->pUnk->Release(); });
+        *item = {};
+    }
 };
 
 /// Makes `Class`, an automation object, the source of the events `Events`: a container with one connection point, whose
@@ -53,9 +64,7 @@ public:
 
     Microsoft::WRL::ComPtr<IDispatch> Identity() noexcept final
     {
-        Microsoft::WRL::ComPtr<IDispatch> identity;
-        if (Self().AddRefIfAlive()) *identity.GetAddressOf() = &Self();
-        return identity;
+        return Adopt<IDispatch>(Self().AddRefIfAlive() ? &Self() : nullptr);
     }
 
     HRESULT Fire(DISPID eventId, const EventArguments& arguments) noexcept final
@@ -63,9 +72,9 @@ public:
         HRESULT result = S_OK;
         const size_t slots = SlotCount();
         for (size_t slot = 0; slot < slots; ++slot) {
-            auto sink = SinkAt(slot);
+            const auto sink = SinkAt(slot);
             if (!sink) continue;
-            result = CallSink(std::move(sink), eventId, arguments);
+            result = CallSink(sink, eventId, arguments);
             CheckSinkResult(result);
         }
         return result;
@@ -104,13 +113,13 @@ private:
         STDMETHODIMP_(ULONG) Release() noexcept override { return _source.Self().Release(); }
 
         STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints** enumerator) noexcept override
-        try {
+        {
             if (!enumerator) return E_POINTER;
+            *enumerator = nullptr;
             using Points = SnapshotEnumerator<PointerPolicy<IEnumConnectionPoints, IConnectionPoint>>;
-            *enumerator = Points::Create({Microsoft::WRL::ComPtr<IConnectionPoint>(&_source._point)}).Detach();
-            return S_OK;
-        } catch (const std::bad_alloc&) {
-            return E_OUTOFMEMORY;
+            return Contain([&] {
+                *enumerator = Points::Create({Microsoft::WRL::ComPtr<IConnectionPoint>(&_source._point)}).Detach();
+            });
         }
 
         STDMETHODIMP FindConnectionPoint(REFIID iid, IConnectionPoint** point) noexcept override
@@ -163,13 +172,11 @@ private:
         STDMETHODIMP Unadvise(DWORD cookie) noexcept override { return _source.Unadvise(cookie); }
 
         STDMETHODIMP EnumConnections(IEnumConnections** enumerator) noexcept override
-        try {
+        {
             if (!enumerator) return E_POINTER;
-            OLockGuard guard(_source.Self().ObjectLock());
-            *enumerator = SnapshotEnumerator<ConnectionPolicy>::Create(_source._sinks.Connections()).Detach();
-            return S_OK;
-        } catch (const std::bad_alloc&) {
-            return E_OUTOFMEMORY;
+            *enumerator = nullptr;
+            return Contain(
+                [&] { *enumerator = SnapshotEnumerator<ConnectionPolicy>::Create(_source.Connections()).Detach(); });
         }
 
     private:
@@ -184,7 +191,13 @@ private:
         return _sinks.SlotCount();
     }
 
-    Microsoft::WRL::ComPtr<IDispatch> SinkAt(size_t slot) noexcept
+    std::vector<SinkList::Connection> Connections()
+    {
+        OLockGuard guard(Self().ObjectLock());
+        return _sinks.Connections();
+    }
+
+    ForeignPtr<IDispatch> SinkAt(size_t slot) noexcept
     {
         OLockGuard guard(Self().ObjectLock());
         return _sinks.SinkAt(slot);
@@ -207,16 +220,16 @@ private:
         }
         if (!sink || !cookie) return E_POINTER;
 
-        Microsoft::WRL::ComPtr<IDispatch> events;
-        if (FAILED(sink->QueryInterface(__uuidof(Events), &events))) return CONNECT_E_CANNOTCONNECT;
+        auto events = ForeignPtr<IDispatch>::Query(sink, __uuidof(Events));
+        if (!events) return CONNECT_E_CANNOTCONNECT;
         OLockGuard guard(Self().ObjectLock());
-        return _sinks.Add(std::move(events), cookie);
+        return _sinks.Add(events, cookie); // a sink that is not taken goes after the lock: it is foreign code
     }
 
     HRESULT Unadvise(DWORD cookie) noexcept
     {
         if (_connectionCount-- == 1) Self().LastSinkGone();
-        Microsoft::WRL::ComPtr<IDispatch> gone; // released after the lock: it is foreign code
+        ForeignPtr<IDispatch> gone; // released after the lock: it is foreign code
         OLockGuard guard(Self().ObjectLock());
         gone = _sinks.Remove(cookie);
         return gone ? S_OK : CONNECT_E_NOCONNECTION;

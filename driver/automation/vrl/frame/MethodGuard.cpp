@@ -87,17 +87,20 @@ try {
 
 void ReportError(const CLSID& clsid, const char* text) noexcept
 {
-    Microsoft::WRL::ComPtr<ICreateErrorInfo> create;
-    if (FAILED(::CreateErrorInfo(&create))) return;
+    // The error object that this one replaces may be the client's own, whose release is foreign code.
+    Contain([&] {
+        Microsoft::WRL::ComPtr<ICreateErrorInfo> create;
+        if (FAILED(::CreateErrorInfo(&create))) return;
 
-    create->SetGUID(IID_NULL);
-    create->SetHelpContext(0);
-    SetSource(*create.Get(), clsid);
-    // The code alone has to do when there is no memory for its text.
-    if (const OBstr description = WideText(text)) create->SetDescription(description.Get());
+        create->SetGUID(IID_NULL);
+        create->SetHelpContext(0);
+        SetSource(*create.Get(), clsid);
+        // The code alone has to do when there is no memory for its text.
+        if (const OBstr description = WideText(text)) create->SetDescription(description.Get());
 
-    Microsoft::WRL::ComPtr<IErrorInfo> errorInfo;
-    if (SUCCEEDED(create.As(&errorInfo))) ::SetErrorInfo(0, errorInfo.Get());
+        Microsoft::WRL::ComPtr<IErrorInfo> errorInfo;
+        if (SUCCEEDED(create.As(&errorInfo))) ::SetErrorInfo(0, errorInfo.Get());
+    });
 }
 
 HRESULT RunGuarded(const char* function, const CLSID& clsid, HRESULT (*body)(void*), void* context) noexcept

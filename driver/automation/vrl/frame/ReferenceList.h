@@ -17,7 +17,7 @@
 ///            objects. It comes before the lock of any object.
 class ReferenceList : public std::enable_shared_from_this<ReferenceList> {
 public:
-    /// Both are trace lines, texts that live as long as the process.
+    /// Both are trace lines, texts that live as long as the process. Throws std::bad_alloc.
     ReferenceList(const char* addedTrace, const char* removedTrace)
         : _addedTrace(addedTrace), _removedTrace(removedTrace)
     {
@@ -35,16 +35,16 @@ public:
     bool IsEmpty() const noexcept NO_THREAD_SAFETY_ANALYSIS { return _objects.IsEmpty(); }
 
     /// The list's lock, held for a scope on one thread.
-    class SCOPED_CAPABILITY Scope {
+    // The analysis can't follow a scope that a function gives, so this class is not part of it.
+    class Scope {
     public:
-        explicit Scope(ReferenceList& list) ACQUIRE(list._lock) : _list(list), _guard(list._lock) {}
-        ~Scope() RELEASE() {}
+        explicit Scope(ReferenceList& list) NO_THREAD_SAFETY_ANALYSIS : _list(list), _guard(list._lock) {}
 
         /// Calls `visit(SinkOwner&, IDispatch* identity)` for each object in order. An object whose last reference has
         /// gone is passed over. A visit may add and remove objects: each is visited once as long as it is there.
         /// What `visit` throws ends the walk.
         template <class Visit>
-        void ForEach(Visit&& visit)
+        void ForEach(Visit&& visit) NO_THREAD_SAFETY_ANALYSIS
         {
             for (_list._next = 0; _list._next < _list._objects.GetSize();) {
                 SinkOwner& object = *_list._objects.GetAt(_list._next++);

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/frame/SinkCall.h"
 
-#include "vrl/frame/MethodGuard.h"
-
-HRESULT CallSink(Microsoft::WRL::ComPtr<IDispatch> sink, DISPID eventId, const EventArguments& arguments) noexcept
+HRESULT CallSink(const ForeignPtr<IDispatch>& sink, DISPID eventId, const EventArguments& arguments) noexcept
 {
     VARIANT answer;
     ::VariantInit(&answer);
@@ -12,7 +10,6 @@ HRESULT CallSink(Microsoft::WRL::ComPtr<IDispatch> sink, DISPID eventId, const E
         return sink->Invoke(eventId, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, &answer, nullptr,
                             nullptr);
     });
-    Contain([&] { ::VariantClear(&answer); });
-    Contain([&] { sink.Reset(); });
+    Contain([&] { ::VariantClear(&answer); }); // which may hold an object of the client's
     return result;
 }

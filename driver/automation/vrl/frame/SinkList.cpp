@@ -2,13 +2,10 @@
 #include "vrl/frame/SinkList.h"
 
 #include <algorithm>
-#include <iterator>
 #include <new>
 #include <utility>
 
-using Microsoft::WRL::ComPtr;
-
-HRESULT SinkList::Add(ComPtr<IDispatch> sink, DWORD* cookie) noexcept
+HRESULT SinkList::Add(ForeignPtr<IDispatch>& sink, DWORD* cookie) noexcept
 try {
     Connection& slot = FreeSlot();
     if (++_lastCookie == 0) ++_lastCookie;
@@ -19,29 +16,29 @@ try {
     return E_OUTOFMEMORY;
 }
 
-ComPtr<IDispatch> SinkList::Remove(DWORD cookie) noexcept
+ForeignPtr<IDispatch> SinkList::Remove(DWORD cookie) noexcept
 {
     const auto slot = std::find_if(_slots.begin(), _slots.end(),
                                    [cookie](const Connection& one) { return one.sink && one.cookie == cookie; });
-    return slot == _slots.end() ? nullptr : std::move(slot->sink);
+    return slot == _slots.end() ? ForeignPtr<IDispatch>() : std::move(slot->sink);
 }
 
-ComPtr<IDispatch> SinkList::SinkAt(size_t slot) const noexcept
+ForeignPtr<IDispatch> SinkList::SinkAt(size_t slot) const noexcept
 {
-    return slot < _slots.size() ? _slots[slot].sink : nullptr;
+    return slot < _slots.size() ? _slots[slot].sink.Copy() : ForeignPtr<IDispatch>();
 }
 
 std::vector<SinkList::Connection> SinkList::Connections() const
 {
     std::vector<Connection> filled;
-    std::copy_if(_slots.begin(), _slots.end(), std::back_inserter(filled),
-                 [](const Connection& one) { return one.sink != nullptr; });
+    for (const Connection& one : _slots) {
+        if (one.sink) filled.push_back({one.cookie, one.sink.Copy()});
+    }
     return filled;
 }
 
 SinkList::Connection& SinkList::FreeSlot()
 {
-    const auto slot =
-        std::find_if(_slots.begin(), _slots.end(), [](const Connection& one) { return one.sink == nullptr; });
+    const auto slot = std::find_if(_slots.begin(), _slots.end(), [](const Connection& one) { return !one.sink; });
     return slot == _slots.end() ? _slots.emplace_back() : *slot;
 }

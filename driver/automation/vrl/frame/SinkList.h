@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "foundation/Platform.h"
+#include "vrl/frame/ForeignPtr.h"
 
 #include <oaidl.h>
-#include <wrl/client.h>
 
 #include <vector>
 
@@ -15,19 +14,20 @@ class SinkList {
 public:
     struct Connection {
         DWORD cookie = 0;
-        Microsoft::WRL::ComPtr<IDispatch> sink;
+        ForeignPtr<IDispatch> sink;
     };
 
-    /// Keeps `sink` in the first empty slot; `*cookie` is its number for `Remove`, never 0 and not soon used again.
-    HRESULT Add(Microsoft::WRL::ComPtr<IDispatch> sink, DWORD* cookie) noexcept;
+    /// Takes `sink` over into the first empty slot; `*cookie` is its number for `Remove`, never 0 and not soon used
+    /// again. After a failure both are as they were.
+    HRESULT Add(ForeignPtr<IDispatch>& sink, DWORD* cookie) noexcept;
 
     /// Empties the slot of `cookie` and gives its sink; null if there is none of that number.
-    Microsoft::WRL::ComPtr<IDispatch> Remove(DWORD cookie) noexcept;
+    ForeignPtr<IDispatch> Remove(DWORD cookie) noexcept;
 
     size_t SlotCount() const noexcept { return _slots.size(); }
 
     /// The sink in a slot, null for an empty slot or one past the end.
-    Microsoft::WRL::ComPtr<IDispatch> SinkAt(size_t slot) const noexcept;
+    ForeignPtr<IDispatch> SinkAt(size_t slot) const noexcept;
 
     /// The filled slots in their order. Throws std::bad_alloc.
     std::vector<Connection> Connections() const;

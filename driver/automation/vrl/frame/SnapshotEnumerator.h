@@ -1,23 +1,23 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "foundation/OCriticalSection.h"
+#include "foundation/OLockGuard.h"
+#include "vrl/frame/Automation.h"
+#include "vrl/frame/MethodGuard.h"
 #include "vrl/frame/Module.h"
-
-#include "foundation/Platform.h"
 
 #include <atomic>
 #include <memory>
-#include <new>
 #include <utility>
 #include <vector>
 
-#include <wrl/client.h>
-
 /// An enumerator of the platform's kind over a list that was complete when it was made.
 ///
-/// `Policy` names the kind: the types `Interface` and `Item` (what goes out), `Value` (what is kept, freely copied) and
-/// `static HRESULT CopyOut(const Value&, Item*)`, which gives the caller his own copy or reference, and
-/// `static void Clear(Item*)`, which takes it back when the call cannot be finished.
+/// `Policy` names the kind: the types `Interface` and `Item` (what goes out), `Value` (what is kept) and two functions
+/// that throw nothing: `static HRESULT CopyOut(const Value&, Item*)`, which gives the caller a copy or reference of his
+/// own, and `static void Clear(Item*)`, which takes it back and empties the item when the call cannot be finished.
+/// Threading: any thread. The lock is not held while items are copied, which may be foreign code.
 template <class Policy>
 class SnapshotEnumerator : public Policy::Interface {
 public:
@@ -52,41 +52,35 @@ public:
 
     STDMETHODIMP Next(ULONG count, Item* items, ULONG* fetched) noexcept override
     {
+        if (fetched) *fetched = 0;
         if (!items || (!fetched && count != 1)) return E_POINTER;
-        ULONG done = 0;
-        for (; done < count && _position < _values->size(); ++done, ++_position) {
-            const HRESULT result = Policy::CopyOut((*_values)[_position], &items[done]);
-            if (FAILED(result)) return TakeBack(items, done, fetched, result);
+        const auto [first, given] = Advance(count);
+        for (ULONG done = 0; done < given; ++done) {
+            const HRESULT result = Policy::CopyOut((*_values)[first + done], &items[done]);
+            if (FAILED(result)) return TakeBack(items, done, first, result);
         }
-        if (fetched) *fetched = done;
-        return done == count ? S_OK : S_FALSE;
+        if (fetched) *fetched = given;
+        return given == count ? S_OK : S_FALSE;
     }
 
-    STDMETHODIMP Skip(ULONG count) noexcept override
-    {
-        const size_t left = _values->size() - _position;
-        const bool enough = count <= left;
-        _position += enough ? count : left;
-        return enough ? S_OK : S_FALSE;
-    }
+    STDMETHODIMP Skip(ULONG count) noexcept override { return Advance(count).count == count ? S_OK : S_FALSE; }
 
     STDMETHODIMP Reset() noexcept override
     {
+        OLockGuard guard(_lock);
         _position = 0;
         return S_OK;
     }
 
     STDMETHODIMP Clone(Interface** clone) noexcept override
-    try {
+    {
         if (!clone) return E_POINTER;
-        *clone = Create(_values, _position).Detach();
-        return S_OK;
-    } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
+        *clone = nullptr;
+        return Contain([&] { *clone = Create(_values, Advance(0).first).Detach(); });
     }
 
 private:
-    SnapshotEnumerator(std::shared_ptr<const Values> values, size_t position) noexcept
+    SnapshotEnumerator(std::shared_ptr<const Values> values, size_t position)
         : _values(std::move(values)), _position(position)
     {
         Module::AddObject();
@@ -95,21 +89,34 @@ private:
 
     static Microsoft::WRL::ComPtr<Interface> Create(std::shared_ptr<const Values> values, size_t position)
     {
-        Microsoft::WRL::ComPtr<Interface> enumerator;
-        // Not Attach, which counts once more in the library of this compiler.
-        *enumerator.GetAddressOf() = new SnapshotEnumerator(std::move(values), position);
-        return enumerator;
+        return Adopt<Interface>(new SnapshotEnumerator(std::move(values), position));
     }
 
-    HRESULT TakeBack(Item* items, ULONG done, ULONG* fetched, HRESULT result) noexcept
+    struct Range {
+        size_t first;
+        ULONG count;
+    };
+
+    /// Takes the next `count` values, or as many as there are, for the calling thread.
+    Range Advance(ULONG count) noexcept
     {
-        _position -= done;
+        OLockGuard guard(_lock);
+        const size_t left = _values->size() - _position;
+        const Range range{_position, count <= left ? count : static_cast<ULONG>(left)};
+        _position += range.count;
+        return range;
+    }
+
+    HRESULT TakeBack(Item* items, ULONG done, size_t first, HRESULT result) noexcept
+    {
         for (ULONG i = 0; i < done; ++i) Policy::Clear(&items[i]);
-        if (fetched) *fetched = 0;
+        OLockGuard guard(_lock);
+        _position = first;
         return result;
     }
 
-    std::shared_ptr<const Values> _values;
-    size_t _position;
+    const std::shared_ptr<const Values> _values;
+    OCriticalSection _lock;
+    size_t _position GUARDED_BY(_lock);
     std::atomic<ULONG> _references{1};
 };

@@ -11,6 +11,10 @@ constexpr DWORD jobControlRelease = 9;
 constexpr DWORD printerAccessManageLimited = 0x40;
 constexpr DWORD printerChangeSetPrinterDriver = 0x20000000;
 
+// Kinds of printers that FindFirstPrinterChangeNotification is asked for. The platform's header has older numbers.
+constexpr DWORD notifyCategoryAll = 0x10000;
+constexpr DWORD notifyCategory3D = 0x20000;
+
 // What PRINTER_NOTIFY_INFO_DATA.Reserved tells of an entry's value.
 constexpr DWORD notifyNumberData = 1;
 constexpr DWORD notifyTextData = 2;

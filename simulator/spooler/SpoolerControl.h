@@ -117,6 +117,28 @@ struct SpoolerDelivery {
     wchar_t file[MAX_PATH]; ///< where it was written; empty if the printer has no output folder
 };
 
+// Notifications.
+
+/// One entry of a batch that a test queues. It is told as it stands, whether there is such a type, field or job or not.
+struct SpoolerNotifyEntry {
+    WORD type = JOB_NOTIFY_TYPE;
+    WORD field = JOB_NOTIFY_FIELD_STATUS;
+    DWORD id = 0;
+    DWORD number = 0;              ///< adwData[0], unless there is text or data; in a text field 0 is a null buffer
+    const wchar_t* text = nullptr; ///< pBuf, with its terminator
+    const void* data = nullptr;    ///< pBuf: a device mode, a time, anything
+    DWORD dataBytes = 0;           ///< cbBuf of `data`
+};
+
+/// What one FindNextPrinterChangeNotification is to give.
+struct SpoolerNotifyBatch {
+    DWORD change = 0;                            ///< the change word, whatever the filter
+    DWORD flags = 0;                             ///< PRINTER_NOTIFY_INFO_DISCARDED
+    const SpoolerNotifyEntry* entries = nullptr; ///< `count` of them; there may be none
+    DWORD count = 0;
+    bool withBlock = true; ///< false: there is a change word, but no block
+};
+
 // Calls: their names, their log, failures put into them.
 
 /// The spooler's functions by the names of their exports, which no macro of the platform touches.
@@ -156,7 +178,8 @@ enum class SpoolerEffect : DWORD {
     /// with `error` as the last error. A sized read tells `bytes` as the needed size.
     Fail,
     /// The call does nothing and says that it succeeded. A sized read tells `bytes` as the needed size and no entries;
-    /// StartDocPrinter and DeviceCapabilities return `bytes`; OpenPrinter gives out a null handle.
+    /// StartDocPrinter and DeviceCapabilities return `bytes`; OpenPrinter and FindFirst... give out a null handle;
+    /// FindNext... gives `bytes` as the change word and no block.
     SucceedEmpty,
     /// WritePrinter takes at most `bytes` bytes, tells that number as written, and succeeds.
     ShortWrite,
@@ -257,6 +280,7 @@ DWORD SpoolerRemovePort(const wchar_t* portName) noexcept;
 
 DWORD SpoolerSetPrinterStatus(const wchar_t* printerName, DWORD status) noexcept;
 DWORD SpoolerSetPrinterAttributes(const wchar_t* printerName, DWORD attributes) noexcept;
+DWORD SpoolerSetAveragePpm(const wchar_t* printerName, DWORD averagePpm) noexcept;
 /// Holds for handles opened from now on; open ones keep what they were granted.
 DWORD SpoolerSetGrantedAccess(const wchar_t* printerName, DWORD grantedAccess) noexcept;
 /// Null takes the device mode away.
@@ -309,6 +333,24 @@ DWORD SpoolerDeliveryAt(const wchar_t* printerName, DWORD index, SpoolerDelivery
 /// The bytes of a delivered document: up to `size` of them; gives how many there are.
 DWORD SpoolerDeliveryBytes(const wchar_t* printerName, DWORD index, void* buffer, DWORD size) noexcept;
 
+// Notifications.
+
+/// How many entries may wait in one notification; if there are more, all of them are lost. 0, as after a reset: any
+/// number.
+void SpoolerSetNotificationLimit(DWORD entries) noexcept;
+/// Loses what waits in the printer's notifications, as if there had been too much.
+DWORD SpoolerLoseNotifications(const wchar_t* printerName) noexcept;
+/// Puts a batch in line in each notification of the printer: each FindNext... gives one such batch, before what came
+/// about by itself. ERROR_NOT_FOUND if there is no notification.
+DWORD SpoolerQueueBatch(const wchar_t* printerName, const SpoolerNotifyBatch& batch) noexcept;
+/// Waits until the clients have fetched all that waits in the printer's notifications: ERROR_SUCCESS, or ERROR_TIMEOUT
+/// after `timeoutMs` milliseconds. A client may still be at work on what it has fetched.
+DWORD SpoolerWaitUntilFetched(const wchar_t* printerName, DWORD timeoutMs) noexcept;
+/// Change notifications that are open.
+DWORD SpoolerOpenNotifications() noexcept;
+/// Notification blocks that were given out and not freed.
+DWORD SpoolerUnfreedNotifyBlocks() noexcept;
+
 // Failures.
 
 /// Puts a failure in place. Of several that match one call, the one injected first hits it.
@@ -332,10 +374,6 @@ const wchar_t* SpoolerCallName(SpoolerCall call) noexcept;
 
 /// Printer handles that are open; null means on any printer or on the server.
 DWORD SpoolerOpenHandles(const wchar_t* printerName) noexcept;
-/// Change notifications that are open.
-DWORD SpoolerOpenNotifications() noexcept;
-/// Notification blocks that were given out and not freed.
-DWORD SpoolerUnfreedNotifyBlocks() noexcept;
 
 } // extern "C"
 
@@ -366,6 +404,15 @@ inline std::vector<BYTE> SpoolerDeliveryBytes(const wchar_t* printerName, DWORD 
     std::vector<BYTE> bytes(::SpoolerDeliveryBytes(printerName, index, nullptr, 0));
     ::SpoolerDeliveryBytes(printerName, index, bytes.data(), static_cast<DWORD>(bytes.size()));
     return bytes;
+}
+
+inline DWORD SpoolerQueueBatch(const wchar_t* printerName, DWORD change, const std::vector<SpoolerNotifyEntry>& entries)
+{
+    SpoolerNotifyBatch batch;
+    batch.change = change;
+    batch.entries = entries.data();
+    batch.count = static_cast<DWORD>(entries.size());
+    return ::SpoolerQueueBatch(printerName, batch);
 }
 
 inline DWORD SpoolerSetTextData(const wchar_t* printerName, const wchar_t* key, const wchar_t* valueName,

@@ -124,4 +124,5 @@ void PrinterOpening::Close(HANDLE handle)
     const OpenHandle& open = _world.HandleOf(handle);
     if (open.document && _world.FindPrinter(open.printerId)) DocumentSpooling(_world).EndDoc(handle);
     _world.Handles().Remove(handle);
+    _world.Notifications().ClosePlace(handle);
 }

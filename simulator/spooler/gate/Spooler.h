@@ -7,6 +7,8 @@
 #include "spooler/SpoolerError.h"
 #include "spooler/world/Delivery.h"
 
+#include <chrono>
+#include <condition_variable>
 #include <new>
 
 /// One call on its way through the spooler: what the log is to tell, where its results go, how far it may go.
@@ -54,6 +56,19 @@ public:
         return Guarded([&] { work(_world); });
     }
 
+    /// Waits until the world is as `condition` wants it. ERROR_TIMEOUT if that takes longer than `timeoutMs`, or the
+    /// error that the condition gives up with.
+    template <typename Condition>
+    DWORD WaitUntil(DWORD timeoutMs, Condition condition) noexcept
+    {
+        LoadFromEnvironment();
+        std::unique_lock guard(_lock);
+        return ErrorOf([&] {
+            const auto limit = std::chrono::milliseconds(timeoutMs);
+            Require(_worldUsed.wait_for(guard, limit, [&] { return condition(_world); }), ERROR_TIMEOUT);
+        });
+    }
+
     void Reset() noexcept;
     DWORD LoadConfig(const std::wstring& path) noexcept;
     std::wstring ConfigError();
@@ -66,9 +81,19 @@ private:
     DWORD Guarded(Work work) noexcept
     {
         const std::lock_guard guard(_lock);
-        try {
+        const DWORD error = ErrorOf([&] {
             work();
             Delivery(_world).DeliverReady();
+        });
+        _worldUsed.notify_all();
+        return error;
+    }
+
+    template <typename Work>
+    static DWORD ErrorOf(Work work) noexcept
+    {
+        try {
+            work();
             return ERROR_SUCCESS;
         } catch (const SpoolerError& error) {
             return error.Code();
@@ -85,6 +110,7 @@ private:
     DWORD LoadLocked(const std::wstring& path);
 
     std::mutex _lock; // of all below but the log and the failures
+    std::condition_variable _worldUsed;
     World _world;
     bool _environmentRead = false;
     DWORD _configResult = ERROR_SUCCESS; // of the file that the environment names

@@ -50,6 +50,22 @@ const DeliveryRecord* DeliveryOf(const PrinterRecord& printer, DWORD index)
     return index < printer.deliveries.size() ? &printer.deliveries[index] : nullptr;
 }
 
+Batch MakeBatch(const SpoolerNotifyBatch& given)
+{
+    Batch batch;
+    batch.change = given.change;
+    batch.flags = given.flags;
+    batch.withBlock = given.withBlock;
+    for (DWORD index = 0; index < given.count; ++index) {
+        const SpoolerNotifyEntry& entry = given.entries[index];
+        NotifyValue value = NotifyNumber(entry.number);
+        if (entry.text) value = NotifyText(entry.text);
+        if (entry.data) value = NotifyDevMode(CopyBytes(entry.data, entry.dataBytes));
+        batch.entries.push_back({entry.type, entry.field, entry.id, std::move(value)});
+    }
+    return batch;
+}
+
 bool IsZero(const SYSTEMTIME& time)
 {
     return time.wYear == 0;
@@ -164,6 +180,11 @@ DWORD SpoolerSetPrinterStatus(const wchar_t* printerName, DWORD status) noexcept
 DWORD SpoolerSetPrinterAttributes(const wchar_t* printerName, DWORD attributes) noexcept
 {
     return WithPrinter(printerName, [&](PrinterRecord& printer) { printer.attributes = attributes; });
+}
+
+DWORD SpoolerSetAveragePpm(const wchar_t* printerName, DWORD averagePpm) noexcept
+{
+    return WithPrinter(printerName, [&](PrinterRecord& printer) { printer.averagePpm = averagePpm; });
 }
 
 DWORD SpoolerSetGrantedAccess(const wchar_t* printerName, DWORD grantedAccess) noexcept
@@ -330,6 +351,45 @@ DWORD SpoolerDeliveryBytes(const wchar_t* printerName, DWORD index, void* buffer
     });
 }
 
+void SpoolerSetNotificationLimit(DWORD entries) noexcept
+{
+    Control([&](World& world) { world.Notifications().SetLimit(entries); });
+}
+
+DWORD SpoolerLoseNotifications(const wchar_t* printerName) noexcept
+{
+    return Control([&](World& world) { world.Notifications().Lose(world.PrinterOf(printerName).id); });
+}
+
+DWORD SpoolerQueueBatch(const wchar_t* printerName, const SpoolerNotifyBatch& batch) noexcept
+{
+    return Control([&](World& world) {
+        const PrinterRecord& printer = world.PrinterOf(printerName);
+        Require(batch.entries || batch.count == 0, ERROR_INVALID_PARAMETER);
+        Require(world.Notifications().Queue(printer.id, MakeBatch(batch)), ERROR_NOT_FOUND);
+    });
+}
+
+DWORD SpoolerWaitUntilFetched(const wchar_t* printerName, DWORD timeoutMs) noexcept
+{
+    return Spooler::Instance().WaitUntil(
+        timeoutMs, [&](World& world) { return !world.Notifications().IsWaiting(world.PrinterOf(printerName).id); });
+}
+
+DWORD SpoolerOpenNotifications() noexcept
+{
+    DWORD count = 0;
+    Control([&](World& world) { count = world.Notifications().OpenCount(); });
+    return count;
+}
+
+DWORD SpoolerUnfreedNotifyBlocks() noexcept
+{
+    DWORD count = 0;
+    Control([&](World& world) { count = world.Notifications().UnfreedBlocks(); });
+    return count;
+}
+
 void SpoolerInject(const SpoolerFailure& failure) noexcept
 {
     Spooler::Instance().Failures().Inject(failure);
@@ -379,19 +439,5 @@ DWORD SpoolerOpenHandles(const wchar_t* printerName) noexcept
             return !printerName || SameName(world.PrinterNameOf(entry.first), printerName);
         }));
     });
-    return count;
-}
-
-DWORD SpoolerOpenNotifications() noexcept
-{
-    DWORD count = 0;
-    Control([&](World& world) { count = world.Notifications().OpenCount(); });
-    return count;
-}
-
-DWORD SpoolerUnfreedNotifyBlocks() noexcept
-{
-    DWORD count = 0;
-    Control([&](World& world) { count = world.Notifications().UnfreedBlocks(); });
     return count;
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/calls/CapabilityAnswers.h"
+#include "spooler/calls/ChangeWatching.h"
 #include "spooler/calls/DocumentSpooling.h"
 #include "spooler/calls/JobControl.h"
 #include "spooler/calls/JobReading.h"
@@ -245,33 +246,35 @@ HANDLE WINAPI FindFirstPrinterChangeNotification(HANDLE printer, DWORD filter, D
     call.category = category;
     call.onFailure = -1;
     Perform(call, [&](World& world) {
-        world.HandleOf(printer);
-        world.Notifications().Open(filter, options);
+        call.notification =
+            ChangeWatching(world).Open(printer, filter, category, static_cast<const PRINTER_NOTIFY_OPTIONS*>(options));
     });
-    return call.result == ERROR_SUCCESS ? nullptr : INVALID_HANDLE_VALUE;
+    return call.result == ERROR_SUCCESS ? call.notification : INVALID_HANDLE_VALUE;
 }
 
-BOOL WINAPI FindNextPrinterChangeNotification(HANDLE notification, PDWORD change, LPVOID, LPVOID* info)
+BOOL WINAPI FindNextPrinterChangeNotification(HANDLE notification, PDWORD change, LPVOID options, LPVOID* info)
 {
     Call call(SpoolerCall::FindNextPrinterChangeNotification);
     call.notification = notification;
     call.target.needed = change;
     if (change) *change = 0;
     if (info) *info = nullptr;
-    return Perform(call, [&](World& world) { world.Notifications().Next(notification); });
+    return Perform(call, [&](World& world) {
+        ChangeWatching(world).Next(notification, static_cast<const PRINTER_NOTIFY_OPTIONS*>(options), change, info);
+    });
 }
 
 BOOL WINAPI FindClosePrinterChangeNotification(HANDLE notification)
 {
     Call call(SpoolerCall::FindClosePrinterChangeNotification);
     call.notification = notification;
-    return Perform(call, [&](World& world) { world.Notifications().Close(notification); });
+    return Perform(call, [&](World& world) { ChangeWatching(world).Close(notification); });
 }
 
 BOOL WINAPI FreePrinterNotifyInfo(PPRINTER_NOTIFY_INFO info)
 {
     Call call(SpoolerCall::FreePrinterNotifyInfo);
-    return Perform(call, [&](World& world) { world.Notifications().Free(info); });
+    return Perform(call, [&](World& world) { ChangeWatching(world).Free(info); });
 }
 
 } // extern "C"

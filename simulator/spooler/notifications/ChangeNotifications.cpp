@@ -3,22 +3,90 @@
 
 #include "spooler/SpoolerError.h"
 
-void ChangeNotifications::Open(DWORD filter, const void* options) const
+#include <algorithm>
+
+HANDLE ChangeNotifications::Open(NotifyPlace place, NotifyRequest request)
 {
-    throw SpoolerError(filter == 0 && !options ? ERROR_INVALID_PARAMETER : ERROR_NOT_SUPPORTED);
+    auto notification = std::make_unique<Notification>(std::move(place), std::move(request));
+    const HANDLE handle = notification->Handle();
+    _open.emplace(handle, std::move(notification));
+    return handle;
 }
 
-void ChangeNotifications::Next(HANDLE) const
+Notification& ChangeNotifications::Of(HANDLE notification)
 {
-    throw SpoolerError(ERROR_INVALID_HANDLE);
+    const auto found = _open.find(notification);
+    Require(found != _open.end() && found->second->IsConnected(), ERROR_INVALID_HANDLE);
+    return *found->second;
 }
 
-void ChangeNotifications::Close(HANDLE) const
+void ChangeNotifications::Close(HANDLE notification)
 {
-    throw SpoolerError(ERROR_INVALID_HANDLE);
+    Require(_open.erase(notification) > 0, ERROR_INVALID_HANDLE);
 }
 
-void ChangeNotifications::Free(const void*) const
+void ChangeNotifications::ClosePlace(HANDLE printerHandle) noexcept
 {
-    throw SpoolerError(ERROR_INVALID_PARAMETER);
+    for (const auto& [handle, notification] : _open) {
+        if (notification->Place().printerHandle == printerHandle) notification->Disconnect();
+    }
+}
+
+bool ChangeNotifications::Hears(DWORD printerId) const noexcept
+{
+    return std::ranges::any_of(_open, [=](const auto& entry) { return entry.second->Hears(printerId); });
+}
+
+bool ChangeNotifications::IsWaiting(DWORD printerId) const noexcept
+{
+    return std::ranges::any_of(
+        _open, [=](const auto& entry) { return entry.second->Hears(printerId) && entry.second->IsWaiting(); });
+}
+
+void ChangeNotifications::Tell(DWORD printerId, const Change& change)
+{
+    for (const auto& [handle, notification] : _open) {
+        if (notification->Hears(printerId)) notification->Add(change, _limit);
+    }
+}
+
+void ChangeNotifications::Lose(DWORD printerId) noexcept
+{
+    for (const auto& [handle, notification] : _open) {
+        if (notification->Hears(printerId)) notification->Lose();
+    }
+}
+
+bool ChangeNotifications::Queue(DWORD printerId, const Batch& batch)
+{
+    bool heard = false;
+    for (const auto& [handle, notification] : _open) {
+        if (!notification->Hears(printerId)) continue;
+        notification->Queue(batch);
+        heard = true;
+    }
+    return heard;
+}
+
+PRINTER_NOTIFY_INFO* ChangeNotifications::GiveOut(const Batch& batch)
+{
+    return batch.withBlock ? _blocks.GiveOut(batch) : nullptr;
+}
+
+void ChangeNotifications::Free(const void* block)
+{
+    Require(_blocks.Free(block), ERROR_INVALID_PARAMETER);
+}
+
+DWORD ChangeNotifications::OpenCount() const noexcept
+{
+    return static_cast<DWORD>(
+        std::ranges::count_if(_open, [](const auto& entry) { return entry.second->IsConnected(); }));
+}
+
+void ChangeNotifications::Clear()
+{
+    for (const auto& [handle, notification] : _open) notification->Disconnect();
+    _blocks.Forget();
+    _limit = 0;
 }

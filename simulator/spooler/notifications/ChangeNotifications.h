@@ -1,30 +1,45 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "spooler/notifications/Change.h"
+#include "spooler/notifications/Notification.h"
+#include "spooler/notifications/NotifyBlocks.h"
 
 /// The change notifications that are open, and the blocks of information that were given out and not freed.
 ///
-/// The simulator gives none yet: `Open` refuses after it has checked its arguments, so that a caller meets what it
-/// meets on a print system without notifications, and a handle or block of anyone's is unknown here.
 /// Failures: give up with the error that the spooler's functions report.
 class ChangeNotifications {
 public:
-    /// ERROR_INVALID_PARAMETER if neither filter nor options ask for anything, else ERROR_NOT_SUPPORTED.
-    [[noreturn]] void Open(DWORD filter, const void* options) const;
+    /// The handle, which can be waited for.
+    HANDLE Open(NotifyPlace place, NotifyRequest request);
+    /// ERROR_INVALID_HANDLE for one that isn't open or whose printer handle was closed.
+    Notification& Of(HANDLE notification);
     /// ERROR_INVALID_HANDLE.
-    [[noreturn]] void Next(HANDLE notification) const;
-    /// ERROR_INVALID_HANDLE.
-    [[noreturn]] void Close(HANDLE notification) const;
-    /// ERROR_INVALID_PARAMETER.
-    [[noreturn]] void Free(const void* block) const;
+    void Close(HANDLE notification);
+    /// A printer handle was closed: what was opened on it hears nothing more and can only be closed.
+    void ClosePlace(HANDLE printerHandle) noexcept;
 
     /// Somebody listens to the printer.
-    bool Hears(DWORD) const noexcept { return false; }
-    void Tell(DWORD, const Change&) const noexcept {}
-    void Lose(DWORD) const noexcept {}
+    bool Hears(DWORD printerId) const noexcept;
+    /// Something of the printer waits to be fetched.
+    bool IsWaiting(DWORD printerId) const noexcept;
+    void Tell(DWORD printerId, const Change& change);
+    void Lose(DWORD printerId) noexcept;
+    /// False if nobody listens to the printer.
+    bool Queue(DWORD printerId, const Batch& batch);
+    /// 0: there is none.
+    void SetLimit(size_t limit) noexcept { _limit = limit; }
 
-    DWORD OpenCount() const noexcept { return 0; }
-    DWORD UnfreedBlocks() const noexcept { return 0; }
-    void Clear() noexcept {}
+    /// The block of a batch, for the caller to give back; null if it has none.
+    PRINTER_NOTIFY_INFO* GiveOut(const Batch& batch);
+    /// ERROR_INVALID_PARAMETER for what is no block.
+    void Free(const void* block);
+
+    DWORD OpenCount() const noexcept;
+    DWORD UnfreedBlocks() const noexcept { return _blocks.Count(); }
+    void Clear();
+
+private:
+    std::map<HANDLE, std::unique_ptr<Notification>> _open;
+    NotifyBlocks _blocks;
+    size_t _limit = 0; // of entries that may wait in one notification
 };

@@ -104,6 +104,7 @@ void World::InsertPrinter(PrinterRecord printer)
     printer.id = ++_lastPrinterId;
     _printers.push_back(std::make_unique<PrinterRecord>(std::move(printer)));
     NoteChange(*_printers.back());
+    _notifications.Tell(_printers.back()->id, {PRINTER_CHANGE_ADD_PRINTER, {}});
 }
 
 void World::AddMissingPorts(const PrinterRecord& printer)
@@ -118,6 +119,7 @@ void World::AddMissingPorts(const PrinterRecord& printer)
 
 void World::RemovePrinter(const PrinterRecord& printer)
 {
+    _notifications.Tell(printer.id, {PRINTER_CHANGE_DELETE_PRINTER, {}});
     std::erase_if(_printers, [&](const auto& entry) { return entry.get() == &printer; });
 }
 

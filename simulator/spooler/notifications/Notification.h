@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "foundation/OHandle.h"
+#include "spooler/notifications/Batch.h"
+#include "spooler/notifications/NotifyRequest.h"
+
+#include <deque>
+#include <unordered_map>
+
+/// Where a notification listens.
+struct NotifyPlace {
+    HANDLE printerHandle = nullptr; // on which it was opened
+    DWORD printerId = 0;            // 0: the server; it hears of every printer, but of no fields
+    std::wstring serverPrefix;      // "\\HOST" if names are to be told with it
+};
+
+/// One open change notification: what it waits for, and what waits in it.
+///
+/// Its handle is a manual-reset event that is set as long as something waits.
+class Notification {
+public:
+    Notification(NotifyPlace place, NotifyRequest request);
+
+    HANDLE Handle() const noexcept { return _event.Get(); }
+    const NotifyPlace& Place() const noexcept { return _place; }
+    bool Hears(DWORD printerId) const noexcept;
+    bool IsWaiting() const noexcept { return _isSet; }
+
+    /// Adds what the request asks for. More than `limit` waiting entries are lost; 0: there is no limit.
+    void Add(const Change& change, size_t limit);
+    /// Drops the waiting entries and says so; what comes later is dropped too until the client asks for a refresh.
+    void Lose();
+    /// Puts a batch in line that is given out as it stands, before anything else.
+    void Queue(Batch batch);
+
+    /// What waits; nothing if nothing does.
+    Batch Take();
+    /// The waiting change word with the values of all fields asked for, instead of the waiting entries.
+    Batch Refresh(const std::vector<RecordChange>& current);
+
+    /// Takes it off its printer: it hears nothing more.
+    void Disconnect() noexcept;
+    bool IsConnected() const noexcept { return _place.printerHandle != nullptr; }
+
+private:
+    std::vector<BatchEntry> Wanted(const RecordChange& record) const;
+    bool AddEntry(BatchEntry entry);
+    void DropEntries() noexcept;
+    void Signal();
+    void SignalOrReset();
+
+    NotifyPlace _place;
+    NotifyRequest _request;
+    OWaitHandle _event;
+    bool _isSet = false;
+    DWORD _change = 0;
+    std::vector<BatchEntry> _entries;
+    std::unordered_map<ULONGLONG, size_t> _places; // of the waiting entry of a field, the last one if there are several
+    std::deque<Batch> _queued;
+    bool _lost = false;   // to be told
+    bool _silent = false; // since something was lost
+};

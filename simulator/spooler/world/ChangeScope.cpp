@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/world/ChangeScope.h"
 
+#include "spooler/records/DirectoryMirror.h"
 #include "spooler/SpoolerError.h"
 
 #include <algorithm>
@@ -15,6 +16,7 @@ ChangeScope::~ChangeScope()
 {
     if (!_touched) return;
     try {
+        if (_printerBefore) UpdateDirectoryKey(*_printerBefore, _printer);
         _world.NoteChange(_printer);
         if (!_heard) return;
         AddAll();
@@ -27,7 +29,7 @@ ChangeScope::~ChangeScope()
 PrinterRecord& ChangeScope::EditPrinter()
 {
     _touched = true;
-    if (_heard && !_printerBefore) _printerBefore = _printer;
+    if (!_printerBefore) _printerBefore = _printer;
     return _printer;
 }
 
@@ -83,6 +85,7 @@ void ChangeScope::Mark()
 {
     if (!_heard) return;
     AddAll();
+    if (_printerBefore) UpdateDirectoryKey(*_printerBefore, _printer);
     _orderKept = false;
     for (TouchedJob& touched : _jobs) Keep(touched);
     if (_printerBefore) _printerBefore = _printer;

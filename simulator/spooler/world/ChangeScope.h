@@ -7,8 +7,9 @@
 /// One change of a printer and its jobs: from the first record that is touched to the end of the call that changes it.
 ///
 /// Only a scope gives out records to be changed. It keeps what they were, compares field by field at its end, gives the
-/// printer a new "ChangeID", and tells the printer's notifications all differences as one batch with one signal. A
-/// scope that touched nothing leaves no trace. A printer has one scope at a time.
+/// printer a new "ChangeID", brings its values for the directory up to date, and tells the printer's notifications all
+/// differences as one batch with one signal. A scope that touched nothing leaves no trace. A printer has one scope at a
+/// time.
 class ChangeScope {
 public:
     ChangeScope(World& world, const PrinterRecord& printer);
@@ -55,7 +56,7 @@ private:
 
     World& _world;
     PrinterRecord& _printer;
-    const bool _heard; // somebody listens; otherwise nothing is kept
+    const bool _heard; // somebody listens; otherwise nothing of jobs is kept
     bool _touched = false;
     Change _change;
     std::optional<PrinterFields> _printerBefore;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/world/World.h"
 
+#include "spooler/records/DirectoryMirror.h"
 #include "spooler/SpoolerConstants.h"
 #include "spooler/SpoolerError.h"
 
@@ -101,6 +102,7 @@ void World::InsertPrinter(PrinterRecord printer)
         driver.name = *printer.driverName;
         PutDriver(std::move(driver));
     }
+    FillDirectoryKey(printer);
     printer.id = ++_lastPrinterId;
     _printers.push_back(std::make_unique<PrinterRecord>(std::move(printer)));
     NoteChange(*_printers.back());

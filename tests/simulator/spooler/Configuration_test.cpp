@@ -181,6 +181,16 @@ TEST_F(ConfigurationTest, DescribesPrinterDataAndCapabilities)
     EXPECT_EQ(::DeviceCapabilitiesW(L"Label", L"", DC_STAPLE, nullptr, nullptr), 1);
 }
 
+TEST_F(ConfigurationTest, ValuesForTheDirectoryStayAsTheFileTellsThem)
+{
+    ASSERT_EQ(Load("[printer Label]\nlocation = Hall\ndata DsSpooler\\location = Gate 3\n"), DWORD{ERROR_SUCCESS});
+    wchar_t text[16] = {};
+    DWORD needed = 0;
+    EXPECT_EQ(SpoolerPeekData(L"Label", L"DsSpooler", L"location", nullptr, text, sizeof text, &needed),
+              DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(Text(text), L"Gate 3");
+}
+
 TEST_F(ConfigurationTest, DescribesJobsAndTheMachine)
 {
     std::ofstream(folder / "label.lbl", std::ios::binary) << "TEXT 1,1";

@@ -185,6 +185,76 @@ TEST_F(PrinterDataTest, TheChangeIdIsReadOnly)
     EXPECT_EQ(Set(L"PrinterDriverData", L"ChangeID", REG_DWORD, {1, 0, 0, 0}), DWORD{ERROR_INVALID_PARAMETER});
 }
 
+class DirectoryKeyTest : public PrinterDataTest {
+protected:
+    /// The text of that name under the directory's key; the error if there is none.
+    std::wstring Mirrored(const wchar_t* name)
+    {
+        const DWORD error = Get(L"DsSpooler", name);
+        if (error) return std::to_wstring(error);
+        EXPECT_EQ(type, DWORD{REG_SZ});
+        return reinterpret_cast<const wchar_t*>(data);
+    }
+
+    /// Reads level 2, lets `change` work on it, and writes it back.
+    template <typename Change>
+    void SetPrinter2(Change change)
+    {
+        auto info = ReadPrinter<PRINTER_INFO_2W>(printer, 2);
+        change(*info.Get());
+        EXPECT_EQ(ErrorOf(::SetPrinterW(printer.Get(), 2, info.Data(), 0)), DWORD{ERROR_SUCCESS});
+    }
+};
+
+TEST_F(DirectoryKeyTest, MirrorsThePrinter)
+{
+    SpoolerAddPrinter({.printerName = L"Gate", .driverName = L"Driver", .comment = L"Comment", .location = L"Hall"});
+    printer = Open(L"Gate");
+    EXPECT_EQ(Mirrored(L"printerName"), L"Gate");
+    EXPECT_EQ(Mirrored(L"driverName"), L"Driver");
+    EXPECT_EQ(Mirrored(L"description"), L"Comment");
+    EXPECT_EQ(Mirrored(L"location"), L"Hall");
+    EXPECT_EQ(Mirrored(L"printLanguage"), L"2");
+}
+
+TEST_F(DirectoryKeyTest, FollowsSetPrinter)
+{
+    SpoolerAddDriver({.name = L"Other"});
+    SetPrinter2([](PRINTER_INFO_2W& info) {
+        info.pPrinterName = const_cast<wchar_t*>(L"Renamed");
+        info.pDriverName = const_cast<wchar_t*>(L"Other");
+        info.pComment = const_cast<wchar_t*>(L"New comment");
+        info.pLocation = nullptr;
+    });
+    EXPECT_EQ(Mirrored(L"printerName"), L"Renamed");
+    EXPECT_EQ(Mirrored(L"driverName"), L"Other");
+    EXPECT_EQ(Mirrored(L"description"), L"New comment");
+    EXPECT_EQ(Mirrored(L"location"), L"");
+}
+
+TEST_F(DirectoryKeyTest, FollowsARenameFromOutside)
+{
+    SpoolerRenamePrinter(L"Label", L"Renamed");
+    EXPECT_EQ(Mirrored(L"printerName"), L"Renamed");
+}
+
+TEST_F(DirectoryKeyTest, TellsAConnectionWithoutItsServer)
+{
+    SpoolerAddPrinter({.printerName = L"\\\\HOST\\LABEL", .attributes = PRINTER_ATTRIBUTE_NETWORK});
+    printer = Open(L"\\\\HOST\\LABEL");
+    EXPECT_EQ(Mirrored(L"printerName"), L"LABEL");
+}
+
+TEST_F(DirectoryKeyTest, KeepsWhatWasPutThereUntilTheFieldChanges)
+{
+    Set(L"DsSpooler", L"description", REG_SZ, {'x', 0, 0, 0});
+    SetPrinter2([](PRINTER_INFO_2W& info) { info.pLocation = const_cast<wchar_t*>(L"Hall"); });
+    EXPECT_EQ(Mirrored(L"description"), L"x");
+    EXPECT_EQ(Mirrored(L"location"), L"Hall");
+    SetPrinter2([](PRINTER_INFO_2W& info) { info.pComment = const_cast<wchar_t*>(L"y"); });
+    EXPECT_EQ(Mirrored(L"description"), L"y");
+}
+
 TEST_F(PrinterDataTest, TheServerTellsPredefinedValuesUnderAnyKey)
 {
     SpoolerSetIdentity(nullptr, L"DEPOT");

@@ -269,6 +269,40 @@ TEST_F(PrinterDataTest, TheServerTellsPredefinedValuesUnderAnyKey)
     EXPECT_EQ(GetPlain(L"Anything"), DWORD{ERROR_INVALID_PARAMETER});
 }
 
+TEST_F(PrinterDataTest, TheServerTellsTheSystemsVersion)
+{
+    printer = OpenServer();
+    OSVERSIONINFOW version = {};
+    EXPECT_EQ(::GetPrinterDataW(printer.Get(), const_cast<wchar_t*>(L"OSVersion"), &type,
+                                reinterpret_cast<BYTE*>(&version), sizeof version, &needed),
+              DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(type, DWORD{REG_BINARY});
+    EXPECT_EQ(needed, sizeof version);
+    EXPECT_EQ(version.dwOSVersionInfoSize, sizeof version);
+    EXPECT_EQ(version.dwMajorVersion, 10u);
+    EXPECT_EQ(version.dwPlatformId, DWORD{VER_PLATFORM_WIN32_NT});
+
+    OSVERSIONINFOEXW extended = {};
+    EXPECT_EQ(::GetPrinterDataW(printer.Get(), const_cast<wchar_t*>(L"OSVersionEx"), &type,
+                                reinterpret_cast<BYTE*>(&extended), sizeof extended, &needed),
+              DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(type, DWORD{REG_BINARY});
+    EXPECT_EQ(extended.dwOSVersionInfoSize, sizeof extended);
+    EXPECT_EQ(extended.dwBuildNumber, version.dwBuildNumber);
+    EXPECT_EQ(extended.wProductType, VER_NT_WORKSTATION);
+}
+
+TEST_F(PrinterDataTest, TheServerTellsItsNumbers)
+{
+    printer = OpenServer();
+    for (const wchar_t* name :
+         {L"W3SvcInstalled", L"PortThreadPriority", L"BeepEnabled", L"EventLog", L"MinorVersion", L"DsPresent"}) {
+        EXPECT_EQ(Get(L"any key", name), DWORD{ERROR_SUCCESS}) << ::testing::PrintToString(name);
+        EXPECT_EQ(type, DWORD{REG_DWORD});
+        EXPECT_EQ(needed, sizeof(DWORD));
+    }
+}
+
 TEST_F(PrinterDataTest, TheServersValuesCannotBeSet)
 {
     printer = OpenServer();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/config/ConfigSections.h"
 
+#include "spooler/config/ConfigCapability.h"
 #include "spooler/config/ConfigWords.h"
 #include "spooler/config/InputFile.h"
 
@@ -216,7 +217,8 @@ void SetCapability(PrinterRecord& printer, const ConfigEntry& entry, std::wstrin
     const ConfigEntry name{entry.line, entry.key, std::wstring(word)};
     const DWORD capability = ConfigBits(name, capabilityWords);
     if (capability > 0xFFFF) throw ConfigError{entry.line, L"there is no such capability"};
-    printer.capabilities[static_cast<WORD>(capability)].result = static_cast<int>(ConfigNumber(entry));
+    const WORD number = static_cast<WORD>(capability);
+    printer.capabilities[number] = ConfigCapability(entry, number);
 }
 
 bool SetSpecial(ConfiguredPrinter& printer, const ConfigEntry& entry, const std::wstring& folder)

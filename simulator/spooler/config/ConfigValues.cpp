@@ -31,25 +31,10 @@ std::optional<DWORD> ParseNumber(std::wstring_view text)
     return hexadecimal ? ParseNumber(text.substr(2), 16) : ParseNumber(text, 10);
 }
 
-/// The pieces between separators, without the blanks around them; empty ones are left out.
-std::vector<std::wstring> Pieces(std::wstring_view text, wchar_t separator)
-{
-    std::vector<std::wstring> pieces;
-    while (!text.empty()) {
-        const size_t end = std::min(text.find(separator), text.size());
-        const std::wstring_view piece = text.substr(0, end);
-        const size_t first = piece.find_first_not_of(L" \t");
-        if (first != std::wstring_view::npos)
-            pieces.emplace_back(piece, first, piece.find_last_not_of(L" \t") - first + 1);
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-    return pieces;
-}
-
 Bytes ParseBytes(const ConfigEntry& entry, std::wstring_view text)
 {
     Bytes bytes;
-    for (const std::wstring& piece : Pieces(text, L' ')) {
+    for (const std::wstring& piece : ConfigPieces(text, L' ')) {
         const std::optional<DWORD> number = ParseNumber(piece, 16);
         if (!number || *number > 0xFF) Fail(entry, L"bytes in hexadecimal");
         bytes.push_back(static_cast<BYTE>(*number));
@@ -63,6 +48,20 @@ bool IsAbsolute(std::wstring_view path)
 }
 
 } // namespace
+
+std::vector<std::wstring> ConfigPieces(std::wstring_view text, wchar_t separator)
+{
+    std::vector<std::wstring> pieces;
+    while (!text.empty()) {
+        const size_t end = std::min(text.find(separator), text.size());
+        const std::wstring_view piece = text.substr(0, end);
+        const size_t first = piece.find_first_not_of(L" \t");
+        if (first != std::wstring_view::npos)
+            pieces.emplace_back(piece, first, piece.find_last_not_of(L" \t") - first + 1);
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return pieces;
+}
 
 DWORD ConfigNumber(const ConfigEntry& entry)
 {
@@ -92,7 +91,7 @@ DWORD ConfigBits(const ConfigEntry& entry, std::span<const ConfigWord> words)
 {
     if (const std::optional<DWORD> number = ParseNumber(entry.value)) return *number;
     DWORD bits = 0;
-    for (const std::wstring& piece : Pieces(entry.value, L',')) {
+    for (const std::wstring& piece : ConfigPieces(entry.value, L',')) {
         const auto word = std::ranges::find_if(words, [&](const auto& row) { return SameName(row.word, piece); });
         if (word == words.end())
             throw ConfigError{entry.line, L"unknown word \"" + piece + L"\" for \"" + entry.key + L"\""};
@@ -104,7 +103,7 @@ DWORD ConfigBits(const ConfigEntry& entry, std::span<const ConfigWord> words)
 std::wstring ConfigList(const ConfigEntry& entry)
 {
     std::wstring list;
-    for (const std::wstring& piece : Pieces(entry.value, L';')) list.append(piece).push_back(L'\0');
+    for (const std::wstring& piece : ConfigPieces(entry.value, L';')) list.append(piece).push_back(L'\0');
     return list;
 }
 

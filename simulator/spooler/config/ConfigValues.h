@@ -26,6 +26,9 @@ DWORD ConfigMinutes(const ConfigEntry& entry);
 /// Words separated by commas, or one number.
 DWORD ConfigBits(const ConfigEntry& entry, std::span<const ConfigWord> words);
 
+/// The pieces between separators, without the blanks around them; empty ones are left out.
+std::vector<std::wstring> ConfigPieces(std::wstring_view text, wchar_t separator);
+
 /// Texts separated by semicolons, as a list with a null behind each.
 std::wstring ConfigList(const ConfigEntry& entry);
 

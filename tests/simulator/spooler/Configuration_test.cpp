@@ -181,6 +181,36 @@ TEST_F(ConfigurationTest, DescribesPrinterDataAndCapabilities)
     EXPECT_EQ(::DeviceCapabilitiesW(L"Label", L"", DC_STAPLE, nullptr, nullptr), 1);
 }
 
+TEST_F(ConfigurationTest, DescribesPapersAsArrays)
+{
+    const std::string longName(70, 'n');
+    ASSERT_EQ(Load(("[printer Label]\n"
+                    "capability papers = 9; 256\n"
+                    "capability paper sizes = 2100 x 2970; 1000x1500\n"
+                    "capability paper names = A4; 4 by 6 inch; " +
+                    longName + "\n")
+                       .c_str()),
+              DWORD{ERROR_SUCCESS});
+
+    WORD papers[2] = {};
+    EXPECT_EQ(::DeviceCapabilitiesW(L"Label", L"", DC_PAPERS, nullptr, nullptr), 2);
+    EXPECT_EQ(::DeviceCapabilitiesW(L"Label", L"", DC_PAPERS, reinterpret_cast<wchar_t*>(papers), nullptr), 2);
+    EXPECT_THAT(papers, ::testing::ElementsAre(9, 256));
+
+    POINT sizes[2] = {};
+    EXPECT_EQ(::DeviceCapabilitiesW(L"Label", L"", DC_PAPERSIZE, reinterpret_cast<wchar_t*>(sizes), nullptr), 2);
+    EXPECT_EQ(sizes[0].x, 2100);
+    EXPECT_EQ(sizes[0].y, 2970);
+    EXPECT_EQ(sizes[1].x, 1000);
+    EXPECT_EQ(sizes[1].y, 1500);
+
+    wchar_t names[3][64] = {};
+    EXPECT_EQ(::DeviceCapabilitiesW(L"Label", L"", DC_PAPERNAMES, names[0], nullptr), 3);
+    EXPECT_EQ(Text(names[0]), L"A4");
+    EXPECT_EQ(Text(names[1]), L"4 by 6 inch");
+    EXPECT_EQ(std::wstring(names[2], 64), std::wstring(64, L'n'));
+}
+
 TEST_F(ConfigurationTest, ValuesForTheDirectoryStayAsTheFileTellsThem)
 {
     ASSERT_EQ(Load("[printer Label]\nlocation = Hall\ndata DsSpooler\\location = Gate 3\n"), DWORD{ERROR_SUCCESS});
@@ -309,25 +339,30 @@ TEST_F(ConfigurationTest, WrongEntriesOfAPrinterAreToldWithTheirLine)
         std::string entry;
         const wchar_t* message;
     } rows[] = {
-        {"colour = x",                L"unknown key \"colour\" in a section [printer]"               },
-        {"comment = \"x",             L"the closing quote is missing"                                },
-        {"comment = \"",              L"the closing quote is missing"                                },
-        {"priority = high",           L"\"priority\" wants a number, not \"high\""                   },
-        {"priority = -1",             L"\"priority\" wants a number, not \"-1\""                     },
-        {"priority = 0x",             L"\"priority\" wants a number, not \"0x\""                     },
-        {"priority = 4294967296",     L"\"priority\" wants a number, not \"4294967296\""             },
-        {"priority =",                L"\"priority\" wants a number, not \"\""                       },
-        {"copies = 32768",            L"\"copies\" is too large"                                     },
-        {"start time = 24:00",        L"\"start time\" wants a time of day, not \"24:00\""           },
-        {"start time = 8:60",         L"\"start time\" wants a time of day, not \"8:60\""            },
-        {"status = paper out, tired", L"unknown word \"tired\" for \"status\""                       },
-        {"status = paper out, 0",     L"unknown word \"0\" for \"status\""                           },
-        {"deliver = maybe",           L"\"deliver\" wants yes or no, not \"maybe\""                  },
-        {"output =",                  L"\"output\" wants a path, not \"\""                           },
-        {"data V = dword:x",          L"\"data v\" wants a number behind \"dword:\", not \"dword:x\""},
-        {"data V = hex:123",          L"\"data v\" wants bytes in hexadecimal, not \"hex:123\""      },
-        {"capability juggling = 1",   L"unknown word \"juggling\" for \"capability juggling\""       },
-        {"capability 65536 = 1",      L"there is no such capability"                                 },
+        {"capability papers = A4",             L"\"capability papers\" wants a number, not \"A4\""            },
+        {"capability papers = 65536",          L"there is no such paper: 65536"                               },
+        {"capability paper sizes = 5",         L"a paper size is written as 1000 x 1500, not 5"               },
+        {"capability paper sizes = 1 x 2 x 3", L"a paper size is written as 1000 x 1500, not 1 x 2 x 3"       },
+        {"capability paper sizes = a x b",     L"\"capability paper sizes\" wants a number, not \"a\""        },
+        {"colour = x",                         L"unknown key \"colour\" in a section [printer]"               },
+        {"comment = \"x",                      L"the closing quote is missing"                                },
+        {"comment = \"",                       L"the closing quote is missing"                                },
+        {"priority = high",                    L"\"priority\" wants a number, not \"high\""                   },
+        {"priority = -1",                      L"\"priority\" wants a number, not \"-1\""                     },
+        {"priority = 0x",                      L"\"priority\" wants a number, not \"0x\""                     },
+        {"priority = 4294967296",              L"\"priority\" wants a number, not \"4294967296\""             },
+        {"priority =",                         L"\"priority\" wants a number, not \"\""                       },
+        {"copies = 32768",                     L"\"copies\" is too large"                                     },
+        {"start time = 24:00",                 L"\"start time\" wants a time of day, not \"24:00\""           },
+        {"start time = 8:60",                  L"\"start time\" wants a time of day, not \"8:60\""            },
+        {"status = paper out, tired",          L"unknown word \"tired\" for \"status\""                       },
+        {"status = paper out, 0",              L"unknown word \"0\" for \"status\""                           },
+        {"deliver = maybe",                    L"\"deliver\" wants yes or no, not \"maybe\""                  },
+        {"output =",                           L"\"output\" wants a path, not \"\""                           },
+        {"data V = dword:x",                   L"\"data v\" wants a number behind \"dword:\", not \"dword:x\""},
+        {"data V = hex:123",                   L"\"data v\" wants bytes in hexadecimal, not \"hex:123\""      },
+        {"capability juggling = 1",            L"unknown word \"juggling\" for \"capability juggling\""       },
+        {"capability 65536 = 1",               L"there is no such capability"                                 },
     };
     for (const auto& row : rows) {
         EXPECT_EQ(Load("[printer Label]\n" + row.entry + "\n"), DWORD{ERROR_BAD_CONFIGURATION}) << row.entry;

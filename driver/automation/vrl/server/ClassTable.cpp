@@ -21,7 +21,7 @@
 #include "vrl/classes/VRL.h"
 
 // clang-format off
-const std::array<ClassEntry, 18> classTable{{
+const ClassTable classTable{{
     {&__uuidof(VRL),                        L"VRL",                        CreateObject<VRL>},
     {&__uuidof(PrintServer),                L"PrintServer",                CreateObject<PrintServer>},
     {&__uuidof(Printer),                    L"Printer",                    CreateObject<Printer>},

@@ -13,4 +13,5 @@ struct ClassEntry {
 };
 
 /// All automation classes, creatable or not, in the order in which they are registered.
-extern const std::array<ClassEntry, 18> classTable;
+using ClassTable = std::array<ClassEntry, 18>;
+extern const ClassTable classTable;

@@ -115,6 +115,18 @@ public: // Keys.
     /// Gives a key one of the access lists above.
     bool SetSecurity(const OString& path, DWORD flags) const noexcept;
 
+public: // Keys as text, in the grammar of the platform's registry files: see docs/registry-text.md.
+    static constexpr DWORD exportDelete = 1;   ///< the text first deletes the key
+    static constexpr DWORD exportChecksum = 2; ///< stores the lines' CRC-32 in the key, as the value "(CRC32)"
+    /// Appends a key, its values and all below it. False only if the path doesn't parse. The base path becomes the last
+    /// key written.
+    bool ExportKey(const OString& path, OStringArray& lines, DWORD flags) noexcept;
+
+    static constexpr DWORD importReplace = 1; ///< empties each key before it is filled
+    /// Does what the lines say; one that doesn't fit is skipped. Always true. The base path becomes the last key
+    /// filled.
+    bool ImportLines(const OStringArray& lines, DWORD flags) noexcept;
+
 private:
     static constexpr int readLimit = 8192; ///< bytes of a value that count as text
 
@@ -141,6 +153,7 @@ private:
     bool DeleteTree(const OString& key, bool recursive) const;
     bool DeleteValue(const OString& key, const OString& name) const;
     bool SetKeySecurity(const OString& key, DWORD flags) const;
+    void AppendKey(const OString& key, OStringArray& lines);
 
     OString _basePath; ///< what paths without a root are appended to
 };

@@ -19,6 +19,8 @@ protected:
         scratch.SetNumber(L"A\\B", L"Value", 1);
         scratch.SetText(L"A\\B", L"Text", std::wstring(100, L'x').c_str());
         texts.Add(L"one");
+        RunTranslated([&] { registry.ExportKey("", lines, 0); }); // what is made once is made now
+        registry.SetBasePath(scratch.Path());
     }
 
     /// A broken ASSERT in the text classes tells of want of memory; in the product it becomes a C++ exception too.
@@ -45,6 +47,7 @@ protected:
     ScratchKey scratch;
     ORegistry registry{scratch.Path()};
     OStringArray texts;
+    OStringArray lines;
     const TranslatorScope translator{Throw};
 };
 
@@ -83,6 +86,11 @@ TEST_F(ORegistryMemory, NothingIsThrownAndNothingLeaks)
         [&](ORegistry& own) { own.GetNativePath(key); },
         [&](ORegistry& own) { own.FromNativePath(nativePath); },
         [&](ORegistry& own) { own.SetSecurity(key, ORegistry::securityOpen | ORegistry::securityDescend); },
+        [&](ORegistry& own) {
+            OStringArray exported;
+            own.ExportKey(key, exported, ORegistry::exportChecksum | ORegistry::exportDelete);
+        },
+        [&](ORegistry& own) { own.ImportLines(lines, ORegistry::importReplace); },
         [&](ORegistry& own) { own.Delete(pattern); },
         [&](ORegistry& own) { own.DeleteKey(key, true); },
     };

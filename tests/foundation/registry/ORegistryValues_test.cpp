@@ -422,6 +422,8 @@ TEST_F(ORegistryAccess, NoHandleOutlivesACall)
     registry.QueryKeyInfo("", nullptr, nullptr);
     registry.EnumKeys("", names);
     registry.FindValues("N*", names);
+    registry.ExportKey("", names, 0);
+    registry.ImportLines(names, ORegistry::importReplace);
     registry.SetSecurity("", ORegistry::securityOpen);
     registry.Delete("Name");
     EXPECT_EQ(open, 0);

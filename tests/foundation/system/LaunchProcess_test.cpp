@@ -31,7 +31,7 @@ int OpenHandles()
 class LaunchProcessTest : public ::testing::Test {
 protected:
     LaunchProcessTest()
-        : name(L"Vorlane.LaunchProcess." + std::to_wstring(::GetCurrentProcessId())),
+        : name(L"Vorlane.LaunchProcess." + std::to_wstring(::GetCurrentProcessId()) + L'.' + std::to_wstring(++made)),
           go(::CreateEventW(nullptr, TRUE, FALSE, (name + goSuffix).c_str())),
           done(::CreateEventW(nullptr, TRUE, FALSE, (name + doneSuffix).c_str())),
           memory(::CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(LaunchReport),
@@ -52,6 +52,9 @@ protected:
     }
 
     const LaunchReport& Report() const { return *static_cast<const LaunchReport*>(view.Get()); }
+
+    // A name for each test: the program of the one before may still keep its events open.
+    inline static int made = 0;
 
     std::wstring name;
     OWaitHandle go;

@@ -2,6 +2,7 @@
 #include "foundation/Assert.h"
 
 #include "support/AssertCatcher.h"
+#include "support/ImportHook.h"
 #include "support/TranslatorScope.h"
 
 #include <gtest/gtest.h>
@@ -72,6 +73,33 @@ TEST(Assert, RaisesTheCodeOnceForGoodWithTheRecordAsItsParameter)
     EXPECT_EQ(record.ExceptionFlags, DWORD{EXCEPTION_NONCONTINUABLE});
     ASSERT_EQ(record.NumberParameters, 1u);
     EXPECT_EQ(record.ExceptionInformation[0], reinterpret_cast<ULONG_PTR>(&LastAssert()));
+}
+
+int stops;
+std::string recordAtTheStop;
+
+TEST(Assert, StopsAtADebuggerBeforeItFillsTheRecord)
+{
+    const ImportHook<BOOL()> debugger("IsDebuggerPresent", [] { return BOOL{TRUE}; });
+    const ImportHook<void()> stop("DebugBreak", [] {
+        ++stops;
+        recordAtTheStop = LastAssert().condition;
+    });
+    stops = 0;
+    BrokenAssert([] { AssertFailed(1, "f", "f.cpp", "before"); });
+    EXPECT_EQ(stops, 1);
+    BrokenAssert([] { AssertFailed(1, "f", "f.cpp", "now"); });
+    EXPECT_EQ(stops, 2);
+    EXPECT_EQ(recordAtTheStop, "before");
+}
+
+TEST(Assert, StopsNowhereWithoutADebugger)
+{
+    const ImportHook<BOOL()> debugger("IsDebuggerPresent", [] { return BOOL{FALSE}; });
+    const ImportHook<void()> stop("DebugBreak", [] { ++stops; });
+    stops = 0;
+    BrokenAssert([] { Breaker().Break(0); });
+    EXPECT_EQ(stops, 0);
 }
 
 TEST(Assert, RunsDestructorsInBetween)

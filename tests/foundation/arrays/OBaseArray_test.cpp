@@ -132,6 +132,8 @@ TEST(OBaseArray, RoomGrowsByTheTable)
         {10,   10,   3,  11,   13   },
         {10,   10,   3,  14,   14   },
         {10,   10,   -5, 11,   11   },
+        {80,   800,  0,  801,  810  }, // the step is that of the
+  // size, not of the room
     };
     for (const auto& row : rows) {
         TestArray<1> array;

@@ -89,6 +89,7 @@ protected:
     static inline BOOL reportResult;
     static inline HANDLE registerResult;
     static inline int createdKeys;
+    static inline REGSAM accessAsked;
     static inline decltype(::RegCreateKeyExW)* realCreateKey;
 
 private:
@@ -116,6 +117,7 @@ private:
         "RegCreateKeyExW", [](HKEY root, const wchar_t* path, DWORD reserved, wchar_t* keyClass, DWORD options,
                               REGSAM access, SECURITY_ATTRIBUTES* security, HKEY* key, DWORD* disposition) {
             ++createdKeys;
+            accessAsked = access;
             return realCreateKey(root, path, reserved, keyClass, options, access, security, key, disposition);
         }};
 };
@@ -141,6 +143,43 @@ TEST_F(OEventLogTest, FirstWriteMakesTheSourceKeyOfTheApplicationLog)
     EXPECT_EQ(Number(L"Application", L"TypesSupported"), 7u);
     EXPECT_EQ(Text(L"Application", L"CategoryMessageFile"), std::wstring(system) + L"\\kvevtmsg.dll");
     EXPECT_EQ(Number(L"Application", L"CategoryCount"), 2u);
+}
+
+TEST_F(OEventLogTest, TheSourceKeyIsAskedForWithAllAccess)
+{
+    OEventLog log(sourceName, 1);
+    ASSERT_TRUE(log.WriteError("text"));
+    EXPECT_EQ(accessAsked, REGSAM{KEY_ALL_ACCESS});
+}
+
+TEST_F(OEventLogTest, ValuesOfTheSourceKeyAreStoredWithTheirWholeSize)
+{
+    struct Value {
+        std::wstring name;
+        DWORD type;
+        DWORD bytes;
+
+        bool operator==(const Value&) const = default;
+    };
+    static std::vector<Value> values;
+    values.clear();
+    const ImportHook<LSTATUS(HKEY, const wchar_t*, DWORD, DWORD, const BYTE*, DWORD)> hook(
+        "RegSetValueExW", [](HKEY, const wchar_t* name, DWORD, DWORD type, const BYTE*, DWORD bytes) {
+            values.push_back({name, type, bytes});
+            return LSTATUS{ERROR_SUCCESS};
+        });
+    OEventLog log(sourceName, 1);
+    ASSERT_TRUE(log.WriteError("text"));
+
+    wchar_t system[MAX_PATH];
+    const UINT length = ::GetSystemDirectoryW(system, MAX_PATH);
+    const auto pathBytes = static_cast<DWORD>((length + std::size(L"\\kvevtmsg.dll")) * sizeof(wchar_t));
+    EXPECT_EQ(values, (std::vector<Value>{
+                          {L"EventMessageFile",    REG_SZ,    pathBytes},
+                          {L"TypesSupported",      REG_DWORD, 4        },
+                          {L"CategoryMessageFile", REG_SZ,    pathBytes},
+                          {L"CategoryCount",       REG_DWORD, 4        },
+    }));
 }
 
 TEST_F(OEventLogTest, AnyOtherKindUsesTheSystemLog)

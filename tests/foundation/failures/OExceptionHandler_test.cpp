@@ -365,6 +365,47 @@ TEST_F(OExceptionHandlerReportTest, AllFlagsTakeAllSteps)
     EXPECT_THAT(Console(), StartsWith("+++ "));
 }
 
+/// Notes the order in which the steps of a report are taken.
+std::vector<std::string> steps;
+
+/// An event log that is a step, and changes the thread's last error as the platform's may.
+class SteppingEventLog : public OEventLog {
+public:
+    SteppingEventLog() : OEventLog("Vorlane test", applicationLog) {}
+
+    bool Write(WORD, const OString&, WORD) noexcept override
+    {
+        steps.emplace_back("event log");
+        ::SetLastError(ERROR_LOG_FILE_FULL);
+        return true;
+    }
+};
+
+TEST_F(OExceptionHandlerReportTest, TheStepsAreConsoleDialogDumpEventLogAndLastError)
+{
+    const ImportHook<BOOL(HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*)> console(
+        "WriteFile", [](HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*) {
+            steps.emplace_back("console");
+            return BOOL{TRUE};
+        });
+    const ImportHook<int(HWND, const char*, const char*, UINT)> dialog("MessageBoxA",
+                                                                       [](HWND, const char*, const char*, UINT) {
+                                                                           steps.emplace_back("dialog");
+                                                                           return IDNO;
+                                                                       });
+    const ImportHook<HMODULE(const wchar_t*)> dump("LoadLibraryW", [](const wchar_t*) {
+        steps.emplace_back("dump");
+        return HMODULE{};
+    });
+    const OException faulted = Faulted();
+    SteppingEventLog log;
+    steps.clear();
+    OExceptionHandler("Test", 15, &log).Report(faulted);
+    const DWORD lastError = ::GetLastError();
+    EXPECT_THAT(steps, ElementsAre("console", "dialog", "dump", "event log"));
+    EXPECT_EQ(lastError, 1359u) << "set after the event log has set another";
+}
+
 TEST_F(OExceptionHandlerReportTest, TheErrorTextOfTheSystemIsTrimmed)
 {
     const OException system(ERROR_ACCESS_DENIED);

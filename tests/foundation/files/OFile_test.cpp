@@ -471,6 +471,19 @@ TEST_F(OFileTest, TempNameIsEmptyIfTheDirectoryHasTooLongAPath)
     }
 }
 
+TEST_F(OFileTest, AttributesReachThePlatformAsGivenAnd0As128)
+{
+    static std::vector<DWORD> set;
+    set.clear();
+    const ImportHook<BOOL(const wchar_t*, DWORD)> hook("SetFileAttributesW", [](const wchar_t*, DWORD attributes) {
+        set.push_back(attributes);
+        return BOOL{TRUE};
+    });
+    EXPECT_TRUE(OFile::SetAttributes("any", 0));
+    EXPECT_TRUE(OFile::SetAttributes("any", FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
+    EXPECT_EQ(set, (std::vector<DWORD>{128, 6}));
+}
+
 TEST_F(OFileTest, AttributesAreMaskedAndZeroMeansNone)
 {
     const OString path = Make(L"file", "");

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "foundation/system/ModuleInstance.h"
 #include "foundation/OHandle.h"
@@ -45,6 +46,22 @@ TEST(GetFileVersionString, TakesTheNeutralTableBeforeTheEnglishOneOfCodePage1252
 TEST(GetFileVersionString, IsEmptyForAFileWhoseOnlyTableIsEnglishUnicode)
 {
     EXPECT_EQ(GetFileVersionString(TestFile("version_040904B0.dll"), "FileVersion"), "");
+}
+
+TEST(GetFileVersionString, LoadsOnlyAFileWithoutADrive)
+{
+    static std::vector<std::wstring> loaded;
+    loaded.clear();
+    const ImportHook<HMODULE(const wchar_t*)> hook("LoadLibraryW", [](const wchar_t* path) {
+        loaded.emplace_back(path);
+        return HMODULE{};
+    });
+    const OString path = TestFile("version_000004B0.dll");
+    ASSERT_GE(path.Find(':'), 0);
+    EXPECT_EQ(GetFileVersionString(path, "FileVersion"), "1.2.3 neutral");
+    EXPECT_TRUE(loaded.empty());
+    EXPECT_EQ(GetFileVersionString("version_000004B0.dll", "FileVersion"), "");
+    EXPECT_EQ(loaded, std::vector<std::wstring>{L"version_000004B0.dll"});
 }
 
 TEST(GetFileVersionString, FindsAFileWithoutADriveAsTheLoaderDoes)

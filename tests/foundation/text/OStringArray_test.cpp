@@ -89,18 +89,21 @@ TEST(OStringArray, FirstSetSizeLeavesNoSlackAndTheSecondAddsTheFloorStep)
 TEST(OStringArray, RoomGrowsByTheTable)
 {
     static constexpr struct {
-        int size, growBy, newSize, newMaxSize;
+        int size, maxSize, growBy, newSize, newMaxSize;
     } rows[] = {
-        {10,   0,  11,   14   },
-        {10,   0,  15,   15   },
-        {80,   0,  81,   90   },
-        {9000, 0,  9001, 10024},
-        {10,   3,  11,   13   },
-        {10,   -5, 11,   11   },
+        {10,   10,   0,  11,   14   },
+        {10,   10,   0,  15,   15   },
+        {80,   80,   0,  81,   90   },
+        {9000, 9000, 0,  9001, 10024},
+        {10,   10,   3,  11,   13   },
+        {10,   10,   -5, 11,   11   },
+        {80,   800,  0,  801,  810  }, // the step is that of the size, not of the
+  // room
     };
     for (const auto& row : rows) {
         TestArray array;
-        array.SetSize(row.size, row.growBy);
+        array.SetSize(row.maxSize, row.growBy);
+        array.SetSize(row.size);
         array.SetSize(row.newSize);
         EXPECT_EQ(array.m_nMaxSize, row.newMaxSize) << row.size << " by " << row.growBy;
     }

@@ -3,6 +3,7 @@
 
 #include "support/AssertCatcher.h"
 #include "support/GuardedHeap.h"
+#include "support/ImportHook.h"
 
 #include <gtest/gtest.h>
 
@@ -239,6 +240,22 @@ TEST(OStringCore, MultiBytePagesAreUtf8AndTheDoubleByteOnes)
         {65000, false},
     };
     for (const auto& row : rows) EXPECT_EQ(OStringCore::IsMultiByte(row.codePage), row.isMultiByte) << row.codePage;
+}
+
+UINT ansiCodePage;
+
+TEST(OStringCore, CodePage0IsMultiByteIfTheAnsiCodePageIs)
+{
+    const ImportHook<UINT()> hook("GetACP", [] { return ansiCodePage; });
+    for (const UINT page : {932u, 936u, 949u, 950u, 1361u}) {
+        ansiCodePage = page;
+        EXPECT_TRUE(OStringCore::IsMultiByte(0)) << page;
+        EXPECT_FALSE(OStringCore::IsMultiByte(1252)) << page;
+    }
+    for (const UINT page : {1252u, 437u, 65001u}) {
+        ansiCodePage = page;
+        EXPECT_FALSE(OStringCore::IsMultiByte(0)) << page;
+    }
 }
 
 TEST(OStringCore, IsWideByItsWideFormOrItsCodePage)

@@ -2,6 +2,7 @@
 #include "foundation/text/OString.h"
 
 #include "support/GuardedHeap.h"
+#include "support/ImportHook.h"
 #include "support/OStringState.h"
 
 #include <gtest/gtest.h>
@@ -487,6 +488,34 @@ TEST(OStringCase, LeavesTheTextInWideState)
     text.MakeUpper();
     EXPECT_EQ(StateOf(text), OStringState::Wide);
     EXPECT_EQ(text, "ABC");
+}
+
+/// What the platform's case map answers when it is asked for a size, and when it is asked for a text.
+struct CaseMapAnswer {
+    int size;
+    int text;
+};
+CaseMapAnswer caseMapAnswer;
+
+TEST(OStringCase, ATextThatThePlatformCannotMapStaysAsItWas)
+{
+    const ImportHook<int(LCID, DWORD, const wchar_t*, int, wchar_t*, int)> hook(
+        "LCMapStringW", [](LCID, DWORD, const wchar_t*, int, wchar_t* target, int) -> int {
+            return target ? caseMapAnswer.text : caseMapAnswer.size;
+        });
+    for (const CaseMapAnswer& answer : {
+             CaseMapAnswer{0,  4 },
+             {-1, 4 },
+             {4,  0 },
+             {4,  -1}
+    }) {
+        caseMapAnswer = answer;
+        OString text("abC");
+        text.MakeUpper();
+        EXPECT_EQ(text, "abC") << answer.size << ", " << answer.text;
+        text.MakeLower();
+        EXPECT_EQ(text, "abC") << answer.size << ", " << answer.text;
+    }
 }
 
 TEST(OStringCase, EmptyTextStaysEmpty)

@@ -527,6 +527,19 @@ TEST(OString, OwnFormsMayBeTheSource)
     EXPECT_EQ(text.Core()->reference_count, 1);
 }
 
+TEST(OString, AnyPartOfTheOwnWideFormMayBeTheSource)
+{
+    const GuardedHeap heap;
+    std::wstring units(31, L'x');
+    units.back() = L'y';
+    OString text(units.c_str());
+    text = text.wstring() + 25;
+    EXPECT_EQ(text, L"xxxxxy");
+    text = units.c_str();
+    text.Insert(0, text.wstring() + 29);
+    EXPECT_EQ(text, (L"xy" + units).c_str());
+}
+
 TEST(OString, CodePageIs0ForANullCore)
 {
     EXPECT_EQ(OString().GetCodePage(), 0u);

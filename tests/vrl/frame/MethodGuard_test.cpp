@@ -10,12 +10,14 @@
 #include "foundation/failures/SehTranslator.h"
 #include "vrl/frame/VRException.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <oleauto.h>
 
 #include <new>
 #include <stdexcept>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -180,14 +182,35 @@ TEST(MethodGuard, ExceptionOfAnotherCompilersLanguageIsUnspecified)
     EXPECT_EQ(outcome.error.description, "Unspecified error");
 }
 
-TEST(MethodGuard, ExceptionOfAnotherCompilersLanguageIsNotShown)
+TEST(MethodGuard, OnlyInternalFailuresAreShown)
 {
-    static int dialogs;
-    dialogs = 0;
-    const ImportHook<decltype(::MessageBoxA)> messageBox(
-        "MessageBoxA", [](HWND, const char*, const char*, UINT) -> int { return ++dialogs; });
-    RunGuardedBody([] { ThrowAsForeignCode(); });
-    EXPECT_EQ(dialogs, 0);
+    static std::vector<std::string> shown;
+    const ImportHook<decltype(::MessageBoxA)> messageBox("MessageBoxA",
+                                                         [](HWND, const char* text, const char*, UINT) -> int {
+                                                             shown.emplace_back(text);
+                                                             return IDNO;
+                                                         });
+    static constexpr struct {
+        const char* name;
+        void (*fail)();
+        const char* errorShown; ///< null: none
+    } rows[] = {
+        {"internal",          [] { throw OException(5, "denied"); }, "Error: denied\r\n"           },
+        {"fault",             [] { DivideByZero(); },                "Error: Division by zero.\r\n"},
+        {"root",              [] { throw OStdException("odd"); },    "Error: odd\r\n"              },
+        {"expected",          [] { throw InvalidArgument_E(); },     nullptr                       },
+        {"system",            [] { throw SystemError_E(); },         nullptr                       },
+        {"memory",            [] { throw std::bad_alloc(); },        nullptr                       },
+        {"standard library",  [] { throw std::runtime_error("x"); }, nullptr                       },
+        {"foreign exception", [] { ThrowAsForeignCode(); },          nullptr                       },
+    };
+    for (const auto& row : rows) {
+        shown.clear();
+        RunGuardedBody(row.fail);
+        ASSERT_EQ(shown.size(), row.errorShown ? 1u : 0u) << row.name;
+        if (!row.errorShown) continue;
+        EXPECT_THAT(shown[0], ::testing::HasSubstr(row.errorShown)) << row.name;
+    }
 }
 
 TEST(MethodGuard, BareTextIsUnspecified)

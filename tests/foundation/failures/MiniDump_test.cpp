@@ -3,12 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <dbghelp.h>
-
 #include <string>
 
 #include "foundation/OHandle.h"
 #include "support/ImportHook.h"
+#include "support/MadeUpMiniDump.h"
 #include "support/TemporaryDirectory.h"
 
 namespace {
@@ -50,27 +49,39 @@ private:
     wchar_t _temporaryFolderBefore[MAX_PATH] = {};
 };
 
-TEST_F(MiniDumpTest, WritesADumpIntoANewFolder)
+/// The one dump that the platform really writes: each takes seconds.
+TEST_F(MiniDumpTest, ThePlatformWritesADump)
 {
     const std::wstring path = WriteMiniDump(&pointers);
     EXPECT_EQ(path, directory.Path(L"MarrowfieldLabs\\kvcrash_0000.dmp"));
     EXPECT_EQ(directory.Contents(DumpName(0)).substr(0, 4), "MDMP");
 }
 
-TEST_F(MiniDumpTest, AcceptsAFolderThatIsThere)
+class MadeUpMiniDumpTest : public MiniDumpTest {
+protected:
+    MadeUpMiniDump dump;
+};
+
+TEST_F(MadeUpMiniDumpTest, MakesTheFolderForTheFirstDump)
+{
+    EXPECT_EQ(WriteMiniDump(&pointers), directory.Path(L"MarrowfieldLabs\\kvcrash_0000.dmp"));
+    EXPECT_TRUE(directory.Has(DumpName(0)));
+}
+
+TEST_F(MadeUpMiniDumpTest, AcceptsAFolderThatIsThere)
 {
     MakeDumpFolder();
     EXPECT_EQ(WriteMiniDump(&pointers), directory.Path(DumpName(0)));
 }
 
-TEST_F(MiniDumpTest, NumbersDumpsUpwards)
+TEST_F(MadeUpMiniDumpTest, NumbersDumpsUpwards)
 {
     WriteMiniDump(&pointers);
     EXPECT_EQ(WriteMiniDump(&pointers), directory.Path(L"MarrowfieldLabs\\kvcrash_0001.dmp"));
     EXPECT_EQ(WriteMiniDump(&pointers), directory.Path(L"MarrowfieldLabs\\kvcrash_0002.dmp"));
 }
 
-TEST_F(MiniDumpTest, TakesTheFirstNumberThatIsFree)
+TEST_F(MadeUpMiniDumpTest, TakesTheFirstNumberThatIsFree)
 {
     MakeDumpFolder();
     MakeEmptyFile(directory.Path(DumpName(0)));
@@ -78,55 +89,56 @@ TEST_F(MiniDumpTest, TakesTheFirstNumberThatIsFree)
     EXPECT_EQ(WriteMiniDump(&pointers), directory.Path(DumpName(1)));
 }
 
-TEST_F(MiniDumpTest, TheLastNumberIs9999AndThenNothingIsWritten)
-{
-    MakeDumpFolder();
-    for (int number = 0; number < 9999; ++number) MakeEmptyFile(directory.Path(DumpName(number)));
-    EXPECT_EQ(WriteMiniDump(&pointers), directory.Path(L"MarrowfieldLabs\\kvcrash_9999.dmp"));
-    EXPECT_EQ(WriteMiniDump(&pointers), L"");
-    EXPECT_FALSE(directory.Has(L"MarrowfieldLabs\\kvcrash_10000.dmp"));
-}
+/// Lets the first `count` files that are asked for exist, for a scope.
+class ExistingFiles {
+public:
+    explicit ExistingFiles(int count)
+    {
+        left = count;
+        asked = 0;
+    }
 
-/// What the platform's call was asked for, and what it answers.
-struct DumpRequest {
-    HANDLE process;
-    DWORD processId;
-    MINIDUMP_TYPE type;
-    MINIDUMP_EXCEPTION_INFORMATION exception;
+    static inline int asked;
+
+private:
+    static DWORD Attributes(const wchar_t*)
+    {
+        ++asked;
+        return left-- > 0 ? FILE_ATTRIBUTE_NORMAL : INVALID_FILE_ATTRIBUTES;
+    }
+
+    static inline int left;
+    ImportHook<DWORD(const wchar_t*)> _hook{"GetFileAttributesW", Attributes};
 };
-DumpRequest request;
-BOOL requestResult;
 
-BOOL WINAPI KeepRequest(HANDLE process, DWORD processId, HANDLE, MINIDUMP_TYPE type,
-                        MINIDUMP_EXCEPTION_INFORMATION* exception, MINIDUMP_USER_STREAM_INFORMATION*,
-                        MINIDUMP_CALLBACK_INFORMATION*)
+TEST_F(MadeUpMiniDumpTest, TheLastNumberIs9999)
 {
-    request = {process, processId, type, *exception};
-    return requestResult;
+    const ExistingFiles files(9999);
+    EXPECT_EQ(WriteMiniDump(&pointers), directory.Path(L"MarrowfieldLabs\\kvcrash_9999.dmp"));
 }
 
-FARPROC WINAPI FindKeepRequest(HMODULE, const char*)
+TEST_F(MadeUpMiniDumpTest, The10001stDumpFindsNoFreeNameAndWritesNothing)
 {
-    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&KeepRequest));
+    const ExistingFiles files(10000);
+    EXPECT_EQ(WriteMiniDump(&pointers), L"");
+    EXPECT_EQ(files.asked, 10000);
+    EXPECT_EQ(dump.request.process, nullptr);
 }
 
-TEST_F(MiniDumpTest, TellsTheCallingThreadAndThePointers)
+TEST_F(MadeUpMiniDumpTest, TellsTheCallingThreadAndThePointers)
 {
-    const ImportHook<decltype(::GetProcAddress)> hook("GetProcAddress", FindKeepRequest);
-    requestResult = TRUE;
     EXPECT_EQ(WriteMiniDump(&pointers), directory.Path(DumpName(0)));
-    EXPECT_EQ(request.process, ::GetCurrentProcess());
-    EXPECT_EQ(request.processId, ::GetCurrentProcessId());
-    EXPECT_EQ(request.type, MiniDumpNormal);
-    EXPECT_EQ(request.exception.ThreadId, ::GetCurrentThreadId());
-    EXPECT_EQ(request.exception.ExceptionPointers, &pointers);
-    EXPECT_EQ(request.exception.ClientPointers, 1);
+    EXPECT_EQ(dump.request.process, ::GetCurrentProcess());
+    EXPECT_EQ(dump.request.processId, ::GetCurrentProcessId());
+    EXPECT_EQ(dump.request.type, MiniDumpNormal);
+    EXPECT_EQ(dump.request.exception.ThreadId, ::GetCurrentThreadId());
+    EXPECT_EQ(dump.request.exception.ExceptionPointers, &pointers);
+    EXPECT_EQ(dump.request.exception.ClientPointers, 1);
 }
 
-TEST_F(MiniDumpTest, WritesNothingIfThePlatformFailsToWrite)
+TEST_F(MadeUpMiniDumpTest, GivesNoPathIfThePlatformFailsToWrite)
 {
-    const ImportHook<decltype(::GetProcAddress)> hook("GetProcAddress", FindKeepRequest);
-    requestResult = FALSE;
+    dump.result = FALSE;
     EXPECT_EQ(WriteMiniDump(&pointers), L"");
 }
 

@@ -263,7 +263,7 @@ TEST_F(NoPoolThreadTest, PrinterStaysOpenUntilItIsAcquiredAndReleasedOnceMore)
     EXPECT_EQ(XPrinterPool::GetCount(), 1);
     EXPECT_TRUE(Module::IsIdle());
     XPrinterRef::Acquire(OString("Label")).Release();
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinter), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 1u);
     EXPECT_EQ(XPrinterPool::GetCount(), 0);
 }
 

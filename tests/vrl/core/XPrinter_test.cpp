@@ -9,6 +9,8 @@
 #include "support/com/RecordingSinkOwner.h"
 #include "support/spooler/SpoolerTest.h"
 #include "vrl/frame/VRException.h"
+#include "vrl/core/XJob.h"
+#include "vrl/core/XJobRef.h"
 #include "vrl/core/XPrinterPool.h"
 #include "vrl/core/XPrinterRef.h"
 
@@ -550,18 +552,18 @@ TEST_F(XPrinterTest, SmallBufferThatNeedsNothingIsAnEmptyQueue)
 {
     AddJob({});
     ::SpoolerClearLog();
-    FailNext(SpoolerCall::EnumJobs, ERROR_INSUFFICIENT_BUFFER);
+    FailNext(SpoolerCall::EnumJobsW, ERROR_INSUFFICIENT_BUFFER);
     OTypedArray<unsigned long> ids;
     EXPECT_TRUE(xPrinter->EnumJobIds(ids));
     EXPECT_TRUE(ids.IsEmpty());
-    EXPECT_EQ(SpoolerCalls(SpoolerCall::EnumJobs), 1u);
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::EnumJobsW), 1u);
 }
 
 TEST_F(XPrinterTest, SuccessThatTellsASizeIsReadOnceMore)
 {
     const DWORD job = AddJob({});
     SpoolerFailure sizeTold;
-    sizeTold.call = SpoolerCall::EnumJobs;
+    sizeTold.call = SpoolerCall::EnumJobsW;
     sizeTold.effect = SpoolerEffect::SucceedEmpty;
     sizeTold.bytes = 4096;
     ::SpoolerInject(sizeTold);
@@ -616,7 +618,7 @@ TEST_F(XPrinterTest, StatusTextComesFromTheDriver)
 
 TEST_F(XPrinterTest, StatusTextIsReadUnderTheLock)
 {
-    const HeldCall statusRead(SpoolerCall::EnumJobs);
+    const HeldCall statusRead(SpoolerCall::EnumJobsW);
     const BackgroundCall reader([this] { xPrinter->GetStatusText(); });
     ASSERT_TRUE(statusRead.WaitUntilMade());
     const BackgroundCall other([this] { xPrinter->GetComment(); });
@@ -639,7 +641,7 @@ TEST_F(XPrinterTest, FileIsSentWithoutTheLock)
 
 TEST_F(XPrinterTest, QueueCommandsTakeNoLock)
 {
-    const HeldCall read(SpoolerCall::GetPrinter);
+    const HeldCall read(SpoolerCall::GetPrinterW);
     const BackgroundCall reader([this] { xPrinter->GetComment(); });
     ASSERT_TRUE(read.WaitUntilMade());
     const BackgroundCall commands([this] {
@@ -651,7 +653,7 @@ TEST_F(XPrinterTest, QueueCommandsTakeNoLock)
 
 TEST_F(XPrinterTest, PrinterIsFoundInThePoolWhileItsLockIsHeld)
 {
-    const HeldCall read(SpoolerCall::GetPrinter);
+    const HeldCall read(SpoolerCall::GetPrinterW);
     const BackgroundCall reader([this] { xPrinter->GetComment(); });
     ASSERT_TRUE(read.WaitUntilMade());
     const BackgroundCall other([] { XPrinterRef::Acquire(OString(printerName)); });
@@ -694,6 +696,25 @@ TEST_F(XPrinterTest, PropertiesCanBeReadWhileTheReferencesAreLocked)
 {
     const auto references = xPrinter->LockPrinterReferences();
     std::jthread([this] { EXPECT_EQ(xPrinter->GetComment(), "Shipping labels"); }).join();
+}
+
+// ---- odometer ----
+
+TEST_F(XPrinterTest, OdometerIsCountedByTheJobsCopiesAndPaperAndStored)
+{
+    DEVMODEW devMode{};
+    devMode.dmSize = sizeof devMode;
+    devMode.dmFields = DM_COPIES | DM_PAPERLENGTH;
+    devMode.dmCopies = 2;
+    devMode.dmPaperLength = 1000;
+    {
+        const XJobRef job = XJobRef::Acquire(*xPrinter, 1);
+        job->SetDevMode(devMode);
+        xPrinter->UpdateOdometer(1, *job, 3);
+    }
+    EXPECT_EQ(xPrinter->GetOdometer(), Odometer(6, 600.0));
+    Reopen();
+    EXPECT_EQ(xPrinter->GetOdometer(), Odometer(6, 600.0));
 }
 
 // ---- the notification thread ----

@@ -492,7 +492,7 @@ TEST_F(BasicDriverInterfaceTest, JobFieldsNeedOnlyASizeFromTheFirstRead)
             const DWORD jobId = AddJob({});
             ::SpoolerClearLog();
             SpoolerFailure sizeToldOtherwise;
-            sizeToldOtherwise.call = SpoolerCall::GetJob;
+            sizeToldOtherwise.call = SpoolerCall::GetJobW;
             sizeToldOtherwise.effect = effect;
             sizeToldOtherwise.error = ERROR_ACCESS_DENIED;
             sizeToldOtherwise.bytes = 4096;
@@ -508,11 +508,11 @@ TEST_F(BasicDriverInterfaceTest, JobFieldsAreFalseWithoutASize)
     for (const JobField& row : jobFields) {
         const DWORD jobId = AddJob({});
         ::SpoolerClearLog();
-        FailNext(SpoolerCall::GetJob, ERROR_INSUFFICIENT_BUFFER);
+        FailNext(SpoolerCall::GetJobW, ERROR_INSUFFICIENT_BUFFER);
         EXPECT_FALSE((driver.*row.set)(jobId, 42)) << row.name;
-        EmptyNext(SpoolerCall::GetJob);
+        EmptyNext(SpoolerCall::GetJobW);
         EXPECT_FALSE((driver.*row.set)(jobId, 42)) << row.name;
-        EXPECT_EQ(Calls(), (std::vector{SpoolerCall::GetJob, SpoolerCall::GetJob})) << row.name;
+        EXPECT_EQ(Calls(), (std::vector{SpoolerCall::GetJobW, SpoolerCall::GetJobW})) << row.name;
     }
 }
 

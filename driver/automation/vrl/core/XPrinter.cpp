@@ -3,9 +3,11 @@
 
 #include "foundation/OLockGuard.h"
 #include "vrl/core/StatusThreadFactory.h"
+#include "vrl/core/XJob.h"
 #include "vrl/driver/AdvancedDriverInterface.h"
 #include "vrl/driver/BasicDriverInterface.h"
 #include "vrl/frame/VRException.h"
+#include "vrl/spooler/OwnText.h"
 
 namespace {
 
@@ -38,14 +40,14 @@ XPrinter::~XPrinter()
 void XPrinter::Open(const OString& name)
 {
     OLockGuard guard(_printerLock);
-    _printerName = OString(name.wstring()); // a text of its own: the caller's may be in use on another thread
+    _printerName = OwnText(name);
 
     _hPrinter = OpenPrinterWithMostAccess(_printerName.wstring());
     if (!_hPrinter) throw CouldNotOpenPrinter_E();
 
     ChooseDriver();
     _driver->Attach(_printerName, _hPrinter);
-    InitOdometer();
+    _odometer.Start(*_driver, _advancedDriver);
 }
 
 void XPrinter::ChooseDriver()
@@ -61,14 +63,6 @@ void XPrinter::ChooseDriver()
     }
 }
 
-void XPrinter::InitOdometer()
-{
-    _odometer = _driver->GetOdometer();
-    _odometerPagesAtJobStart = _odometer.GetPages();
-    _pagesPrintedInJob = 0;
-    _currentJobId = 0;
-}
-
 /// Without regard to the case of the letters a to z.
 // Deliberate: without `_printerLock`, which others may hold for as long as the spooler works. The name never changes
 // after `Open`.
@@ -80,7 +74,7 @@ bool XPrinter::IsNamed(const OString& name) const NO_THREAD_SAFETY_ANALYSIS
 OString XPrinter::GetPrinterName() const
 {
     OLockGuard guard(_printerLock);
-    return OString(_printerName.wstring()); // a copy of the text: the caller is on a thread of his own
+    return OwnText(_printerName);
 }
 
 OString XPrinter::GetSpoolerPrinterName() const
@@ -253,6 +247,18 @@ OString XPrinter::GetStatusText() const
 bool XPrinter::SendFile(const OString& fileName, const OString& jobName)
 {
     return _driver->SendFile(fileName, jobName);
+}
+
+XJob* XPrinter::AcquireJob(DWORD jobID)
+{
+    XJob* const job = _jobPool.AcquireJob(*this, jobID);
+    job->SetDriver(_driver.get());
+    return job;
+}
+
+void XPrinter::UpdateOdometer(DWORD jobId, const XJob& xJob, DWORD pagesPrinted)
+{
+    _odometer.Update(jobId, xJob.GetDevMode(), pagesPrinted);
 }
 
 void XPrinter::StartStatusThread()

@@ -6,9 +6,10 @@
 #include "foundation/text/OString.h"
 #include "foundation/threads/IThreadable.h"
 #include "foundation/threads/OThread.h"
+#include "vrl/core/JobOdometer.h"
+#include "vrl/core/XJobPool.h"
 #include "vrl/core/XPrinterPool.h"
 #include "vrl/driver/DriverInterface.h"
-#include "vrl/driver/Odometer.h"
 #include "vrl/frame/ReferenceList.h"
 #include "vrl/spooler/Spooler.h"
 
@@ -91,6 +92,27 @@ public:
     /// The printer's driver names an interface module.
     bool HasAdvancedDriver() const noexcept { return _advancedDriver; }
 
+    // Jobs
+
+    /// The record of a job with one more holder; never null. Throws `CouldNotOpenPrinter_E` if the job must be loaded
+    /// and the spooler doesn't open the printer. Better: an `XJobRef`.
+    XJob* AcquireJob(DWORD jobID);
+    void ReleaseJob(XJob* xJob) { _jobPool.ReleaseJob(xJob, nullptr); }
+    /// If it was the last holder, `printJob` also leaves the record's list of objects with sinks.
+    void ReleaseJob(XJob* xJob, SinkOwner* printJob) { _jobPool.ReleaseJob(xJob, printJob); }
+
+    /// Destroys the records that nobody has held for a minute.
+    void PurgeJobs() { _jobPool.Purge(); }
+
+    // Odometer
+
+    /// The pages and the media that have gone through the printer, as counted here.
+    const Odometer& GetOdometer() const noexcept { return _odometer.Get(); }
+
+    /// Job `jobId` has printed `pagesPrinted` pages so far; `xJob` tells copies and paper. Only the notification thread
+    /// calls it.
+    void UpdateOdometer(DWORD jobId, const XJob& xJob, DWORD pagesPrinted);
+
     // Sinks
 
     /// Starts the notification thread unless it was started before; it lives as long as the `XPrinter`. Throws, with
@@ -115,7 +137,6 @@ private:
     void Open(const OString& name);
     bool IsNamed(const OString& name) const;
     void ChooseDriver() REQUIRES(_printerLock);
-    void InitOdometer();
 
     /// Asks the notification thread to stop until it has ended; nothing happens if there is none. No lock may be held
     /// that the thread, or a sink that it is calling, could want.
@@ -145,11 +166,8 @@ private:
     bool _closing GUARDED_BY(XPrinterPool::_lock) = false; ///< the last count has gone; only its own thread finds it
     DWORD _statusThreadId GUARDED_BY(XPrinterPool::_lock) = 0; ///< of the running notification thread
 
-    // The odometer's job: only the notification thread counts it, and `Open` before there is one.
-    DWORD _currentJobId = 0;
-    DWORD _pagesPrintedInJob = 0;
-    DWORD _odometerPagesAtJobStart = 0;
-    Odometer _odometer;
+    XJobPool _jobPool;
+    JobOdometer _odometer;
     mutable OCriticalSection _printerLock;
     mutable OCriticalSection _threadLock;
     OString _printerName GUARDED_BY(_printerLock);

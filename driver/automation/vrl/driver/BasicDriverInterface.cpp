@@ -4,6 +4,7 @@
 #include "foundation/Assert.h"
 #include "foundation/OBuffer.h"
 #include "foundation/files/OFile.h"
+#include "vrl/spooler/OwnText.h"
 #include "vrl/spooler/Spooler.h"
 #include "vrl/driver/StatusFlags.h"
 
@@ -67,7 +68,7 @@ bool WriteAll(HANDLE printer, const FileContent& content)
 
 void BasicDriverInterface::Attach(const OString& printerName, HANDLE printer)
 {
-    _printerName = OString(printerName.wstring()); // a text of its own: callers are on other threads
+    _printerName = OwnText(printerName);
     _hPrinter = printer;
 }
 

@@ -4,10 +4,10 @@
 #include "foundation/Assert.h"
 #include "foundation/Trace.h"
 
-void ReferenceList::Add(SinkOwner& object)
+bool ReferenceList::Add(SinkOwner& object)
 {
     OLockGuard guard(_lock);
-    if (_objects.Find(&object) >= 0) return;
+    if (_objects.Find(&object) >= 0) return false;
     TRACE("%s", _addedTrace);
     _objects.Add(&object);
     try {
@@ -16,6 +16,7 @@ void ReferenceList::Add(SinkOwner& object)
         _objects.RemoveAt(_objects.GetSize() - 1);
         throw;
     }
+    return true;
 }
 
 void ReferenceList::Remove(SinkOwner& object) noexcept

@@ -25,8 +25,8 @@ public:
     ReferenceList(const ReferenceList&) = delete;
     ReferenceList& operator=(const ReferenceList&) = delete;
 
-    /// Does nothing for an object that is there. Throws std::bad_alloc; then the object is not there.
-    void Add(SinkOwner& object);
+    /// False, and nothing done, for an object that is there. Throws std::bad_alloc; then the object is not there.
+    bool Add(SinkOwner& object);
 
     /// Does nothing for an object that isn't there.
     void Remove(SinkOwner& object) noexcept;

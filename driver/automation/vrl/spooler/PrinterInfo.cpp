@@ -8,17 +8,12 @@
 #include "foundation/Assert.h"
 #include "foundation/files/PathParts.h"
 #include "foundation/threads/TickCount.h"
+#include "vrl/spooler/OwnText.h"
 #include "vrl/spooler/PrinterInfoCache.h"
 #include "vrl/spooler/Spooler.h"
 #include "vrl/spooler/TerminalClientPrinter.h"
 
 namespace {
-
-/// The text in a core that nobody else holds: cores can't be shared between threads.
-OString OwnText(const OString& text)
-{
-    return OString(text.wstring());
-}
 
 OString ComputerName()
 {

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/frame/Bound.h"
 
+#include "support/LockProbe.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
-#include <future>
-#include <memory>
 #include <optional>
 #include <thread>
 #include <utility>
@@ -88,42 +87,31 @@ TEST_F(BoundTest, BindingThatStandsForNothingCountsAsNone)
     first = 1;
 }
 
-/// Looks, when it is destroyed, whether another thread can take a lock.
-class LockProbe {
+/// Looks, when it is destroyed, whether a lock is free.
+class LooksAtLock {
 public:
-    struct Finding {
-        std::optional<bool> free;
-        std::jthread taker;
-    };
-
-    LockProbe(OCriticalSection& lock, Finding& finding) noexcept : _lock(&lock), _finding(&finding) {}
-    LockProbe(LockProbe&& other) noexcept : _lock(std::exchange(other._lock, nullptr)), _finding(other._finding) {}
-    LockProbe& operator=(LockProbe&&) = delete;
-    ~LockProbe()
+    LooksAtLock(const LockProbe& lock, std::optional<bool>& free) noexcept : _lock(&lock), _free(&free) {}
+    LooksAtLock(LooksAtLock&& other) noexcept : _lock(std::exchange(other._lock, nullptr)), _free(other._free) {}
+    LooksAtLock& operator=(LooksAtLock&&) = delete;
+    ~LooksAtLock()
     {
-        if (!_lock) return;
-        auto taken = std::make_shared<std::promise<void>>();
-        auto result = taken->get_future();
-        _finding->taker = std::jthread([taken, lock = _lock] {
-            OLockGuard guard(*lock);
-            taken->set_value();
-        });
-        _finding->free = result.wait_for(std::chrono::seconds(5)) == std::future_status::ready;
+        if (_lock) *_free = _lock->IsFree();
     }
     explicit operator bool() const noexcept { return true; }
 
 private:
-    OCriticalSection* _lock;
-    Finding* _finding;
+    const LockProbe* _lock;
+    std::optional<bool>* _free;
 };
 
 TEST_F(BoundTest, LetsGoOfTheOldOutsideOfTheLock)
 {
-    LockProbe::Finding finding;
-    Bound<LockProbe> probe(lock);
-    probe.Set(LockProbe(lock, finding));
-    probe.Clear();
-    EXPECT_EQ(finding.free, true);
+    const LockProbe probe(lock);
+    std::optional<bool> free;
+    Bound<LooksAtLock> watched(lock);
+    watched.Set(LooksAtLock(probe, free));
+    watched.Clear();
+    EXPECT_EQ(free, true);
 }
 
 TEST_F(BoundTest, ReaderMeetsOneOrTheOtherWhileAThreadBinds)

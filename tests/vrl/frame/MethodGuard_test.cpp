@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/frame/MethodGuard.h"
 
-#include "support/ForeignThrow.h"
 #include "support/ImportHook.h"
+#include "support/Raising.h"
 #include "support/com/ErrorInformation.h"
 
 #include "foundation/Assert.h"
@@ -39,13 +39,7 @@ Outcome RunGuardedBody(Body&& body)
     return {result, TakeErrorInformation()};
 }
 
-/// Faults that are meant: no sanitizer is to meet them first.
-[[gnu::no_sanitize("undefined")]] void WriteToNowhere()
-{
-    int* volatile nowhere = nullptr;
-    *nowhere = 1;
-}
-
+/// A fault that is meant: no sanitizer is to meet it first.
 [[gnu::no_sanitize("undefined")]] void DivideByZero()
 {
     volatile int zero = 0;
@@ -280,6 +274,89 @@ TEST(MethodGuard, ErrorInformationBelongsToItsThread)
     ::SetErrorInfo(0, nullptr);
     std::jthread([] { RunGuardedBody([] { throw InvalidArgument_E(); }); }).join();
     EXPECT_FALSE(TakeErrorInformation().present);
+}
+
+TEST(MethodGuard, ErrorObjectOfTheClientsThatRaisesWhenItIsReplacedIsForgotten)
+{
+    for (const RaisedKind& kind : raisedKinds) {
+        struct ClientsError : IErrorInfo {
+            STDMETHODIMP QueryInterface(REFIID, void** object) override
+            {
+                *object = this;
+                return S_OK;
+            }
+            STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+            STDMETHODIMP_(ULONG) Release() override
+            {
+                if (raise) raise();
+                return 1;
+            }
+            STDMETHODIMP GetGUID(GUID*) override { return E_NOTIMPL; }
+            STDMETHODIMP GetSource(BSTR*) override { return E_NOTIMPL; }
+            STDMETHODIMP GetDescription(BSTR*) override { return E_NOTIMPL; }
+            STDMETHODIMP GetHelpFile(BSTR*) override { return E_NOTIMPL; }
+            STDMETHODIMP GetHelpContext(DWORD*) override { return E_NOTIMPL; }
+            void (*raise)() = nullptr;
+        } error;
+        ::SetErrorInfo(0, &error);
+        error.raise = kind.raise;
+        EXPECT_EQ(MethodGuard("Test::Member", testClass, [] { throw InvalidArgument_E(); }), E_INVALIDARG) << kind.name;
+        error.raise = nullptr;
+        ::SetErrorInfo(0, nullptr);
+    }
+}
+
+// Code without a caller to tell
+
+TEST(Contain, GivesWhatTheBodyGives)
+{
+    EXPECT_EQ(Contain([] {}), S_OK);
+    EXPECT_EQ(Contain([] { return S_FALSE; }), S_FALSE);
+    EXPECT_EQ(Contain([] { return E_ACCESSDENIED; }), E_ACCESSDENIED);
+}
+
+TEST(Contain, MakesAFailureOfWhateverIsThrownOrRaised)
+{
+    for (const RaisedKind& kind : raisedKinds) EXPECT_EQ(Contain([&] { kind.raise(); }), E_FAIL) << kind.name;
+    EXPECT_EQ(Contain([] { throw InvalidArgument_E(); }), E_FAIL);
+    EXPECT_EQ(Contain([] { throw std::bad_alloc(); }), E_OUTOFMEMORY);
+}
+
+TEST(Contain, TellsNobody)
+{
+    static int dialogs;
+    dialogs = 0;
+    const ImportHook<decltype(::MessageBoxA)> messageBox(
+        "MessageBoxA", [](HWND, const char*, const char*, UINT) -> int { return ++dialogs; });
+    ::SetErrorInfo(0, nullptr);
+    for (const RaisedKind& kind : raisedKinds) Contain([&] { kind.raise(); });
+    EXPECT_EQ(dialogs, 0);
+    EXPECT_FALSE(TakeErrorInformation().present);
+}
+
+TEST(Contain, LeavesTheTranslatorThatWasThereBefore)
+{
+    const SehTranslator before = SetSehTranslator(nullptr);
+    Contain([] {});
+    EXPECT_EQ(SetSehTranslator(before), nullptr);
+    Contain([] { throw InvalidArgument_E(); });
+    EXPECT_EQ(SetSehTranslator(before), before);
+}
+
+TEST(Contain, RunsDestructorsOnTheWay)
+{
+    for (const RaisedKind& kind : raisedKinds) {
+        bool destroyed = false;
+        struct Flag {
+            bool& raised;
+            ~Flag() { raised = true; }
+        };
+        Contain([&] {
+            const Flag flag{destroyed};
+            kind.raise();
+        });
+        EXPECT_TRUE(destroyed) << kind.name;
+    }
 }
 
 } // namespace

@@ -50,37 +50,16 @@ HRESULT RunTranslatedBody(HRESULT (*body)(void*), void* context)
     return result;
 }
 
-/// `clsid` is null if nobody is to be told.
-HRESULT Fail(const CLSID* clsid, HRESULT result, const char* text) noexcept
+HRESULT Fail(const CLSID& clsid, HRESULT result, const char* text) noexcept
 {
-    if (clsid) ReportError(*clsid, text);
+    ReportError(clsid, text);
     return result;
 }
 
-HRESULT Run(const char* function, unsigned long reportFlags, const CLSID* clsid, HRESULT (*body)(void*),
-            void* context) noexcept
-try {
-    VRExceptionHandler handler(function, reportFlags);
-    try {
-        return RunTranslatedBody(body, context);
-    } catch (const OException& exception) {
-        handler.Report(exception);
-        const char* const text = exception.GetErrorTextA();
-        return Fail(clsid, ResultOfException(exception), text ? text : unspecifiedError);
-    } catch (const std::bad_alloc*) { // the form that class libraries of other compilers use
-        return Fail(clsid, E_OUTOFMEMORY, outOfMemory);
-    } catch (const std::bad_alloc&) {
-        return Fail(clsid, E_OUTOFMEMORY, outOfMemory);
-    } catch (const VRException& exception) {
-        return Fail(clsid, exception.GetResult(), exception.GetText());
-    } catch (const OStdException& exception) {
-        handler.Report(OException(ERROR_INTERNAL_ERROR, exception.GetText()));
-        return Fail(clsid, E_FAIL, exception.GetText());
-    } catch (...) {
-        return Fail(clsid, E_FAIL, unspecifiedError);
-    }
-} catch (...) { // the handler itself found no memory
-    return Fail(clsid, E_OUTOFMEMORY, outOfMemory);
+/// Throws something for which nobody looks up names, as an `OException` does for its call stack.
+[[noreturn]] void ThrowCode(unsigned code, EXCEPTION_POINTERS*)
+{
+    throw code;
 }
 
 } // namespace
@@ -104,11 +83,40 @@ void ReportError(const CLSID& clsid, const char* text) noexcept
 }
 
 HRESULT RunGuarded(const char* function, const CLSID& clsid, HRESULT (*body)(void*), void* context) noexcept
-{
-    return Run(function, OExceptionHandler::reportToDialog, &clsid, body, context);
+try {
+    VRExceptionHandler handler(function);
+    try {
+        return RunTranslatedBody(body, context);
+    } catch (const OException& exception) {
+        handler.Report(exception);
+        const char* const text = exception.GetErrorTextA();
+        return Fail(clsid, ResultOfException(exception), text ? text : unspecifiedError);
+    } catch (const std::bad_alloc*) { // the form that class libraries of other compilers use
+        return Fail(clsid, E_OUTOFMEMORY, outOfMemory);
+    } catch (const std::bad_alloc&) {
+        return Fail(clsid, E_OUTOFMEMORY, outOfMemory);
+    } catch (const VRException& exception) {
+        return Fail(clsid, exception.GetResult(), exception.GetText());
+    } catch (const OStdException& exception) {
+        handler.Report(OException(ERROR_INTERNAL_ERROR, exception.GetText()));
+        return Fail(clsid, E_FAIL, exception.GetText());
+    } catch (...) {
+        return Fail(clsid, E_FAIL, unspecifiedError);
+    }
+} catch (...) { // the handler itself found no memory
+    return Fail(clsid, E_OUTOFMEMORY, outOfMemory);
 }
 
 HRESULT RunContained(HRESULT (*body)(void*), void* context) noexcept
 {
-    return Run("", 0, nullptr, body, context);
+    const SehTranslator before = SetSehTranslator(ThrowCode);
+    HRESULT result = E_FAIL;
+    try {
+        result = RunTranslatedBody(body, context);
+    } catch (const std::bad_alloc&) {
+        result = E_OUTOFMEMORY;
+    } catch (...) { // NOLINT(bugprone-empty-catch): a failure is all that the caller needs to know
+    }
+    SetSehTranslator(before);
+    return result;
 }

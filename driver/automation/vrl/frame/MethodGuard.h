@@ -12,7 +12,8 @@ void ReportError(const CLSID& clsid, const char* text) noexcept;
 /// information with the class `clsid`; nothing thrown gets out. `function` is the text "Class::Member".
 HRESULT RunGuarded(const char* function, const CLSID& clsid, HRESULT (*body)(void*), void* context) noexcept;
 
-/// The same, but nobody is told: there is only the result.
+/// Runs `body(context)` with structured exceptions translated. What it throws becomes E_OUTOFMEMORY or E_FAIL; nobody
+/// is told.
 HRESULT RunContained(HRESULT (*body)(void*), void* context) noexcept;
 
 /// `body`, which gives nothing (S_OK) or an HRESULT, as the two above take it.
@@ -36,7 +37,7 @@ HRESULT MethodGuard(const char* function, const CLSID& clsid, Body&& body) noexc
 }
 
 /// Runs code that must not let anything out and has no caller to tell: above all calls into foreign code, such as a
-/// client's sink. What `body` throws, and what is raised in it, ends here as the result that `MethodGuard` would give.
+/// client's sink. What `body` throws, and what is raised in it, ends here as E_OUTOFMEMORY or E_FAIL.
 template <class Body>
 HRESULT Contain(Body&& body) noexcept
 {

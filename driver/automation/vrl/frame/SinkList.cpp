@@ -32,7 +32,7 @@ std::vector<SinkList::Connection> SinkList::Connections() const
 {
     std::vector<Connection> filled;
     for (const Connection& one : _slots) {
-        if (one.sink) filled.push_back({one.cookie, one.sink.Copy()});
+        if (auto sink = one.sink.Copy()) filled.push_back({one.cookie, std::move(sink)});
     }
     return filled;
 }

@@ -83,8 +83,7 @@ void Add(DeviceStatus& status, const Condition& condition)
     status.printerStatus |= condition.printerStatus;
     status.jobStatus |= condition.jobStatus;
     if (condition.stalls && !status.stall) status.stall = condition.text;
-    status.fault |=
-        condition.stalls && condition.severity == error && condition.printerStatus != PRINTER_STATUS_OFFLINE;
+    status.fault |= condition.stalls && condition.severity == error;
 }
 
 } // namespace

@@ -23,7 +23,7 @@ JobHandles& Handles()
     return handles;
 }
 
-/// Runs `body` with the printer of a job. The handle dies when `body` gives true.
+/// Runs `body` with the printer of a job. A handle whose printer has no job any longer is dead.
 template <class Body>
 DWORD WithJob(void* handle, Body&& body) noexcept
 {
@@ -35,7 +35,7 @@ DWORD WithJob(void* handle, Body&& body) noexcept
             Handles().printers.erase(entry);
             return ERROR_INVALID_HANDLE;
         }
-        if (body(*printer)) Handles().printers.erase(entry);
+        body(*printer);
         return ERROR_SUCCESS;
     });
 }
@@ -74,25 +74,18 @@ DWORD WriteJob(void* handle, const void* bytes, DWORD count, SpoolerDeviceProgre
     if (!progress || (!bytes && count > 0)) return ERROR_INVALID_PARAMETER;
     return WithJob(handle, [=](LabelPrinter& printer) {
         *progress = printer.WriteJob({static_cast<const char*>(bytes), count});
-        return !printer.IsPrinting();
     });
 }
 
 DWORD EndJob(void* handle, SpoolerDeviceProgress* progress) noexcept
 {
     if (!progress) return ERROR_INVALID_PARAMETER;
-    return WithJob(handle, [=](LabelPrinter& printer) {
-        *progress = printer.EndJob();
-        return !printer.IsPrinting();
-    });
+    return WithJob(handle, [=](LabelPrinter& printer) { *progress = printer.EndJob(); });
 }
 
 DWORD CancelJob(void* handle) noexcept
 {
-    return WithJob(handle, [](LabelPrinter& printer) {
-        printer.CancelJob();
-        return true;
-    });
+    return WithJob(handle, [](LabelPrinter& printer) { printer.CancelJob(); });
 }
 
 DWORD Attach(const wchar_t* printerName) noexcept

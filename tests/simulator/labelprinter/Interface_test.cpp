@@ -158,6 +158,16 @@ TEST_F(InterfaceTest, FileMayBeWrittenByHand)
                                  "memory = 128\r\npeeler = no\r\nverifier = no\r\n");
 }
 
+TEST_F(InterfaceTest, NumbersReachFromTheirLeastToTheirMost)
+{
+    for (const char* const line : {"[NetworkSettings]\nport = 1\n", "[NetworkSettings]\nport = 65535\n",
+                                   "[PrintingPreferences]\ndarkness = 0\n", "[PrintingPreferences]\ndarkness = 30\n"}) {
+        Import(header + std::string(line));
+        const std::string value = std::string(line).substr(std::string(line).find('\n') + 1);
+        EXPECT_NE(Export().find(value.substr(0, value.size() - 1) + "\r\n"), std::string::npos) << line;
+    }
+}
+
 TEST_F(InterfaceTest, FileWithAnErrorChangesNothing)
 {
     const std::string before = Export();
@@ -231,7 +241,8 @@ TEST_F(InterfaceTest, StoredSettingsThatMakeNoSenseAreTheDefaults)
         OpenDriver();
         EXPECT_EQ(Export(0x400), header + groupRows[8].text) << text;
     }
-    ::SpoolerSetNumberData(printerName, L"PrinterDriverData", L"Label Settings", 1);
+    constexpr wchar_t valid[] = L"Label printer settings 1\n[NetworkSettings]\nport = 7\n";
+    ::SpoolerSetData(printerName, L"PrinterDriverData", L"Label Settings", REG_BINARY, valid, sizeof valid);
     OpenDriver();
     EXPECT_EQ(Export(0x400), header + groupRows[8].text);
 }

@@ -117,6 +117,17 @@ TEST_F(JobsTest, PictureMayHoldAnyBytes)
     EXPECT_EQ(Job(1).labelsPrinted, 2u);
 }
 
+TEST_F(JobsTest, PictureHas256BytesBehindItsSecondComma)
+{
+    const std::string picture(254, 'x');
+    Print(1, "IMAGE 1,1," + picture + "\nP" + "RINT 3\n"); // the line ends behind the picture
+    EXPECT_EQ(Job(1).labelsPrinted, 1u);
+    Print(2, "IMAGE 1,1," + picture + "x\n" + "PRINT 3\n");
+    EXPECT_EQ(Job(2).labelsPrinted, 1u);
+    Print(3, "IMAGE 1,1," + picture + "xx" + "\nPRINT 3\n");
+    EXPECT_EQ(Job(3).labelsPrinted, 3u);
+}
+
 TEST_F(JobsTest, SampleLabelIsOneLabelHoweverItIsCut)
 {
     std::ifstream file(VORLANE_SAMPLES_FOLDER "/labels/shipping.lbl", std::ios::binary);
@@ -214,6 +225,17 @@ TEST_F(JobsTest, ConditionStallsTheNextLabelUntilItIsRepaired)
     }
 }
 
+TEST_F(JobsTest, FirstOfSeveralConditionsIsTold)
+{
+    Set(L"media", L"out");
+    Set(L"pause", L"yes");
+    void* const handle = Begin(1);
+    const SpoolerDeviceProgress progress = Write(handle, "PRINT 1\n");
+    EXPECT_STREQ(progress.statusText, L"Paused");
+    EXPECT_EQ(progress.jobStatus, DWORD{JOB_STATUS_ERROR | JOB_STATUS_PAPEROUT});
+    Device().cancelJob(handle);
+}
+
 TEST_F(JobsTest, StalledDeviceTakesNoBytesBehindTheLabel)
 {
     Set(L"media", L"1");
@@ -264,6 +286,7 @@ TEST_F(JobsTest, PeelerWaitsForEachLabelToBeTaken)
     Set(L"label", L"taken");
     EXPECT_EQ(End(handle).pagesPrinted, 2u);
     EXPECT_EQ(End(handle).verdict, Verdict::Completed) << "the last label may still hang there";
+    EXPECT_EQ(StatusText(), "Label Present");
 }
 
 TEST_F(JobsTest, DisconnectedDeviceTakesNothing)

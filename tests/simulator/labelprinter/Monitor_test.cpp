@@ -235,12 +235,20 @@ TEST_F(MonitorTest, TextThatIsNoRequestFails)
                                       "<request query='1' />",
                                       "<request query='1' get='answer' />",
                                       "&#00;",
+                                      "<state name='Status' />&#00;;<state name='Status' />",
                                       "<a><a><a><a><a></a></a></a></a></a>"}) {
         EXPECT_EQ(Ask(request), "-") << request;
     }
     void* response = this;
     EXPECT_EQ(_send(printerName, nullptr, &response), 0u);
     EXPECT_EQ(response, nullptr);
+}
+
+TEST_F(MonitorTest, DeepRequestFails)
+{
+    std::string request;
+    for (int depth = 0; depth < 100000; ++depth) request += "<a>";
+    EXPECT_EQ(Ask(request), "-");
 }
 
 TEST_F(MonitorTest, AnswerThatIsNotOneHasNoBytes)

@@ -14,3 +14,8 @@ std::uint64_t RandomSeed()
     std::cout << "VORLANE_SEED=" << seed << std::endl;
     return seed;
 }
+
+int RandomOperations(int usual, int longRun)
+{
+    return std::getenv("VORLANE_LONG_RUNS") ? longRun : usual;
+}

@@ -6,3 +6,6 @@
 /// The seed of this run's random tests: VORLANE_SEED of the environment, or one from the clock. It is printed, so that
 /// a run that failed can be had again.
 std::uint64_t RandomSeed();
+
+/// How many random operations a test makes: `usual`, or `longRun` if the environment has VORLANE_LONG_RUNS.
+int RandomOperations(int usual, int longRun);

@@ -15,7 +15,6 @@
 
 namespace {
 
-constexpr int operationsPerRun = 100'000;
 constexpr int largestSize = 300;
 
 /// A source of random numbers that can be had again from its seed.
@@ -62,7 +61,8 @@ public:
             [&] { SetSize(); }, [&] { Add(); },    [&] { Insert(); },    [&] { Remove(); }, [&] { SetAt(); },
             [&] { Grow(); },    [&] { Append(); }, [&] { CopyOther(); }, [&] { Find(); },   [&] { _array.FreeExtra(); },
         };
-        for (int done = 0; done < operationsPerRun && !::testing::Test::HasFailure(); ++done) {
+        const int count = RandomOperations(20'000, 200'000);
+        for (int done = 0; done < count && !::testing::Test::HasFailure(); ++done) {
             const int which = _dice.Upto(static_cast<int>(operations.size()) - 1);
             operations[static_cast<size_t>(which)]();
             if (_model.Size() > largestSize) SetSize();
@@ -235,7 +235,7 @@ TEST(OArrayProperty, StringArrayBehavesAsAVector)
 
 class OStringArrayRoundTrip : public ::testing::Test {
 protected:
-    static constexpr int rounds = 5'000;
+    const int rounds = RandomOperations(1'000, 20'000);
 
     /// A new random array of up to nine texts, some of them empty.
     void Roll()

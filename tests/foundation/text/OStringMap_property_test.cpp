@@ -121,7 +121,8 @@ TEST(OStringMapProperty, IsAnOrdinaryMapButForHashesSharedAndGuessesAtTheCount)
     const std::vector<Key> keys = ManyKeys(dice);
     OStringMap<int> map;
     OrdinaryMap model;
-    for (int operation = 0; operation < 20'000; ++operation) {
+    const int operations = RandomOperations(10'000, 100'000);
+    for (int operation = 0; operation < operations; ++operation) {
         // Setting a key whose guess is the count would end the order of the hashes; see the next test.
         const Key& setKey = dice.OneOf(keys);
         if (!IsGuessTheCount(setKey.hash, model.Count())) {

@@ -739,10 +739,7 @@ const World::Operation World::operations[] = {
     {"Match",                 &World::Match                },
 };
 
-class OStringProperty : public ::testing::TestWithParam<Setting> {
-protected:
-    static constexpr int steps = 25'000;
-};
+class OStringProperty : public ::testing::TestWithParam<Setting> {};
 
 TEST_P(OStringProperty, RandomOperationsAgreeWithTheModel)
 {
@@ -750,6 +747,7 @@ TEST_P(OStringProperty, RandomOperationsAgreeWithTheModel)
     const std::uint64_t seed = RandomSeed();
     const GuardedHeap heap;
     const int before = heap.Living();
+    const int steps = RandomOperations(5'000, 100'000);
     {
         World world(GetParam(), seed);
         for (int step = 0; step < steps; ++step) {

@@ -8,6 +8,7 @@
 #include "foundation/Assert.h"
 #include "foundation/failures/OException.h"
 #include "foundation/failures/SehTranslator.h"
+#include "vrl/classes/PrintJobSchedule.h"
 #include "vrl/frame/VRException.h"
 
 #include <gmock/gmock.h>
@@ -79,6 +80,18 @@ TEST(MethodGuard, ExpectedFailureBecomesItsCodeAndText)
     EXPECT_EQ(outcome.error.description, "Printer object not initialized");
     EXPECT_EQ(outcome.error.guid, IID_NULL);
     EXPECT_EQ(outcome.error.helpContext, 0u);
+}
+
+TEST(MethodGuard, SourceOfAFailureIsTheProgIdWithoutAnyRegistration)
+{
+    ::SetErrorInfo(0, nullptr);
+    MethodGuard("Test::Member", __uuidof(PrintJobSchedule), [] { throw JobScheduleNotInitialized_E(); });
+    EXPECT_EQ(TakeErrorInformation().source, L"Vorlane.PrintJobSchedule.1");
+}
+
+TEST(MethodGuard, FailureOfAnUnknownClassHasNoSource)
+{
+    EXPECT_EQ(RunGuardedBody([] { throw InvalidArgument_E(); }).error.source, L"");
 }
 
 TEST(MethodGuard, OwnedTextOfAFailureReachesTheCaller)

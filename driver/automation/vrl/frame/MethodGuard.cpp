@@ -4,6 +4,7 @@
 #include "foundation/failures/OException.h"
 #include "foundation/failures/SehTranslator.h"
 #include "vrl/frame/Bstr.h"
+#include "vrl/frame/ProgramId.h"
 #include "vrl/frame/VRException.h"
 #include "vrl/frame/VRExceptionHandler.h"
 
@@ -32,15 +33,6 @@ OBstr WideText(const char* text) noexcept
     OBstr wide(::SysAllocStringLen(nullptr, static_cast<UINT>(std::max(length, 1)) - 1));
     if (wide) ::MultiByteToWideChar(CP_ACP, 0, text, -1, wide.Get(), length);
     return wide;
-}
-
-/// The program identifier of a class, as error information names its source; null if the class is not registered.
-void SetSource(ICreateErrorInfo& errorInfo, const CLSID& clsid) noexcept
-{
-    wchar_t* programId = nullptr;
-    if (FAILED(::ProgIDFromCLSID(clsid, &programId))) return;
-    errorInfo.SetSource(programId);
-    ::CoTaskMemFree(programId);
 }
 
 HRESULT RunTranslatedBody(HRESULT (*body)(void*), void* context)
@@ -73,7 +65,7 @@ void ReportError(const CLSID& clsid, const char* text) noexcept
 
         create->SetGUID(IID_NULL);
         create->SetHelpContext(0);
-        SetSource(*create.Get(), clsid);
+        create->SetSource(const_cast<wchar_t*>(ProgramIdOf(clsid))); // which copies it
         // The code alone has to do when there is no memory for its text.
         if (const OBstr description = WideText(text)) create->SetDescription(description.Get());
 

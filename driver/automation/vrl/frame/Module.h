@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// What keeps the module in memory: the live automation objects and class factories, and the locks that callers hold.
-/// Any thread; the counts are atomic.
+/// What the module answers when it is asked whether it can be unloaded: the live automation objects and class
+/// factories, and the locks that callers hold. Any thread; the counts are atomic.
 class Module {
 public:
-    /// Called by each object at its construction and its destruction.
+    /// Called by each object at its construction and its destruction. The first one makes the module stay loaded until
+    /// the process ends, whatever `IsIdle` says.
     static void AddObject() noexcept;
     static void RemoveObject() noexcept;
 

@@ -3,7 +3,6 @@
 
 #include "vrl/frame/Module.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace {
@@ -25,9 +24,9 @@ std::array<ClassFactory, classTable.size()>& Factories() noexcept
 HRESULT ClassFactory::Get(REFCLSID classId, REFIID iid, void** factory) noexcept
 {
     *factory = nullptr;
-    const auto entry = std::ranges::find_if(classTable, [&](const auto& row) { return *row.classId == classId; });
-    if (entry == classTable.end()) return CLASS_E_CLASSNOTAVAILABLE;
-    return Factories()[static_cast<size_t>(entry - classTable.begin())].QueryInterface(iid, factory);
+    const ClassEntry* const entry = FindClass(classId);
+    if (!entry) return CLASS_E_CLASSNOTAVAILABLE;
+    return Factories()[static_cast<size_t>(entry - classTable.data())].QueryInterface(iid, factory);
 }
 
 STDMETHODIMP ClassFactory::QueryInterface(REFIID iid, void** object) noexcept

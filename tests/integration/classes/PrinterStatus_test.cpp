@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/product/IntegrationTest.h"
 #include "support/com/LateBound.h"
-#include "integration/qualities/Getters.h"
+#include "support/com/Getters.h"
 
 #include <algorithm>
 

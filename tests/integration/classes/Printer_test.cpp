@@ -2,7 +2,7 @@
 #include "support/product/IntegrationTest.h"
 #include "support/com/LateBound.h"
 #include "support/TemporaryDirectory.h"
-#include "integration/qualities/Getters.h"
+#include "support/com/Getters.h"
 
 #include <utility>
 

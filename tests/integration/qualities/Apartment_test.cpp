@@ -4,7 +4,7 @@
 #include "support/com/LateBound.h"
 #include "support/com/RecordingSink.h"
 #include "support/TemporaryDirectory.h"
-#include "Getters.h"
+#include "support/com/Getters.h"
 
 #include <olectl.h>
 

@@ -3,7 +3,7 @@
 #include "support/com/LateBound.h"
 #include "support/product/ProductDialogs.h"
 #include "support/TemporaryDirectory.h"
-#include "Getters.h"
+#include "support/com/Getters.h"
 
 #include "foundation/OHandle.h"
 

@@ -5,7 +5,7 @@
 #include "support/product/ProductHeap.h"
 #include "support/com/RecordingSink.h"
 #include "support/TemporaryDirectory.h"
-#include "Getters.h"
+#include "support/com/Getters.h"
 
 #include <gmock/gmock.h>
 #include <olectl.h>

@@ -2,7 +2,7 @@
 #include "support/product/IntegrationTest.h"
 #include "support/product/ProductHeap.h"
 #include "support/TemporaryDirectory.h"
-#include "Getters.h"
+#include "support/com/Getters.h"
 
 #include <memory>
 

@@ -20,6 +20,14 @@
 
 // What the world is made of.
 
+/// When the jobs of a printer move.
+enum class SpoolerPace : DWORD {
+    Resting,  ///< jobs stay as they were left; one that is deleted leaves at once
+    AtOnce,   ///< whatever can be printed has been printed when a call returns
+    Stepped,  ///< one step of printing for each that SpoolerStep is told to do
+    RealTime, ///< by themselves, at the speed of the device
+};
+
 /// A print queue: the fields of PRINTER_INFO_2W, what the user may do with it, and what becomes of its documents.
 /// A null text is read back as a null pointer, an empty one as an empty text.
 struct SpoolerPrinter {
@@ -47,8 +55,11 @@ struct SpoolerPrinter {
     DWORD deviceNotSelectedTimeout = 15000;   ///< milliseconds, level 5
     DWORD transmissionRetryTimeout = 45000;   ///< milliseconds, level 5
     DWORD grantedAccess = PRINTER_ALL_ACCESS; ///< what this process's user may ask for when it opens the printer
-    bool deliverAtOnce = false;            ///< EndDocPrinter delivers the document and takes the job out of the queue
-    const wchar_t* outputFolder = nullptr; ///< where delivered documents are written, one file each; null: nowhere
+    SpoolerPace pace = SpoolerPace::Resting;
+    DWORD bytesPerSecond = 0;              ///< of the device, in real time; 0: sending takes no time
+    bool trueEndOfJob = false;             ///< the port tells when the device is done, not only when all was sent
+    bool lateNames = false;                ///< a document is "Local Downlevel Document" until it has been spooled
+    const wchar_t* outputFolder = nullptr; ///< where printed documents are written, one file each; null: nowhere
 };
 
 /// A printer driver: the fields of DRIVER_INFO_6W. Lists end with two nulls, as they do there.
@@ -171,6 +182,8 @@ enum class SpoolerCall : DWORD {
 
 constexpr DWORD spoolerCallCount = 24;
 constexpr DWORD spoolerAnyLevel = 0xFFFFFFFF;
+constexpr DWORD spoolerAllSteps = 0xFFFFFFFF;
+constexpr DWORD spoolerRealClock = 0xFFFFFFFF;
 
 /// What an injected failure does to the call it hits.
 enum class SpoolerEffect : DWORD {
@@ -257,6 +270,12 @@ DWORD SpoolerLoadConfig(const wchar_t* path) noexcept;
 /// The text of the last configuration failure, cut to `characters` with its terminator; gives its length, 0 for none.
 DWORD SpoolerConfigError(wchar_t* text, DWORD characters) noexcept;
 
+/// The spooler stops: every call that goes to it fails with RPC_S_SERVER_UNAVAILABLE, and nothing is printed. Handles
+/// that are closed meanwhile are gone nevertheless; blocks of notifications can be freed. This interface goes on.
+void SpoolerStop() noexcept;
+/// The spooler comes back, with what was open before.
+void SpoolerStart() noexcept;
+
 /// User and machine in whose name this process prints; null leaves one as it is. Reset puts the real ones back.
 void SpoolerSetIdentity(const wchar_t* userName, const wchar_t* machineName) noexcept;
 /// What the user may do with the print server itself: SERVER_*. Reset puts SERVER_ALL_ACCESS back.
@@ -309,7 +328,7 @@ DWORD SpoolerRemoveData(const wchar_t* printerName, const wchar_t* key, const wc
 
 /// Appends a job to the queue and gives its number. ERROR_INVALID_PARAMETER for a number that is in use.
 DWORD SpoolerAddJob(const wchar_t* printerName, const SpoolerJob& job, DWORD* jobId) noexcept;
-/// Takes the job out of the queue at once, with no further word.
+/// Takes the job out of the queue at once, with no further status.
 DWORD SpoolerRemoveJob(const wchar_t* printerName, DWORD jobId) noexcept;
 DWORD SpoolerSetJobStatus(const wchar_t* printerName, DWORD jobId, DWORD status) noexcept;
 /// Null takes the text away.
@@ -323,7 +342,35 @@ DWORD SpoolerSetJobDevMode(const wchar_t* printerName, DWORD jobId, const DEVMOD
 DWORD SpoolerPeekJob(const wchar_t* printerName, DWORD jobId, void* buffer, DWORD size, DWORD* needed) noexcept;
 /// The spooled bytes of a queued job: up to `size` of them; gives how many there are.
 DWORD SpoolerJobBytes(const wchar_t* printerName, DWORD jobId, void* buffer, DWORD size) noexcept;
-/// Delivers a queued job as a device would that prints it in one go, and takes it out of the queue.
+/// The document's name, as the client's side tells it late.
+DWORD SpoolerSetJobDocument(const wchar_t* printerName, DWORD jobId, const wchar_t* document) noexcept;
+/// The number of the next job that is given none: from there on numbers go up, leaving out those in use. A number can
+/// so be used again. ERROR_INVALID_PARAMETER for 0.
+DWORD SpoolerSetNextJobId(DWORD jobId) noexcept;
+
+// Printing.
+
+/// Something at the device that keeps jobs from being printed on.
+struct SpoolerTrouble {
+    DWORD jobStatus = JOB_STATUS_ERROR; ///< bits that the job at the device bears
+    DWORD printerStatus = 0;            ///< bits that the printer bears
+    const wchar_t* text = nullptr;      ///< status text of the job
+};
+
+DWORD SpoolerSetPace(const wchar_t* printerName, SpoolerPace pace, DWORD bytesPerSecond) noexcept;
+/// Does up to `steps` steps of the printer's printing, whatever its pace; tells in `done`, which may be null, how many
+/// there were to do.
+DWORD SpoolerStep(const wchar_t* printerName, DWORD steps, DWORD* done) noexcept;
+/// Waits until the printer has nothing more to print: ERROR_SUCCESS, or ERROR_TIMEOUT after `timeoutMs` milliseconds.
+DWORD SpoolerWaitUntilIdle(const wchar_t* printerName, DWORD timeoutMs) noexcept;
+/// The device is in trouble until that is cleared: the job at the device, and each that comes there, bears its bits and
+/// stands still. A later trouble takes the place of an earlier one.
+DWORD SpoolerSetTrouble(const wchar_t* printerName, const SpoolerTrouble& trouble) noexcept;
+DWORD SpoolerClearTrouble(const wchar_t* printerName) noexcept;
+/// The time of day by which jobs and printers keep their times, in minutes after midnight GMT; `spoolerRealClock`: the
+/// real one.
+void SpoolerSetClock(DWORD minutes) noexcept;
+/// Prints a queued job in one go, whatever its pace and whatever holds it back.
 DWORD SpoolerDeliverJob(const wchar_t* printerName, DWORD jobId) noexcept;
 
 /// How many documents of the printer were delivered since the world began.

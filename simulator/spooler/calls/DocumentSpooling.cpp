@@ -3,15 +3,24 @@
 
 #include "spooler/records/NameRules.h"
 #include "spooler/world/ChangeScope.h"
+#include "spooler/SpoolerConstants.h"
 #include "spooler/SpoolerError.h"
 
 #include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr wchar_t nameOnTheWay[] = L"Local Downlevel Document";
+
+} // namespace
 
 DocumentSpooling::Spooling DocumentSpooling::SpoolingOf(HANDLE handle)
 {
     const PrinterAccess access = _world.AccessOf(handle);
     Require(access.handle.document.has_value(), ERROR_SPL_NO_STARTDOC);
-    Require(access.printer.queue.Find(access.handle.document->jobId), ERROR_PRINT_CANCELLED);
+    const JobRecord* const job = access.printer.queue.Find(access.handle.document->jobId);
+    Require(job && job->stage != JobStage::Leaving, ERROR_PRINT_CANCELLED);
     return {access.printer, *access.handle.document};
 }
 
@@ -50,6 +59,7 @@ DWORD DocumentSpooling::StartDoc(HANDLE handle, DWORD level, const BYTE* info)
     if (access.printer.attributes & PRINTER_ATTRIBUTE_RAW_ONLY)
         Require(SameName(datatype.substr(0, 3), L"RAW"), ERROR_INVALID_DATATYPE);
 
+    if (access.printer.lateNames) job.lateName = std::exchange(job.document, nameOnTheWay);
     ChangeScope scope(_world, access.printer);
     const DWORD jobId = scope.AppendJob(std::move(job)).id;
     access.handle.document = OpenDocument{jobId, false};
@@ -81,7 +91,10 @@ void DocumentSpooling::EndPage(HANDLE handle)
 {
     const Spooling spooling = SpoolingOf(handle);
     spooling.document.inPage = false;
-    ChangeScope(_world, spooling.printer).Tell(PRINTER_CHANGE_SET_JOB);
+    ChangeScope scope(_world, spooling.printer);
+    JobRecord& job = scope.EditJob(spooling.document.jobId);
+    if (job.pageEnds.size() < job.totalPages) job.pageEnds.push_back(static_cast<DWORD>(job.spooled.size()));
+    scope.Tell(PRINTER_CHANGE_SET_JOB);
 }
 
 void DocumentSpooling::EndDoc(HANDLE handle)
@@ -93,6 +106,10 @@ void DocumentSpooling::EndDoc(HANDLE handle)
 
     if (!access.printer.queue.Find(jobId)) return;
     ChangeScope scope(_world, access.printer);
-    scope.EditJob(jobId).status &= ~static_cast<DWORD>(JOB_STATUS_SPOOLING);
     scope.Tell(PRINTER_CHANGE_SET_JOB);
+    JobRecord& job = scope.EditJob(jobId);
+    if (job.stage == JobStage::Leaving) return;
+    job.status &= ~static_cast<DWORD>(JOB_STATUS_SPOOLING);
+    if (job.stage == JobStage::Sending) job.status |= jobStatusRetained;
+    if (job.lateName) job.document = std::exchange(job.lateName, std::nullopt);
 }

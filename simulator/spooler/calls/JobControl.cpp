@@ -2,7 +2,7 @@
 #include "spooler/calls/JobControl.h"
 
 #include "spooler/records/NameRules.h"
-#include "spooler/world/Delivery.h"
+#include "spooler/world/PrintSteps.h"
 #include "spooler/SpoolerConstants.h"
 #include "spooler/SpoolerError.h"
 
@@ -12,9 +12,6 @@
 namespace {
 
 constexpr DWORD minutesOfDay = 24 * 60;
-constexpr DWORD printedStates = JOB_STATUS_PRINTING | JOB_STATUS_PRINTED | JOB_STATUS_COMPLETE | JOB_STATUS_ERROR |
-                                JOB_STATUS_PAPEROUT | JOB_STATUS_OFFLINE | JOB_STATUS_USER_INTERVENTION |
-                                jobStatusRetained;
 
 /// A job that is to change, and what its change depends on.
 struct JobChange {
@@ -132,31 +129,29 @@ void Resume(ChangeScope&, JobRecord& job)
     job.status &= ~static_cast<DWORD>(JOB_STATUS_PAUSED);
 }
 
-void Delete(ChangeScope& scope, JobRecord& job)
+void Restart(ChangeScope& scope, JobRecord& job)
 {
-    scope.RemoveJob(job.id);
-}
-
-void Restart(ChangeScope&, JobRecord& job)
-{
-    Require(job.status & printedStates, ERROR_INVALID_PARAMETER);
-    job.status = (job.status & ~printedStates) | JOB_STATUS_RESTART;
-    job.pagesPrinted = 0;
+    Require(MayRestart(job), ERROR_INVALID_PARAMETER);
+    RestartJob(scope, job);
 }
 
 void SentToPrinter(ChangeScope&, JobRecord& job)
 {
-    job.status = (job.status & ~static_cast<DWORD>(JOB_STATUS_PRINTING)) | JOB_STATUS_COMPLETE;
-}
-
-void LastPageEjected(ChangeScope& scope, JobRecord& job)
-{
-    Delivery::Finish(scope, job);
+    job.status |= JOB_STATUS_COMPLETE;
+    if (!job.IsActive()) job.stage = JobStage::Ejecting;
 }
 
 void Retain(ChangeScope&, JobRecord& job)
 {
     job.retain = true;
+}
+
+/// The job goes, printed or not; in the end it is told as printed.
+void Release(ChangeScope& scope, JobRecord& job)
+{
+    BeginLeaving(scope, job);
+    scope.Mark();
+    job.status |= JOB_STATUS_PRINTED;
 }
 
 struct CommandRow {
@@ -165,15 +160,15 @@ struct CommandRow {
 };
 
 constexpr std::array jobCommands{
-    CommandRow{JOB_CONTROL_PAUSE,             Pause          },
-    CommandRow{JOB_CONTROL_RESUME,            Resume         },
-    CommandRow{JOB_CONTROL_CANCEL,            Delete         },
-    CommandRow{JOB_CONTROL_RESTART,           Restart        },
-    CommandRow{JOB_CONTROL_DELETE,            Delete         },
-    CommandRow{JOB_CONTROL_SENT_TO_PRINTER,   SentToPrinter  },
-    CommandRow{JOB_CONTROL_LAST_PAGE_EJECTED, LastPageEjected},
-    CommandRow{jobControlRetain,              Retain         },
-    CommandRow{jobControlRelease,             Delete         },
+    CommandRow{JOB_CONTROL_PAUSE,             Pause        },
+    CommandRow{JOB_CONTROL_RESUME,            Resume       },
+    CommandRow{JOB_CONTROL_CANCEL,            BeginLeaving },
+    CommandRow{JOB_CONTROL_RESTART,           Restart      },
+    CommandRow{JOB_CONTROL_DELETE,            BeginLeaving },
+    CommandRow{JOB_CONTROL_SENT_TO_PRINTER,   SentToPrinter},
+    CommandRow{JOB_CONTROL_LAST_PAGE_EJECTED, EjectLastPage},
+    CommandRow{jobControlRetain,              Retain       },
+    CommandRow{jobControlRelease,             Release      },
 };
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "spooler/records/NameRules.h"
 #include "spooler/SpoolerError.h"
+#include "spooler/world/PrintSteps.h"
 
 #include <algorithm>
 #include <array>
@@ -241,7 +242,7 @@ void Purge(ChangeScope& scope)
     for (const auto& job : scope.Printer().queue.Jobs()) {
         if (!(job->status & JOB_STATUS_PRINTING)) waiting.push_back(job->id);
     }
-    for (const DWORD jobId : waiting) scope.RemoveJob(jobId);
+    for (const DWORD jobId : waiting) BeginLeaving(scope, scope.EditJob(jobId));
 }
 
 void Obey(ChangeScope& scope, DWORD command, const BYTE* info)

@@ -58,6 +58,7 @@ constexpr std::array printerNumbers{
     NumberKey<PrinterRecord>{L"average ppm",      &PrinterRecord::averagePpm,      ConfigNumber                },
     NumberKey<PrinterRecord>{L"attributes",       &PrinterRecord::attributes,      ReadBits<attributeWords>    },
     NumberKey<PrinterRecord>{L"status",           &PrinterRecord::status,          ReadBits<printerStatusWords>},
+    NumberKey<PrinterRecord>{L"speed",            &PrinterRecord::bytesPerSecond,  ConfigNumber                },
     NumberKey<PrinterRecord>{L"access",           &PrinterRecord::grantedAccess,   ReadBits<accessWords>       },
 };
 
@@ -221,6 +222,13 @@ void SetCapability(PrinterRecord& printer, const ConfigEntry& entry, std::wstrin
     printer.capabilities[number] = ConfigCapability(entry, number);
 }
 
+SpoolerPace ConfigPace(const ConfigEntry& entry)
+{
+    const auto pace = std::ranges::find_if(paces, [&](const auto& row) { return SameName(row.word, entry.value); });
+    if (pace == paces.end()) throw ConfigError{entry.line, L"unknown pace \"" + entry.value + L"\""};
+    return pace->pace;
+}
+
 bool SetSpecial(ConfiguredPrinter& printer, const ConfigEntry& entry, const std::wstring& folder)
 {
     constexpr std::wstring_view dataPrefix = L"data ";
@@ -228,9 +236,13 @@ bool SetSpecial(ConfiguredPrinter& printer, const ConfigEntry& entry, const std:
     const std::wstring_view key = entry.key;
     if (key == L"output") {
         printer.record.outputFolder = ConfigPath(entry, folder);
-    } else if (key == L"deliver") {
-        printer.record.deliverAtOnce = ConfigTruth(entry);
-        printer.deliverIsSet = true;
+    } else if (key == L"pace") {
+        printer.record.pace = ConfigPace(entry);
+        printer.paceIsSet = true;
+    } else if (key == L"end of job") {
+        printer.record.trueEndOfJob = ConfigTruth(entry);
+    } else if (key == L"late names") {
+        printer.record.lateNames = ConfigTruth(entry);
     } else if (key.starts_with(dataPrefix)) {
         SetData(printer.record.data, entry, key.substr(dataPrefix.size()));
     } else if (key.starts_with(capabilityPrefix)) {
@@ -239,6 +251,13 @@ bool SetSpecial(ConfiguredPrinter& printer, const ConfigEntry& entry, const std:
         return false;
     }
     return true;
+}
+
+/// The pace of a printer that names none.
+SpoolerPace PlainPace(const PrinterRecord& printer)
+{
+    if (printer.bytesPerSecond > 0) return SpoolerPace::RealTime;
+    return printer.outputFolder.empty() ? SpoolerPace::Resting : SpoolerPace::AtOnce;
 }
 
 void ReadPrinter(const ConfigSection& section, Described& described)
@@ -255,7 +274,7 @@ void ReadPrinter(const ConfigSection& section, Described& described)
         if (!SetDevModeField(printer.devMode, entry)) UnknownKey(section, entry);
     }
     printer.record.devMode = CopyDevMode(&printer.devMode);
-    if (!printer.deliverIsSet) printer.record.deliverAtOnce = !printer.record.outputFolder.empty();
+    if (!printer.paceIsSet) printer.record.pace = PlainPace(printer.record);
     described.printers.push_back(std::move(printer));
 }
 

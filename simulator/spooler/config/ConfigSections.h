@@ -17,7 +17,7 @@ struct ConfiguredPrinter {
     size_t line = 0;
     PrinterRecord record;
     DEVMODEW devMode = {};
-    bool deliverIsSet = false;
+    bool paceIsSet = false;
 };
 
 /// All that a file describes, before it becomes part of the world.

@@ -3,6 +3,7 @@
 
 #include "spooler/config/ConfigValues.h"
 #include "spooler/SpoolerConstants.h"
+#include "spooler/SpoolerControl.h"
 
 #include <array>
 
@@ -82,6 +83,19 @@ constexpr std::array portTypeWords{
     ConfigWord{L"read",       PORT_TYPE_READ        },
     ConfigWord{L"redirected", PORT_TYPE_REDIRECTED  },
     ConfigWord{L"net",        PORT_TYPE_NET_ATTACHED},
+};
+
+/// A word for when jobs move.
+struct PaceWord {
+    std::wstring_view word;
+    SpoolerPace pace;
+};
+
+constexpr std::array paces{
+    PaceWord{L"resting",   SpoolerPace::Resting },
+    PaceWord{L"at once",   SpoolerPace::AtOnce  },
+    PaceWord{L"stepped",   SpoolerPace::Stepped },
+    PaceWord{L"real time", SpoolerPace::RealTime},
 };
 
 constexpr std::array orientationWords{

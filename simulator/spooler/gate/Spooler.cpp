@@ -38,7 +38,8 @@ void Hold(const SpoolerFailure& failure)
 
 Spooler& Spooler::Instance()
 {
-    static Spooler spooler;
+    // Never destroyed: at the end of the process a thread may be waiting in it.
+    static Spooler& spooler = *new Spooler;
     return spooler;
 }
 
@@ -61,15 +62,24 @@ void Spooler::End(Call& call, size_t number, DWORD result)
     _log.End(number, call);
 }
 
-DWORD Spooler::ConfigResult()
+DWORD Spooler::StandingError(const Call& call)
 {
     const std::lock_guard guard(_lock);
-    return _configResult;
+    if (_configResult) return _configResult;
+    // Blocks of notifications are the process's own memory.
+    const bool goesToSpooler = call.call != SpoolerCall::FreePrinterNotifyInfo;
+    return _world.IsStopped() && goesToSpooler ? RPC_S_SERVER_UNAVAILABLE : ERROR_SUCCESS;
+}
+
+void Spooler::KeepTime() noexcept
+{
+    const std::lock_guard guard(_lock);
+    if (_realTime.IsNeeded(_world)) _realTime.Start(_world, _lock, _worldUsed);
 }
 
 std::optional<DWORD> Spooler::Intercept(Call& call)
 {
-    if (const DWORD error = ConfigResult()) return error;
+    if (const DWORD error = StandingError(call)) return error;
     const std::optional<SpoolerFailure> failure = _failures.Take(call);
     if (!failure) return std::nullopt;
     call.injected = true;

@@ -3,9 +3,10 @@
 
 #include "spooler/gate/CallLog.h"
 #include "spooler/gate/FailureInjection.h"
+#include "spooler/gate/RealTime.h"
 #include "spooler/levels/PackedWriter.h"
 #include "spooler/SpoolerError.h"
-#include "spooler/world/Delivery.h"
+#include "spooler/world/PrintEngine.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -24,6 +25,7 @@ struct Call : CallRecord {
     LONG onFailure = FALSE;
     bool returnsError = false;     // it returns its error instead
     bool returnsNumber = false;    // its success is a number, which an injected success brings along
+    bool closes = false;           // it gives a handle back, even if the spooler is not there to hear it
     DWORD writeLimit = 0xFFFFFFFF; // bytes that WritePrinter may take
 };
 
@@ -44,6 +46,7 @@ public:
     {
         const size_t number = Begin(call);
         const std::optional<DWORD> settled = Intercept(call);
+        if (call.closes && settled == RPC_S_SERVER_UNAVAILABLE) Guarded([&] { work(_world); });
         End(call, number, settled ? *settled : Guarded([&] { work(_world); }));
         return call.result;
     }
@@ -53,7 +56,9 @@ public:
     DWORD Control(Work work) noexcept
     {
         LoadFromEnvironment();
-        return Guarded([&] { work(_world); });
+        const DWORD error = Guarded([&] { work(_world); });
+        KeepTime();
+        return error;
     }
 
     /// Waits until the world is as `condition` wants it. ERROR_TIMEOUT if that takes longer than `timeoutMs`, or the
@@ -83,7 +88,7 @@ private:
         const std::lock_guard guard(_lock);
         const DWORD error = ErrorOf([&] {
             work();
-            Delivery(_world).DeliverReady();
+            PrintEngine(_world).Settle();
         });
         _worldUsed.notify_all();
         return error;
@@ -102,16 +107,21 @@ private:
         }
     }
 
+    /// Sees to it that printers of real time are kept going.
+    void KeepTime() noexcept;
+
     size_t Begin(Call& call);
     void End(Call& call, size_t number, DWORD result);
     std::optional<DWORD> Intercept(Call& call);
-    DWORD ConfigResult();
+    /// Why every call fails, or this one; ERROR_SUCCESS if there is no such reason.
+    DWORD StandingError(const Call& call);
     void LoadFromEnvironment() noexcept;
     DWORD LoadLocked(const std::wstring& path);
 
     std::mutex _lock; // of all below but the log and the failures
     std::condition_variable _worldUsed;
     World _world;
+    RealTime _realTime;
     bool _environmentRead = false;
     DWORD _configResult = ERROR_SUCCESS; // of the file that the environment names
     std::wstring _configError;

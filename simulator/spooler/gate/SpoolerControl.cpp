@@ -2,69 +2,12 @@
 #include "spooler/SpoolerControl.h"
 
 #include "spooler/gate/CallNames.h"
-#include "spooler/gate/Spooler.h"
+#include "spooler/gate/ControlCalls.h"
 #include "spooler/levels/JobLevels.h"
-#include "spooler/world/Delivery.h"
 
 #include <algorithm>
 
 namespace {
-
-template <typename Work>
-DWORD Control(Work work) noexcept
-{
-    return Spooler::Instance().Control(work);
-}
-
-/// Does something to a printer.
-template <typename Work>
-DWORD WithPrinter(const wchar_t* printerName, Work work) noexcept
-{
-    return Control([&](World& world) {
-        ChangeScope scope(world, world.PrinterOf(printerName));
-        work(scope.EditPrinter());
-    });
-}
-
-/// Does something to a job.
-template <typename Work>
-DWORD WithJob(const wchar_t* printerName, DWORD jobId, Work work) noexcept
-{
-    return Control([&](World& world) {
-        ChangeScope scope(world, world.PrinterOf(printerName));
-        work(scope.EditJob(jobId));
-    });
-}
-
-/// Reads something of a printer without touching it; gives what `read` gives, or 0.
-template <typename Read>
-DWORD ReadPrinter(const wchar_t* printerName, Read read) noexcept
-{
-    DWORD result = 0;
-    Control([&](World& world) { result = read(world.PrinterOf(printerName)); });
-    return result;
-}
-
-const DeliveryRecord* DeliveryOf(const PrinterRecord& printer, DWORD index)
-{
-    return index < printer.deliveries.size() ? &printer.deliveries[index] : nullptr;
-}
-
-Batch MakeBatch(const SpoolerNotifyBatch& given)
-{
-    Batch batch;
-    batch.change = given.change;
-    batch.flags = given.flags;
-    batch.withBlock = given.withBlock;
-    for (DWORD index = 0; index < given.count; ++index) {
-        const SpoolerNotifyEntry& entry = given.entries[index];
-        NotifyValue value = NotifyNumber(entry.number);
-        if (entry.text) value = NotifyText(entry.text);
-        if (entry.data) value = NotifyDevMode(CopyBytes(entry.data, entry.dataBytes));
-        batch.entries.push_back({entry.type, entry.field, entry.id, std::move(value)});
-    }
-    return batch;
-}
 
 bool IsZero(const SYSTEMTIME& time)
 {
@@ -115,6 +58,16 @@ DWORD SpoolerConfigError(wchar_t* text, DWORD characters) noexcept
     const std::wstring message = Spooler::Instance().ConfigError();
     if (text && characters > 0) text[message.copy(text, characters - 1)] = L'\0';
     return static_cast<DWORD>(message.size());
+}
+
+void SpoolerStop() noexcept
+{
+    Control([](World& world) { world.Stop(); });
+}
+
+void SpoolerStart() noexcept
+{
+    Control([](World& world) { world.Start(); });
 }
 
 void SpoolerSetIdentity(const wchar_t* userName, const wchar_t* machineName) noexcept
@@ -283,6 +236,19 @@ DWORD SpoolerSetJobText(const wchar_t* printerName, DWORD jobId, const wchar_t* 
     return WithJob(printerName, jobId, [&](JobRecord& job) { job.statusText = CopyText(statusText); });
 }
 
+DWORD SpoolerSetJobDocument(const wchar_t* printerName, DWORD jobId, const wchar_t* document) noexcept
+{
+    return WithJob(printerName, jobId, [&](JobRecord& job) { job.document = CopyText(document); });
+}
+
+DWORD SpoolerSetNextJobId(DWORD jobId) noexcept
+{
+    return Control([&](World& world) {
+        Require(jobId != 0, ERROR_INVALID_PARAMETER);
+        world.SetNextJobId(jobId);
+    });
+}
+
 DWORD SpoolerSetJobPages(const wchar_t* printerName, DWORD jobId, DWORD totalPages, DWORD pagesPrinted) noexcept
 {
     return WithJob(printerName, jobId, [&](JobRecord& job) {
@@ -315,79 +281,6 @@ DWORD SpoolerJobBytes(const wchar_t* printerName, DWORD jobId, void* buffer, DWO
     return ReadPrinter(printerName, [&](const PrinterRecord& printer) {
         return CopyOut(World::JobOf(printer, jobId).spooled, buffer, size);
     });
-}
-
-DWORD SpoolerDeliverJob(const wchar_t* printerName, DWORD jobId) noexcept
-{
-    return Control([&](World& world) { Delivery(world).Deliver(world.PrinterOf(printerName), jobId); });
-}
-
-DWORD SpoolerDeliveryCount(const wchar_t* printerName) noexcept
-{
-    return ReadPrinter(printerName,
-                       [](const PrinterRecord& printer) { return static_cast<DWORD>(printer.deliveries.size()); });
-}
-
-DWORD SpoolerDeliveryAt(const wchar_t* printerName, DWORD index, SpoolerDelivery* delivery) noexcept
-{
-    return Control([&](World& world) {
-        const DeliveryRecord* const record = DeliveryOf(world.PrinterOf(printerName), index);
-        Require(record, ERROR_NO_MORE_ITEMS);
-        Require(delivery, ERROR_INVALID_PARAMETER);
-        delivery->jobId = record->jobId;
-        delivery->byteCount = static_cast<DWORD>(record->bytes.size());
-        delivery->totalPages = record->totalPages;
-        CutText(delivery->document, record->document);
-        CutText(delivery->userName, record->userName);
-        CutText(delivery->file, record->file);
-    });
-}
-
-DWORD SpoolerDeliveryBytes(const wchar_t* printerName, DWORD index, void* buffer, DWORD size) noexcept
-{
-    return ReadPrinter(printerName, [&](const PrinterRecord& printer) {
-        const DeliveryRecord* const record = DeliveryOf(printer, index);
-        return record ? CopyOut(record->bytes, buffer, size) : 0;
-    });
-}
-
-void SpoolerSetNotificationLimit(DWORD entries) noexcept
-{
-    Control([&](World& world) { world.Notifications().SetLimit(entries); });
-}
-
-DWORD SpoolerLoseNotifications(const wchar_t* printerName) noexcept
-{
-    return Control([&](World& world) { world.Notifications().Lose(world.PrinterOf(printerName).id); });
-}
-
-DWORD SpoolerQueueBatch(const wchar_t* printerName, const SpoolerNotifyBatch& batch) noexcept
-{
-    return Control([&](World& world) {
-        const PrinterRecord& printer = world.PrinterOf(printerName);
-        Require(batch.entries || batch.count == 0, ERROR_INVALID_PARAMETER);
-        Require(world.Notifications().Queue(printer.id, MakeBatch(batch)), ERROR_NOT_FOUND);
-    });
-}
-
-DWORD SpoolerWaitUntilFetched(const wchar_t* printerName, DWORD timeoutMs) noexcept
-{
-    return Spooler::Instance().WaitUntil(
-        timeoutMs, [&](World& world) { return !world.Notifications().IsWaiting(world.PrinterOf(printerName).id); });
-}
-
-DWORD SpoolerOpenNotifications() noexcept
-{
-    DWORD count = 0;
-    Control([&](World& world) { count = world.Notifications().OpenCount(); });
-    return count;
-}
-
-DWORD SpoolerUnfreedNotifyBlocks() noexcept
-{
-    DWORD count = 0;
-    Control([&](World& world) { count = world.Notifications().UnfreedBlocks(); });
-    return count;
 }
 
 void SpoolerInject(const SpoolerFailure& failure) noexcept

@@ -83,6 +83,7 @@ BOOL WINAPI OpenPrinterW(LPWSTR name, LPHANDLE handle, LPPRINTER_DEFAULTSW defau
 BOOL WINAPI ClosePrinter(HANDLE printer)
 {
     Call call(SpoolerCall::ClosePrinter, printer);
+    call.closes = true;
     return Perform(call, [&](World& world) { PrinterOpening(world).Close(printer); });
 }
 
@@ -267,6 +268,7 @@ BOOL WINAPI FindNextPrinterChangeNotification(HANDLE notification, PDWORD change
 BOOL WINAPI FindClosePrinterChangeNotification(HANDLE notification)
 {
     Call call(SpoolerCall::FindClosePrinterChangeNotification);
+    call.closes = true;
     call.notification = notification;
     return Perform(call, [&](World& world) { ChangeWatching(world).Close(notification); });
 }

@@ -5,13 +5,26 @@
 
 namespace {
 
-constexpr DWORD notReady = JOB_STATUS_PAUSED | JOB_STATUS_ERROR | JOB_STATUS_DELETING | JOB_STATUS_SPOOLING |
-                           JOB_STATUS_PRINTED | JOB_STATUS_DELETED | JOB_STATUS_BLOCKED_DEVQ |
-                           JOB_STATUS_USER_INTERVENTION | JOB_STATUS_COMPLETE | jobStatusRetained;
+constexpr DWORD heldStatus = JOB_STATUS_PAUSED | JOB_STATUS_ERROR | JOB_STATUS_OFFLINE | JOB_STATUS_PAPEROUT |
+                             JOB_STATUS_BLOCKED_DEVQ | JOB_STATUS_USER_INTERVENTION;
+constexpr DWORD endedStatus =
+    JOB_STATUS_DELETING | JOB_STATUS_PRINTED | JOB_STATUS_DELETED | JOB_STATUS_COMPLETE | jobStatusRetained;
 
 } // namespace
 
-bool JobRecord::IsReady() const noexcept
+std::optional<DWORD> JobRecord::PageEnd(DWORD page) const noexcept
 {
-    return (status & notReady) == 0;
+    if (page < pageEnds.size()) return pageEnds[page];
+    if (IsSpooling() || page >= totalPages) return std::nullopt;
+    return static_cast<DWORD>(ULONGLONG{spooled.size()} * (page + 1) / totalPages);
+}
+
+bool JobRecord::IsHeld() const noexcept
+{
+    return (status & heldStatus) != 0;
+}
+
+bool JobRecord::MayStart() const noexcept
+{
+    return stage == JobStage::Waiting && (status & (heldStatus | endedStatus)) == 0;
 }

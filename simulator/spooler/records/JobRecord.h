@@ -28,16 +28,38 @@ struct JobFields {
     DWORD time = 0; // milliseconds since printing began
 };
 
+/// How far printing has come with a job. Its status tells the same to the outside, but anybody may set that.
+enum class JobStage {
+    Waiting,
+    Sending,  ///< its bytes go to the device
+    Ejecting, ///< all bytes are there, the device is still at work
+    Printed,  ///< it is to leave the queue
+    Kept,     ///< it has printed and stays in the queue
+    Leaving,  ///< it is being deleted
+};
+
 /// A job of a print queue with its spooled document. Its position is its place in the queue.
 struct JobRecord : JobFields {
+    JobStage stage = JobStage::Waiting;
     DWORD nextJobId = 0;     // linked by level 3
     bool retain = false;     // stays in the queue when it has printed
     OptionalText outputFile; // of DOC_INFO_1
+    OptionalText lateName;   // that the document gets when it has been spooled
     Bytes spooled;
-    DWORD reportedSize = 0; // 0: what was spooled
+    std::vector<DWORD> pageEnds; // in the spooled bytes, of the pages that were ended
+    DWORD reportedSize = 0;      // 0: what was spooled
 
     DWORD Size() const noexcept { return reportedSize ? reportedSize : static_cast<DWORD>(spooled.size()); }
 
-    /// Nothing holds it back from being printed now.
-    bool IsReady() const noexcept;
+    /// Bytes that are to be sent before that page, counted from 0, has printed; nothing if it isn't known yet.
+    /// Pages whose ends were never told share the bytes evenly.
+    std::optional<DWORD> PageEnd(DWORD page) const noexcept;
+
+    /// Something holds it back that somebody has to put right.
+    bool IsHeld() const noexcept;
+    /// It waits, and its status doesn't keep it from being printed.
+    bool MayStart() const noexcept;
+    /// The device has it.
+    bool IsActive() const noexcept { return stage == JobStage::Sending || stage == JobStage::Ejecting; }
+    bool IsSpooling() const noexcept { return (status & JOB_STATUS_SPOOLING) != 0; }
 };

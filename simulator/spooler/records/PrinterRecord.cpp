@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/records/PrinterRecord.h"
 
-#include "spooler/SpoolerControl.h"
-
 namespace {
 
 PrinterFields FieldsOf(const SpoolerPrinter& printer)
@@ -37,7 +35,8 @@ PrinterFields FieldsOf(const SpoolerPrinter& printer)
 } // namespace
 
 PrinterRecord::PrinterRecord(const SpoolerPrinter& printer)
-    : PrinterFields(FieldsOf(printer)), grantedAccess(printer.grantedAccess), deliverAtOnce(printer.deliverAtOnce),
+    : PrinterFields(FieldsOf(printer)), grantedAccess(printer.grantedAccess), pace(printer.pace),
+      bytesPerSecond(printer.bytesPerSecond), trueEndOfJob(printer.trueEndOfJob), lateNames(printer.lateNames),
       outputFolder(TextOrEmpty(printer.outputFolder))
 {
 }

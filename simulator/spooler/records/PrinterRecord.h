@@ -3,10 +3,9 @@
 
 #include "spooler/records/JobQueue.h"
 #include "spooler/records/PrinterData.h"
+#include "spooler/SpoolerControl.h"
 
 #include <map>
-
-struct SpoolerPrinter;
 
 /// What DeviceCapabilitiesW answers for one capability.
 struct CapabilityAnswer {
@@ -22,6 +21,13 @@ struct DeliveryRecord {
     std::wstring userName;
     std::wstring file; // empty if it was written nowhere
     Bytes bytes;
+};
+
+/// Something at the device that keeps a job from being printed on.
+struct DeviceTrouble {
+    DWORD jobStatus = 0;     // bits that the job at the device bears; 0: there is no trouble
+    DWORD printerStatus = 0; // bits that the printer bears
+    OptionalText text;       // status text of the job
 };
 
 /// What the print functions and notifications tell of a printer, apart from what its queue tells.
@@ -65,10 +71,15 @@ struct PrinterRecord : PrinterFields {
 
     DWORD id = 0; // what handles remember; never given twice
     DWORD grantedAccess = PRINTER_ALL_ACCESS;
-    bool deliverAtOnce = false;
+    SpoolerPace pace = SpoolerPace::Resting;
+    DWORD bytesPerSecond = 0; // of the device; 0: sending takes no time
+    bool trueEndOfJob = false;
+    bool lateNames = false;
+    DeviceTrouble trouble;
     std::wstring outputFolder; // empty: nowhere
 
-    DWORD changeId = 0; // printer data "ChangeID"
+    DWORD changeId = 0;    // printer data "ChangeID"
+    DWORD linkedJobId = 0; // that is to print next, as it was linked to the last one
     JobQueue queue;
     PrinterData data;
     std::map<WORD, CapabilityAnswer> capabilities;

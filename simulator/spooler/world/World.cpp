@@ -69,7 +69,9 @@ void World::Clear()
     _userName = RealUserName();
     _machineName = RealMachineName();
     _serverAccess = SERVER_ALL_ACCESS;
-    _lastJobId = 0;
+    _nextJobId = 1;
+    _minuteOfDay.reset();
+    _stopped = false;
 }
 
 const PrinterRecord* World::FindPrinter(std::wstring_view name) const noexcept
@@ -207,9 +209,52 @@ PrinterRecord& World::Editable(const PrinterRecord& printer) noexcept
 
 void World::NumberJob(const PrinterRecord& printer, JobRecord& job)
 {
-    if (job.id == 0) job.id = _lastJobId + 1;
+    while (job.id == 0) {
+        if (!IsJobIdInUse(_nextJobId)) job.id = _nextJobId;
+        ++_nextJobId;
+    }
     Require(!printer.queue.Find(job.id), ERROR_INVALID_PARAMETER);
-    _lastJobId = std::max(_lastJobId, job.id);
+    _nextJobId = std::max(_nextJobId, job.id + 1);
+}
+
+bool World::IsJobIdInUse(DWORD jobId) const noexcept
+{
+    return jobId == 0 ||
+           std::ranges::any_of(_printers, [=](const auto& printer) { return printer->queue.Find(jobId); });
+}
+
+bool World::IsBeingSpooled(DWORD printerId, DWORD jobId) const noexcept
+{
+    return std::ranges::any_of(_handles.Open(), [=](const auto& entry) {
+        const OpenHandle& handle = entry.second;
+        return handle.printerId == printerId && handle.document && handle.document->jobId == jobId;
+    });
+}
+
+DWORD World::MinuteOfDay() const noexcept
+{
+    if (_minuteOfDay) return *_minuteOfDay;
+    SYSTEMTIME now = {};
+    ::GetSystemTime(&now);
+    return now.wHour * DWORD{60} + now.wMinute;
+}
+
+void World::SetClock(std::optional<DWORD> minuteOfDay)
+{
+    _minuteOfDay = minuteOfDay;
+    NoteAll();
+}
+
+void World::Start()
+{
+    _stopped = false;
+    NoteAll();
+}
+
+void World::NoteAll()
+{
+    _changedPrinters.clear();
+    for (const auto& printer : _printers) _changedPrinters.push_back(printer->id);
 }
 
 void World::NoteChange(PrinterRecord& printer)

@@ -71,6 +71,21 @@ public:
     /// An empty name, the machine's name, or that with two backslashes before it.
     bool IsThisServer(std::wstring_view name) const noexcept;
 
+    /// Somebody is still writing the job's document.
+    bool IsBeingSpooled(DWORD printerId, DWORD jobId) const noexcept;
+    /// The number of the next job that has none yet.
+    void SetNextJobId(DWORD jobId) noexcept { _nextJobId = jobId; }
+
+    /// Minutes after midnight GMT.
+    DWORD MinuteOfDay() const noexcept;
+    /// Nothing: the real time of day.
+    void SetClock(std::optional<DWORD> minuteOfDay);
+
+    /// The print service doesn't run.
+    bool IsStopped() const noexcept { return _stopped; }
+    void Stop() noexcept { _stopped = true; }
+    void Start();
+
     /// Takes a printer whose queue was changed since it was last taken; 0 if there is none.
     DWORD TakeChangedPrinter();
     /// Null if it is gone.
@@ -82,6 +97,8 @@ private:
     PrinterRecord& Editable(const PrinterRecord& printer) noexcept;
     /// Gives the job the next number if it has none. ERROR_INVALID_PARAMETER for a number in use.
     void NumberJob(const PrinterRecord& printer, JobRecord& job);
+    bool IsJobIdInUse(DWORD jobId) const noexcept;
+    void NoteAll();
     /// Gives the printer a new "ChangeID" and notes it for `TakeChangedPrinter`.
     void NoteChange(PrinterRecord& printer);
 
@@ -97,7 +114,9 @@ private:
     std::wstring _machineName;
     DWORD _serverAccess = SERVER_ALL_ACCESS;
     DWORD _lastPrinterId = 0;
-    DWORD _lastJobId = 0;
+    DWORD _nextJobId = 1;
+    std::optional<DWORD> _minuteOfDay; // that a test has set
+    bool _stopped = false;
     DWORD _lastChangeId = 0;
 };
 

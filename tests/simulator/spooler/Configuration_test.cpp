@@ -272,7 +272,7 @@ TEST_F(ConfigurationTest, AnOutputFolderIsTakenFromTheFilesOwnAndDeliversAtOnce)
 
 TEST_F(ConfigurationTest, DeliverySaysWhetherJobsRest)
 {
-    ASSERT_EQ(Load("[printer Resting]\noutput = printed\ndeliver = no\n[printer Bare]\ndeliver = yes\n"),
+    ASSERT_EQ(Load("[printer Resting]\noutput = printed\npace = resting\n[printer Bare]\npace = at once\n"),
               DWORD{ERROR_SUCCESS});
     Print(Open(L"Resting"), L"1", "x");
     Print(Open(L"Bare"), L"1", "x");
@@ -357,7 +357,8 @@ TEST_F(ConfigurationTest, WrongEntriesOfAPrinterAreToldWithTheirLine)
         {"start time = 8:60",                  L"\"start time\" wants a time of day, not \"8:60\""            },
         {"status = paper out, tired",          L"unknown word \"tired\" for \"status\""                       },
         {"status = paper out, 0",              L"unknown word \"0\" for \"status\""                           },
-        {"deliver = maybe",                    L"\"deliver\" wants yes or no, not \"maybe\""                  },
+        {"pace = quick",                       L"unknown pace \"quick\""                                      },
+        {"late names = x",                     L"\"late names\" wants yes or no, not \"x\""                   },
         {"output =",                           L"\"output\" wants a path, not \"\""                           },
         {"data V = dword:x",                   L"\"data v\" wants a number behind \"dword:\", not \"dword:x\""},
         {"data V = hex:123",                   L"\"data v\" wants bytes in hexadecimal, not \"hex:123\""      },

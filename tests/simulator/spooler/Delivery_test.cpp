@@ -17,7 +17,7 @@ protected:
         folder = std::filesystem::temp_directory_path() / "vorlane_delivery_test";
         std::filesystem::remove_all(folder);
         output = (folder / "deep" / "out").wstring();
-        SpoolerAddPrinter({.printerName = L"Label", .deliverAtOnce = true, .outputFolder = output.c_str()});
+        SpoolerAddPrinter({.printerName = L"Label", .pace = SpoolerPace::AtOnce, .outputFolder = output.c_str()});
         printer = Open(L"Label");
     }
 
@@ -93,7 +93,7 @@ TEST_F(DeliveryTest, AFileThatCannotBeWrittenLeavesTheJobWithAnError)
     EXPECT_EQ(SpoolerDeliveryCount(L"Label"), 0u);
     const auto jobs = ReadJobs<JOB_INFO_1W>(printer, 1);
     ASSERT_EQ(jobs.count, 1u);
-    EXPECT_EQ(jobs->Status, DWORD{JOB_STATUS_ERROR});
+    EXPECT_EQ(jobs->Status, JOB_STATUS_ERROR | JOB_STATUS_PRINTING | statusRetained);
     EXPECT_NE(jobs->pStatus, nullptr);
 }
 
@@ -164,7 +164,7 @@ TEST_F(DeliveryTest, ARetainedJobStaysBehindItsDelivery)
 
 TEST_F(DeliveryTest, WithoutAFolderTheBytesAreOnlyKept)
 {
-    SpoolerAddPrinter({.printerName = L"Bare", .deliverAtOnce = true});
+    SpoolerAddPrinter({.printerName = L"Bare", .pace = SpoolerPace::AtOnce});
     Print(Open(L"Bare"), L"1", "bytes");
     EXPECT_EQ(AsText(SpoolerDeliveryBytes(L"Bare", 0)), "bytes");
     SpoolerDelivery delivery = {};

@@ -265,7 +265,7 @@ TEST_F(ClosePrinterTest, EndsADocumentThatWasNotEnded)
 
 TEST_F(ClosePrinterTest, DeliversADocumentThatWasNotEnded)
 {
-    SpoolerAddPrinter({.printerName = L"Label", .deliverAtOnce = true});
+    SpoolerAddPrinter({.printerName = L"Label", .pace = SpoolerPace::AtOnce});
     PrinterHandle printer = Open(L"Label");
     DOC_INFO_1W info = {const_cast<wchar_t*>(L"Half"), nullptr, nullptr};
     ::StartDocPrinterW(printer.Get(), 1, reinterpret_cast<BYTE*>(&info));

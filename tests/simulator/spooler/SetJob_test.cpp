@@ -93,7 +93,7 @@ TEST_F(SetJobTest, SentToPrinterCompletesTheJob)
 {
     SpoolerSetJobStatus(L"Label", jobId, JOB_STATUS_PRINTING);
     EXPECT_EQ(Command(JOB_CONTROL_SENT_TO_PRINTER), DWORD{ERROR_SUCCESS});
-    EXPECT_EQ(Status(), DWORD{JOB_STATUS_COMPLETE});
+    EXPECT_EQ(Status(), DWORD{JOB_STATUS_PRINTING | JOB_STATUS_COMPLETE});
 }
 
 TEST_F(SetJobTest, LastPageEjectedEndsTheJob)

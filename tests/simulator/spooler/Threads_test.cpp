@@ -20,7 +20,7 @@ void OnSeveralThreads(Work work)
 
 TEST_F(ThreadsTest, DocumentsOfSeveralThreadsStayApart)
 {
-    SpoolerAddPrinter({.printerName = L"Label", .deliverAtOnce = true});
+    SpoolerAddPrinter({.printerName = L"Label", .pace = SpoolerPace::AtOnce});
     OnSeveralThreads([](int number) {
         const PrinterHandle printer = Open(L"Label");
         for (int round = 0; round < rounds; ++round)

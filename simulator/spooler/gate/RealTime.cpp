@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include "spooler/gate/RealTime.h"
+
+#include "foundation/OHandle.h"
+#include "spooler/world/PrintEngine.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr auto longestWait = std::chrono::seconds(1); // the time of day may let a job start
+
+bool IsRealTime(const std::unique_ptr<PrinterRecord>& printer)
+{
+    return printer->pace == SpoolerPace::RealTime;
+}
+
+void KeepModuleLoaded()
+{
+    HMODULE module = nullptr;
+    ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                         reinterpret_cast<const wchar_t*>(&KeepModuleLoaded), &module);
+}
+
+} // namespace
+
+bool RealTime::IsNeeded(const World& world) const noexcept
+{
+    return !_world && std::ranges::any_of(world.Printers(), IsRealTime);
+}
+
+void RealTime::Start(World& world, std::mutex& lock, std::condition_variable& used) noexcept
+{
+    _world = &world;
+    _lock = &lock;
+    _used = &used;
+    KeepModuleLoaded();
+    const auto body = [](void* engine) -> DWORD {
+        static_cast<RealTime*>(engine)->Run();
+        return 0;
+    };
+    const OWaitHandle thread(::CreateThread(nullptr, 0, body, this, 0, nullptr));
+}
+
+void RealTime::Run()
+{
+    std::unique_lock guard(*_lock);
+    for (;;) {
+        while (DoWhatIsDue()) _used->notify_all();
+        auto wake = Clock::now() + longestWait;
+        for (const auto& [printerId, due] : _due) wake = std::min(wake, due);
+        if (std::ranges::any_of(_world->Printers(), IsRealTime))
+            _used->wait_until(guard, wake);
+        else
+            _used->wait(guard);
+    }
+}
+
+/// True if something was done.
+bool RealTime::DoWhatIsDue()
+{
+    const auto now = Clock::now();
+    bool done = false;
+    std::erase_if(_due, [&](const auto& entry) { return !_world->FindPrinter(entry.first); });
+    for (const auto& printer : _world->Printers()) {
+        if (IsRealTime(printer)) done |= KeepGoing(*printer, now);
+    }
+    return done;
+}
+
+/// Does the printer's next step if it is due. Steps follow each other without a gap, so that the speed is right.
+bool RealTime::KeepGoing(const PrinterRecord& printer, Clock::time_point now)
+{
+    const std::optional<DWORD> ms = PrintEngine(*_world).NextStepMs(printer);
+    if (!ms) {
+        _due.erase(printer.id);
+        return false;
+    }
+    const auto due = _due.try_emplace(printer.id, now + std::chrono::milliseconds(*ms)).first;
+    if (due->second > now) return false;
+    PrintEngine(*_world).Step(printer);
+    const std::optional<DWORD> next = PrintEngine(*_world).NextStepMs(printer);
+    if (next)
+        due->second += std::chrono::milliseconds(*next);
+    else
+        _due.erase(due);
+    return true;
+}

@@ -56,7 +56,7 @@ OModuleHandle LoadLibraryOfDebugHelp()
 /// Owner of the session that is kept.
 class KeptSession {
 public:
-    static std::unique_ptr<DebugHelp>& Get() noexcept
+    static std::unique_ptr<DebugHelp>& Get() noexcept REQUIRES(DebugHelpLock())
     {
         static KeptSession session;
         return session._session;
@@ -67,15 +67,16 @@ public:
 private:
     KeptSession() noexcept = default;
 
-    /// When the process ends, the library may have ended before: then the session is left to the platform.
-    ~KeptSession()
+    /// When the process ends, the library may have ended before: then the session is left to the platform. Without the
+    /// lock on purpose: no other thread is left, and the lock may be gone already.
+    ~KeptSession() NO_THREAD_SAFETY_ANALYSIS
     {
         const auto isShutdown =
             ImportedFunction<BOOLEAN NTAPI()>(::GetModuleHandleW(L"ntdll.dll"), "RtlDllShutdownInProgress");
         if (isShutdown && isShutdown()) static_cast<void>(_session.release());
     }
 
-    std::unique_ptr<DebugHelp> _session;
+    std::unique_ptr<DebugHelp> _session GUARDED_BY(DebugHelpLock());
 };
 
 HANDLE DuplicateOwnProcess() noexcept

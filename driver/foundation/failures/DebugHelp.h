@@ -12,7 +12,7 @@
 #include <optional>
 #include <string>
 
-/// To be held over every use of the debug help library, which knows no threads.
+/// The lock for every use of the debug help library, which isn't thread-safe.
 OCriticalSection& DebugHelpLock();
 
 /// A session with the platform's debug help library over the own process.
@@ -41,21 +41,21 @@ public:
     bool IsStarted() const noexcept { return _started; }
 
     /// The session that is kept for the process, started when it is first needed; null if that fails.
-    static DebugHelp* Kept();
-    /// Ends the session of `Kept`. The next one looks for library and search path anew.
-    static void EndKept() noexcept;
+    static DebugHelp* Kept() REQUIRES(DebugHelpLock());
+    /// Ends the session of `Kept`. The next one looks for library and search path again.
+    static void EndKept() noexcept REQUIRES(DebugHelpLock());
 
     /// Makes the symbols of `module` known, if they aren't yet.
-    void LoadSymbols(const LoadedModule& module);
+    void LoadSymbols(const LoadedModule& module) REQUIRES(DebugHelpLock());
     /// The path on which symbols are looked for.
     const std::wstring& GetSearchPath() const noexcept { return _searchPath; }
 
     /// Steps to the next frame outwards on the calling thread's stack; false at its end.
-    bool NextFrame(STACKFRAME64& frame, CONTEXT& context) noexcept;
-    std::optional<Symbol> FindSymbol(DWORD64 address);
-    std::optional<Line> FindLine(DWORD64 address);
-    /// The name of the module that holds `address`.
-    std::optional<std::string> FindModule(DWORD64 address);
+    bool NextFrame(STACKFRAME64& frame, CONTEXT& context) noexcept REQUIRES(DebugHelpLock());
+    std::optional<Symbol> FindSymbol(DWORD64 address) REQUIRES(DebugHelpLock());
+    std::optional<Line> FindLine(DWORD64 address) REQUIRES(DebugHelpLock());
+    /// The name of the module that contains `address`.
+    std::optional<std::string> FindModule(DWORD64 address) REQUIRES(DebugHelpLock());
 
 private:
     bool ImportFunctions() noexcept;
@@ -64,7 +64,8 @@ private:
     OModuleHandle _library;
     OWaitHandle _process; ///< a handle of our own, so that the session is not the host's
     bool _started = false;
-    std::map<DWORD64, std::wstring> _loadedPaths; ///< of the modules whose symbols are known, by their base
+    /// Of the modules whose symbols are known, by their base.
+    std::map<DWORD64, std::wstring> _loadedPaths GUARDED_BY(DebugHelpLock());
 
     decltype(::SymInitializeW)* _initialize = nullptr;
     decltype(::SymCleanup)* _cleanup = nullptr;

@@ -3,7 +3,6 @@
 
 #include <cstdio>
 
-#include "foundation/failures/DebugHelp.h"
 #include "foundation/OLockGuard.h"
 
 namespace {

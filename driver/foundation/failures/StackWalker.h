@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "foundation/failures/DebugHelp.h"
 #include "foundation/Platform.h"
-
-class DebugHelp;
 
 /// Walks a call stack of the calling thread and names its frames, by the platform's debug help library.
 ///
@@ -44,6 +43,6 @@ protected:
     virtual void OnOutput(const char* line) = 0;
 
 private:
-    void ReportFrames(DebugHelp& debugHelp, CONTEXT context);
-    void ReportFrame(DebugHelp& debugHelp, DWORD64 address);
+    void ReportFrames(DebugHelp& debugHelp, CONTEXT context) REQUIRES(DebugHelpLock());
+    void ReportFrame(DebugHelp& debugHelp, DWORD64 address) REQUIRES(DebugHelpLock());
 };

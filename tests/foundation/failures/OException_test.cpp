@@ -7,6 +7,7 @@
 
 #include "foundation/Assert.h"
 #include "foundation/failures/DebugHelp.h"
+#include "foundation/OLockGuard.h"
 #include "foundation/failures/SehTranslator.h"
 #include "support/AllocationFailure.h"
 #include "support/ImportHook.h"
@@ -200,7 +201,10 @@ TEST(OException, AFaultCarriesTheStackOfTheFaultingPlace)
 
 TEST(OException, WithoutDebugHelpTheStackTextIsEmpty)
 {
-    DebugHelp::EndKept();
+    {
+        const OLockGuard guard(DebugHelpLock());
+        DebugHelp::EndKept();
+    }
     const ImportHook<decltype(::LoadLibraryW)> hook("LoadLibraryW", [](const wchar_t*) -> HMODULE { return nullptr; });
     EXPECT_STREQ(OException(5).GetStackText(), "");
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "foundation/failures/DebugHelp.h"
+#include "foundation/OLockGuard.h"
 #include "support/ImportHook.h"
 
 namespace {
@@ -76,13 +77,20 @@ auto FrameOf(const char* function)
 /// The program's own name without ".exe", as debug help names its module.
 constexpr const char* ownModule = "foundation_failures_tests";
 
-/// Makes the walks of a scope start debug help anew, and those after it too.
+/// Makes the walks of a scope start debug help again, and those after it too.
 class FreshDebugHelp {
 public:
-    FreshDebugHelp() { DebugHelp::EndKept(); }
+    FreshDebugHelp() { End(); }
     FreshDebugHelp(const FreshDebugHelp&) = delete;
     FreshDebugHelp& operator=(const FreshDebugHelp&) = delete;
-    ~FreshDebugHelp() { DebugHelp::EndKept(); }
+    ~FreshDebugHelp() { End(); }
+
+private:
+    static void End()
+    {
+        const OLockGuard guard(DebugHelpLock());
+        DebugHelp::EndKept();
+    }
 };
 
 class StackWalkerTest : public ::testing::Test {

@@ -4,8 +4,12 @@
 #include <gmock/gmock.h>
 #include <process.h>
 
+#include <algorithm>
+#include <atomic>
+#include <latch>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "support/AllocationFailure.h"
@@ -187,6 +191,11 @@ TEST_F(OEventLogTest, AnyOtherKindUsesTheSystemLog)
     OEventLog log(sourceName, 2);
     ASSERT_TRUE(log.WriteError("text"));
     EXPECT_FALSE(HasKey(L"Application"));
+    wchar_t system[MAX_PATH];
+    ::GetSystemDirectoryW(system, MAX_PATH);
+    EXPECT_EQ(Text(L"System", L"EventMessageFile"), std::wstring(system) + L"\\kvevtmsg.dll");
+    EXPECT_EQ(Number(L"System", L"TypesSupported"), 7u);
+    EXPECT_EQ(Text(L"System", L"CategoryMessageFile"), std::wstring(system) + L"\\kvevtmsg.dll");
     EXPECT_EQ(Number(L"System", L"CategoryCount"), 2u);
 }
 
@@ -337,6 +346,51 @@ TEST_F(OEventLogTest, AfterWantOfMemoryTheLockIsFree)
         nullptr, 0, [](void*) -> unsigned { return reported = shared->WriteError("second"); }, nullptr, 0, nullptr)));
     ASSERT_EQ(::WaitForSingleObject(thread.Get(), 30000), DWORD{WAIT_OBJECT_0});
     EXPECT_TRUE(reported);
+}
+
+std::atomic<int> writersInside;
+std::atomic<int> mostWritersInside;
+
+/// Stays long enough for others to come in, if anything lets them.
+void StayInside()
+{
+    mostWritersInside = std::max(mostWritersInside.load(), ++writersInside);
+    for (int turn = 0; turn < 20; ++turn) ::SwitchToThread();
+    --writersInside;
+}
+
+TEST_F(OEventLogTest, WritersOfSeveralThreadsRegisterOnceAndReportInTurn)
+{
+    writersInside = 0;
+    mostWritersInside = 0;
+    static std::atomic<int> registrations;
+    registrations = 0;
+    const ImportHook<HANDLE(const wchar_t*, const wchar_t*)> registering("RegisterEventSourceW",
+                                                                         [](const wchar_t*, const wchar_t*) {
+                                                                             ++registrations;
+                                                                             StayInside();
+                                                                             return eventSource;
+                                                                         });
+    const ImportHook<BOOL(HANDLE, WORD, WORD, DWORD, PSID, WORD, DWORD, const wchar_t**, void*)> reporting(
+        "ReportEventW", [](HANDLE, WORD, WORD, DWORD, PSID, WORD, DWORD, const wchar_t**, void*) {
+            StayInside();
+            return BOOL{TRUE};
+        });
+    OEventLog log(sourceName, 1);
+    std::atomic<int> reported = 0;
+    std::latch start(4);
+    {
+        std::vector<std::jthread> writers;
+        for (int writer = 0; writer < 4; ++writer) {
+            writers.emplace_back([&] {
+                start.arrive_and_wait();
+                for (int entry = 0; entry < 50; ++entry) reported += log.WriteError("text");
+            });
+        }
+    }
+    EXPECT_EQ(reported, 200);
+    EXPECT_EQ(registrations, 1);
+    EXPECT_EQ(mostWritersInside, 1);
 }
 
 TEST_F(OEventLogTest, TheSourceNameIsACopy)

@@ -333,6 +333,37 @@ TEST_F(ConfigurationTest, MalformedFilesAreToldWithTheirLine)
     }
 }
 
+TEST_F(ConfigurationTest, DescribesHowAPrinterPrints)
+{
+    ASSERT_EQ(Load("[printer Resting]\n"
+                   "[printer Stepped]\n"
+                   "pace = stepped\n"
+                   "end of job = yes\n"
+                   "late names = yes\n"
+                   "attributes = local, queued\n"
+                   "[printer Quick]\n"
+                   "pace = at once\n"
+                   "[printer Real]\n"
+                   "speed = 1000000\n"
+                   "[printer Also Real]\n"
+                   "pace = Real Time\n"),
+              DWORD{ERROR_SUCCESS});
+    for (const wchar_t* const name : {L"Resting", L"Stepped", L"Quick", L"Real", L"Also Real"})
+        Print(Open(name), L"Pallet", "x");
+    EXPECT_EQ(SpoolerDeliveryCount(L"Resting"), 0u);
+    EXPECT_EQ(SpoolerDeliveryCount(L"Quick"), 1u);
+    for (const wchar_t* const name : {L"Real", L"Also Real"}) {
+        EXPECT_EQ(SpoolerWaitUntilIdle(name, 60000), DWORD{ERROR_SUCCESS});
+        EXPECT_EQ(SpoolerDeliveryCount(name), 1u);
+    }
+    EXPECT_EQ(SpoolerStep(L"Stepped", 4, nullptr), DWORD{ERROR_SUCCESS});
+    EXPECT_EQ((ReadJobs<JOB_INFO_1W>(Open(L"Stepped"), 1)->Status), 0x3010u);
+    DOC_INFO_1W info = {const_cast<wchar_t*>(L"Pallet"), nullptr, nullptr};
+    const PrinterHandle late = Open(L"Stepped");
+    const DWORD jobId = ::StartDocPrinterW(late.Get(), 1, reinterpret_cast<BYTE*>(&info));
+    EXPECT_EQ(Text(ReadJob<JOB_INFO_1W>(late, jobId, 1)->pDocument), L"Local Downlevel Document");
+}
+
 TEST_F(ConfigurationTest, WrongEntriesOfAPrinterAreToldWithTheirLine)
 {
     static const struct {

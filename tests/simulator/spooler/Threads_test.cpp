@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "SimulatorTest.h"
+#include "NotificationTest.h"
 
+#include <atomic>
+#include <map>
+#include <sstream>
 #include <thread>
 
 namespace {
@@ -34,6 +37,40 @@ TEST_F(ThreadsTest, DocumentsOfSeveralThreadsStayApart)
         ++perThread.at(static_cast<size_t>(bytes[0] - 'a'));
     }
     EXPECT_THAT(perThread, ::testing::Each(rounds));
+}
+
+TEST_F(ThreadsTest, AWatcherHearsTheWholeLifeOfEveryJobWhoeverPrintsIt)
+{
+    SpoolerAddPrinter({.printerName = L"Label", .pace = SpoolerPace::AtOnce});
+    const PrinterHandle watched = Open(L"Label");
+    const Watch watch(watched, PRINTER_CHANGE_JOB, {JOB_NOTIFY_FIELD_STATUS});
+    std::map<std::string, std::string> lives; // status values of each job
+    const auto fetch = [&] {
+        for (const std::string& batch : watch.All()) {
+            std::istringstream words(batch);
+            for (std::string word; words >> word;) {
+                const size_t at = word.find(".STATUS=");
+                if (at != std::string::npos) lives[word.substr(0, at)] += word.substr(at + 7);
+            }
+        }
+    };
+    std::atomic<bool> done = false;
+    std::thread watcher([&] {
+        while (!done) {
+            ::WaitForSingleObject(watch.Handle(), 10);
+            fetch();
+        }
+    });
+    OnSeveralThreads([](int) {
+        const PrinterHandle printer = Open(L"Label");
+        for (int round = 0; round < rounds; ++round) Print(printer, L"x", "");
+    });
+    done = true;
+    watcher.join();
+    fetch();
+    EXPECT_EQ(lives.size(), size_t{threadCount * rounds});
+    for (const auto& [job, life] : lives) EXPECT_EQ(life, "=0x8=0x0=0x2010=0x2090=0x2080=0x2084=0x2184") << job;
+    EXPECT_EQ(SpoolerUnfreedNotifyBlocks(), 0u);
 }
 
 TEST_F(ThreadsTest, ReadersWritersAndTheControlInterfaceGoSideBySide)

@@ -257,12 +257,12 @@ TEST(ClassObject, RefusesANullPointer)
 }
 
 /// The multithreaded apartment, which marshalling code needs for what it leaves to the platform's.
-class Apartment {
+class ApartmentScope {
 public:
-    Apartment() { EXPECT_EQ(::CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK); }
-    ~Apartment() { ::CoUninitialize(); }
-    Apartment(const Apartment&) = delete;
-    Apartment& operator=(const Apartment&) = delete;
+    ApartmentScope() { EXPECT_EQ(::CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK); }
+    ~ApartmentScope() { ::CoUninitialize(); }
+    ApartmentScope(const ApartmentScope&) = delete;
+    ApartmentScope& operator=(const ApartmentScope&) = delete;
 };
 
 ComPtr<IPSFactoryBuffer> MarshallingFactory()
@@ -276,7 +276,7 @@ class Marshalled : public ::testing::TestWithParam<GoldenInterface> {};
 
 TEST_P(Marshalled, HasAProxyOfOurOwn)
 {
-    const Apartment apartment;
+    const ApartmentScope apartment;
     const GUID iid = GuidFromText(GetParam().identifier);
     const auto outer = Create(goldenClasses[0]);
     ComPtr<IRpcProxyBuffer> proxy;
@@ -292,7 +292,7 @@ INSTANTIATE_TEST_SUITE_P(Each, Marshalled, ::testing::ValuesIn(goldenInterfaces)
 
 TEST(Marshalling, AStubKeepsTheModuleLoadedWithoutItsObject)
 {
-    const Apartment apartment;
+    const ApartmentScope apartment;
     auto object = Create(goldenClasses[0]);
     ComPtr<IRpcStubBuffer> stub;
     ASSERT_EQ(MarshallingFactory()->CreateStub(GuidFromText(goldenClasses[0].interfaceIdentifier), object.Get(), &stub),

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/com/GuidText.h"
-#include "support/product/ProductModule.h"
+#include "support/product/RegisteredProduct.h"
 #include "GoldenClasses.h"
 
 #include <gtest/gtest.h>
@@ -14,18 +14,6 @@
 namespace {
 
 using Microsoft::WRL::ComPtr;
-
-/// The product in the registry of the machine, where the platform looks for it.
-class RegisteredProduct {
-public:
-    RegisteredProduct() { EXPECT_EQ(_product.RegisterServer(), S_OK); }
-    ~RegisteredProduct() { EXPECT_EQ(_product.UnregisterServer(), S_OK); }
-    RegisteredProduct(const RegisteredProduct&) = delete;
-    RegisteredProduct& operator=(const RegisteredProduct&) = delete;
-
-private:
-    ProductModule _product;
-};
 
 /// Runs `work` on a thread of its own in an apartment of the given kind.
 template <typename Work>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "support/RowName.h"
 #include "support/com/GuidText.h"
 #include "support/product/ProductModule.h"
 #include "support/com/TypeLibraryText.h"
@@ -52,12 +53,6 @@ ComPtr<ITypeInfo> SlotsOf(ITypeInfo& dual)
 }
 
 /// Of a test that runs for each row.
-template <typename Row>
-std::string RowName(const ::testing::TestParamInfo<Row>& row)
-{
-    return row.param.name;
-}
-
 TEST(TypeLibrary, IsVorlaneVersionOne)
 {
     const auto library = ProductLibrary();
@@ -106,7 +101,7 @@ TEST_P(TypeLibraryInterface, HasItsMembersInTheirSlots)
     EXPECT_EQ('\n' + MembersText(*SlotsOf(*type.Get()).Get()), GetParam().members);
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, TypeLibraryInterface, ::testing::ValuesIn(goldenInterfaces), RowName<GoldenInterface>);
+INSTANTIATE_TEST_SUITE_P(Each, TypeLibraryInterface, ::testing::ValuesIn(goldenInterfaces), rowName);
 
 class TypeLibraryEvents : public ::testing::TestWithParam<GoldenInterface> {};
 
@@ -125,7 +120,7 @@ TEST_P(TypeLibraryEvents, HaveTheirMethodsInOrder)
     EXPECT_EQ('\n' + MembersText(*type.Get()), GetParam().members);
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, TypeLibraryEvents, ::testing::ValuesIn(goldenEvents), RowName<GoldenInterface>);
+INSTANTIATE_TEST_SUITE_P(Each, TypeLibraryEvents, ::testing::ValuesIn(goldenEvents), rowName);
 
 class TypeLibraryClass : public ::testing::TestWithParam<GoldenClass> {};
 
@@ -143,6 +138,6 @@ TEST_P(TypeLibraryClass, HasItsDefaultInterfaceAndEvents)
     EXPECT_EQ(ImplementedText(*TypeByGuid(GetParam().identifier).Get()), GetParam().implemented);
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, TypeLibraryClass, ::testing::ValuesIn(goldenClasses), RowName<GoldenClass>);
+INSTANTIATE_TEST_SUITE_P(Each, TypeLibraryClass, ::testing::ValuesIn(goldenClasses), rowName);
 
 } // namespace

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "support/RowName.h"
 #include "support/product/IntegrationTest.h"
 #include "support/com/LateBound.h"
 #include "support/product/ProductDialogs.h"
@@ -24,12 +25,6 @@ protected:
 
     std::vector<BYTE> buffer;
 };
-
-template <class Row>
-std::string RowName(const ::testing::TestParamInfo<Row>& row)
-{
-    return row.param.name;
-}
 
 // Names of printers
 
@@ -66,7 +61,7 @@ const NameRow unknownNames[] = {
     {"LoneSurrogate",    loneSurrogate        },
 };
 
-INSTANTIATE_TEST_SUITE_P(Each, UnknownName, ::testing::ValuesIn(unknownNames), RowName<NameRow>);
+INSTANTIATE_TEST_SUITE_P(Each, UnknownName, ::testing::ValuesIn(unknownNames), rowName);
 
 class OddName : public BadInput, public ::testing::WithParamInterface<NameRow> {};
 
@@ -88,7 +83,7 @@ const NameRow oddNames[] = {
     {"Quotes",   L"\"Label\""           },
 };
 
-INSTANTIATE_TEST_SUITE_P(Each, OddName, ::testing::ValuesIn(oddNames), RowName<NameRow>);
+INSTANTIATE_TEST_SUITE_P(Each, OddName, ::testing::ValuesIn(oddNames), rowName);
 
 // Share names
 
@@ -223,76 +218,6 @@ TEST_F(BadInput, UnknownMemberIsUnknown)
     const auto printer = BoundPrinter();
     EXPECT_EQ(LateBound(printer.Get()).Get("Colour").result, DISP_E_UNKNOWNNAME);
 }
-
-// Null out pointers
-
-Answer AnswerUnbound(const PrinterGetter& getter)
-{
-    return getter.first == PrinterGetter::First::Binding ? printerNotInitialized : invalidArgument;
-}
-
-std::vector<PrinterGetter> AllPrinterGetters()
-{
-    std::vector<PrinterGetter> getters(std::begin(printerTexts), std::end(printerTexts));
-    getters.insert(getters.end(), std::begin(printerFlags), std::end(printerFlags));
-    getters.insert(getters.end(), std::begin(printerChildren), std::end(printerChildren));
-    return getters;
-}
-
-class PrinterNullOut : public BadInput, public ::testing::WithParamInterface<PrinterGetter> {};
-
-TEST_P(PrinterNullOut, IsRefusedUnboundInTheOrderOfTheChecks)
-{
-    const auto printer = CreatePrinter();
-    EXPECT_EQ(AnswerOf(GetParam().call(*printer.Get(), nullptr)), AnswerUnbound(GetParam()));
-}
-
-TEST_P(PrinterNullOut, IsRefusedBound)
-{
-    const auto printer = BoundPrinter();
-    EXPECT_EQ(AnswerOf(GetParam().call(*printer.Get(), nullptr)), invalidArgument);
-    EXPECT_EQ(Comment(*printer.Get()), L"Shipping labels");
-}
-
-INSTANTIATE_TEST_SUITE_P(Each, PrinterNullOut, ::testing::ValuesIn(AllPrinterGetters()), RowName<PrinterGetter>);
-
-std::vector<StatusGetter> AllStatusGetters()
-{
-    std::vector<StatusGetter> getters(std::begin(statusSummary), std::end(statusSummary));
-    getters.insert(getters.end(), std::begin(extendedConditions), std::end(extendedConditions));
-    for (const StatusCondition& condition : spoolerConditions) getters.push_back(condition);
-    return getters;
-}
-
-class StatusNullOut : public BadInput, public ::testing::WithParamInterface<StatusGetter> {
-protected:
-    ComPtr<IPrinter> printer = CreatePrinter();
-
-    void TearDown() override
-    {
-        printer.Reset();
-        BadInput::TearDown();
-    }
-};
-
-TEST_P(StatusNullOut, IsRefusedUnbound)
-{
-    EXPECT_EQ(AnswerOf(GetParam().call(*StatusOf(*printer.Get()).Get(), nullptr)), invalidArgument);
-}
-
-TEST_P(StatusNullOut, IsRefusedBound)
-{
-    EXPECT_EQ(Initialize(*printer.Get(), printerName), S_OK);
-    EXPECT_EQ(AnswerOf(GetParam().call(*StatusOf(*printer.Get()).Get(), nullptr)), invalidArgument);
-}
-
-TEST_P(StatusNullOut, IsNotWhatAnUnboundObjectComplainsAboutOtherwise)
-{
-    BYTE out[16] = {};
-    EXPECT_EQ(AnswerOf(GetParam().call(*StatusOf(*printer.Get()).Get(), out)), statusNotInitialized);
-}
-
-INSTANTIATE_TEST_SUITE_P(Each, StatusNullOut, ::testing::ValuesIn(AllStatusGetters()), RowName<StatusGetter>);
 
 // Wild pointers
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "support/RowName.h"
 #include "support/product/IntegrationTest.h"
 #include "support/com/LateBound.h"
 #include "support/product/ProductDialogs.h"
@@ -32,12 +33,6 @@ ULONG ReferencesOf(IUnknown* object)
 }
 
 class Lifetime : public IntegrationTest {};
-
-template <class Row>
-std::string RowName(const ::testing::TestParamInfo<Row>& row)
-{
-    return row.param.name;
-}
 
 // Counts
 
@@ -195,7 +190,7 @@ TEST_P(LifetimeOfPart, CanGoFirst)
     EXPECT_EQ(PartOf(*printer.Get()).Reset(), 1u);
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, LifetimeOfPart, ::testing::ValuesIn(printerChildren), RowName<PrinterGetter>);
+INSTANTIATE_TEST_SUITE_P(Each, LifetimeOfPart, ::testing::ValuesIn(printerChildren), rowName);
 
 // Half-built objects and short memory
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "support/RowName.h"
 #include "support/product/IntegrationTest.h"
 #include "support/product/ProductHeap.h"
 #include "support/TemporaryDirectory.h"
@@ -68,12 +69,6 @@ struct Failing {
     DWORD nth;
     DWORD error;
 };
-
-template <class Row>
-std::string RowName(const ::testing::TestParamInfo<Row>& row)
-{
-    return row.param.name;
-}
 
 // Binding
 
@@ -317,7 +312,7 @@ TEST_P(FailedWrite, CanBeDoneAgain)
     EXPECT_EQ(AnswerOf(GetParam().put(*printer.Get())), succeeded);
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, FailedWrite, ValuesIn(writeFailures), RowName<WriteFailure>);
+INSTANTIATE_TEST_SUITE_P(Each, FailedWrite, ValuesIn(writeFailures), rowName);
 
 TEST_F(SpoolerFailures, UnreadShareNameSharesThePrinterUnderItsOwn)
 {
@@ -388,7 +383,7 @@ TEST_P(FailedSendingCall, LeavesThePrinterAsTheSpoolerHasIt)
     EXPECT_EQ(Send(*printer.Get()), GetParam().again);
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, FailedSendingCall, ValuesIn(sendFailures), RowName<SendFailure>);
+INSTANTIATE_TEST_SUITE_P(Each, FailedSendingCall, ValuesIn(sendFailures), rowName);
 
 TEST_F(FailedSending, DocumentWithoutANumberWasNotStarted)
 {
@@ -428,83 +423,6 @@ TEST_F(FailedSending, WriteThatFailsBehindAPartClosesPageAndDocument)
     EXPECT_EQ(SpoolerCalls(SpoolerCall::EndPagePrinter), 1u);
     EXPECT_EQ(SpoolerCalls(SpoolerCall::EndDocPrinter), 1u);
 }
-
-// Status
-
-class UnreadStatus : public SpoolerFailures, public ::testing::WithParamInterface<DWORD> {};
-
-TEST_P(UnreadStatus, ReadsAsReady)
-{
-    const auto printer = BoundPrinter();
-    const auto status = StatusOf(*printer.Get());
-    FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, GetParam());
-    EXPECT_EQ(Text(*status.Get(), &IPrinterStatus::get_Text), L"Ready");
-    EXPECT_EQ(Text(*status.Get(), &IPrinterStatus::get_Text), L"Paper Out, Offline");
-}
-
-TEST_P(UnreadStatus, HasNoCondition)
-{
-    const auto printer = BoundPrinter();
-    const auto status = StatusOf(*printer.Get());
-    FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, GetParam());
-    EXPECT_EQ(Bool(*status.Get(), &IPrinterStatus::get_PaperOut), VARIANT_FALSE);
-    EXPECT_EQ(Bool(*status.Get(), &IPrinterStatus::get_PaperOut), VARIANT_TRUE);
-}
-
-TEST_P(UnreadStatus, IsNoError)
-{
-    const auto printer = BoundPrinter();
-    const auto status = StatusOf(*printer.Get());
-    FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, GetParam());
-    EXPECT_EQ(Bool(*status.Get(), &IPrinterStatus::get_Error), VARIANT_FALSE);
-    EXPECT_EQ(Bool(*status.Get(), &IPrinterStatus::get_Error), VARIANT_TRUE);
-}
-
-TEST_P(UnreadStatus, IsNoWarning)
-{
-    ::SpoolerSetPrinterStatus(printerName, PRINTER_STATUS_TONER_LOW);
-    const auto printer = BoundPrinter();
-    const auto status = StatusOf(*printer.Get());
-    FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, GetParam());
-    EXPECT_EQ(Bool(*status.Get(), &IPrinterStatus::get_Warning), VARIANT_FALSE);
-    EXPECT_EQ(Bool(*status.Get(), &IPrinterStatus::get_Warning), VARIANT_TRUE);
-}
-
-TEST_P(UnreadStatus, OfJobsLeavesThePrinters)
-{
-    AddJob({.statusText = L"Cleaning the head"});
-    const auto printer = BoundPrinter();
-    const auto status = StatusOf(*printer.Get());
-    FailNext(SpoolerCall::EnumJobsW, ERROR_ACCESS_DENIED, GetParam());
-    EXPECT_EQ(Text(*status.Get(), &IPrinterStatus::get_Text), L"Paper Out, Offline");
-    EXPECT_EQ(Text(*status.Get(), &IPrinterStatus::get_Text), L"Cleaning the head");
-}
-
-TEST_P(UnreadStatus, OfTheOdometerIsZero)
-{
-    const auto printer = BoundPrinter();
-    const auto status = StatusOf(*printer.Get());
-    unsigned long pages = 99;
-    FailNext(SpoolerCall::GetPrinterDataExW, ERROR_ACCESS_DENIED, GetParam());
-    EXPECT_EQ(AnswerOf(status->get_OdometerPages(&pages)), succeeded);
-    EXPECT_EQ(pages, 0u);
-    EXPECT_EQ(AnswerOf(status->get_OdometerPages(&pages)), succeeded);
-    EXPECT_EQ(pages, 1234u);
-}
-
-TEST_P(UnreadStatus, OfTheDistanceIsZero)
-{
-    const auto printer = BoundPrinter();
-    const auto status = StatusOf(*printer.Get());
-    float distance = 99;
-    FailNext(SpoolerCall::GetPrinterDataExW, ERROR_ACCESS_DENIED, GetParam());
-    EXPECT_EQ(AnswerOf(status->get_OdometerDistance(&distance)), succeeded);
-    EXPECT_EQ(distance, 0.0F);
-    EXPECT_EQ(AnswerOf(status->get_OdometerDistance(&distance)), succeeded);
-    EXPECT_EQ(distance, 5.5F);
-}
-
-INSTANTIATE_TEST_SUITE_P(Calls, UnreadStatus, Values(1, 2));
 
 // Everything that a member asks of the spooler, failing in turn
 
@@ -600,6 +518,6 @@ TEST_P(EverySpoolerCall, FailingInTurnLeavesThePrinterUsable)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, EverySpoolerCall, ValuesIn(members), RowName<Member>);
+INSTANTIATE_TEST_SUITE_P(Each, EverySpoolerCall, ValuesIn(members), rowName);
 
 } // namespace

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/classes/PrinterBinding.h"
 
+#include "support/AllocationFailure.h"
 #include "support/spooler/SpoolerTest.h"
 #include "vrl/frame/Bstr.h"
 #include "vrl/classes/Printer.h"
+#include "vrl/frame/MethodGuard.h"
 #include "vrl/frame/VRException.h"
 
 namespace {
@@ -82,6 +84,28 @@ TEST_F(PrinterBindingTest, RebindingToAnotherNameTakesTheOtherPrinter)
     xPrinter.Set(XPrinterRef::Acquire(OString("Label")));
     EXPECT_EQ(RebindToPrinter(xPrinter, Open(L"Other").Get()), S_OK);
     EXPECT_EQ((*xPrinter.Get())->GetPrinterName(), "Other");
+}
+
+TEST_F(PrinterBindingTest, RebindingToTheSameNameKeepsTheBinding)
+{
+    xPrinter.Set(XPrinterRef::Acquire(OString("Label")));
+    const auto before = xPrinter.Get();
+    EXPECT_EQ(RebindToPrinter(xPrinter, Open(L"LABEL").Get()), S_OK);
+    EXPECT_EQ(xPrinter.Get(), before);
+}
+
+TEST_F(PrinterBindingTest, PrinterThatCannotBeHadLeavesTheObjectUnbound)
+{
+    const auto printer = Open(L"Other");
+    xPrinter.Set(XPrinterRef::Acquire(OString("Label")));
+    bool failed = true;
+    for (int allowed = 0; failed && xPrinter.Get(); ++allowed) {
+        const AllocationFailure failure(allowed);
+        EXPECT_TRUE(FAILED(Contain([&] { return RebindToPrinter(xPrinter, printer.Get()); })) ||
+                    !AllocationFailure::Happened());
+        failed = AllocationFailure::Happened();
+    }
+    EXPECT_EQ(xPrinter.Get(), nullptr);
 }
 
 } // namespace

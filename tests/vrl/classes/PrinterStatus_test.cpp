@@ -1,63 +1,39 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/classes/PrinterStatus.h"
 
-#include "support/com/ErrorInformation.h"
+#include "support/com/Answer.h"
+#include "support/com/BstrText.h"
+#include "support/com/Getters.h"
 #include "support/spooler/SpoolerTest.h"
-#include "vrl/frame/Bstr.h"
 #include "vrl/classes/Printer.h"
 #include "vrl/core/XPrinterPool.h"
+#include "vrl/frame/Module.h"
+
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
 using Microsoft::WRL::ComPtr;
 
-struct ConditionRow {
-    const char* name;
-    HRESULT (IPrinterStatus::*get)(VARIANT_BOOL*);
-    DWORD bit;
-};
+/// A driver interface with answers of the test's own, which notes the conditions that it is asked for.
+class MadeUpDriver final : public DriverInterface {
+public:
+    void Attach(const OString&, HANDLE) override {}
+    bool TestStatusFlag(int condition) override
+    {
+        asked.push_back(condition);
+        return condition == holding;
+    }
+    int GetStatusSeverity() override { return severity; }
+    Odometer GetOdometer() override { return odometer; }
+    void SetOdometer(const Odometer&) override {}
 
-const ConditionRow spoolerConditions[] = {
-    {"Paused",                   &IPrinterStatus::get_Paused,                   0x00000001},
-    {"PaperJam",                 &IPrinterStatus::get_PaperJam,                 0x00000008},
-    {"PaperOut",                 &IPrinterStatus::get_PaperOut,                 0x00000010},
-    {"ManualFeed",               &IPrinterStatus::get_ManualFeed,               0x00000020},
-    {"PaperProblem",             &IPrinterStatus::get_PaperProblem,             0x00000040},
-    {"Offline",                  &IPrinterStatus::get_Offline,                  0x00000080},
-    {"IOActive",                 &IPrinterStatus::get_IOActive,                 0x00000100},
-    {"Busy",                     &IPrinterStatus::get_Busy,                     0x00000200},
-    {"Printing",                 &IPrinterStatus::get_Printing,                 0x00000400},
-    {"OutputFull",               &IPrinterStatus::get_OutputFull,               0x00000800},
-    {"NotAvailable",             &IPrinterStatus::get_NotAvailable,             0x00001000},
-    {"Waiting",                  &IPrinterStatus::get_Waiting,                  0x00002000},
-    {"Processing",               &IPrinterStatus::get_Processing,               0x00004000},
-    {"Initializing",             &IPrinterStatus::get_Initializing,             0x00008000},
-    {"WarmingUp",                &IPrinterStatus::get_WarmingUp,                0x00010000},
-    {"TonerLow",                 &IPrinterStatus::get_TonerLow,                 0x00020000},
-    {"NoToner",                  &IPrinterStatus::get_NoToner,                  0x00040000},
-    {"UserInterventionRequired", &IPrinterStatus::get_UserInterventionRequired, 0x00100000},
-    {"OutOfMemory",              &IPrinterStatus::get_OutOfMemory,              0x00200000},
-    {"DoorOpen",                 &IPrinterStatus::get_DoorOpen,                 0x00400000},
-    {"PowerSave",                &IPrinterStatus::get_PowerSave,                0x01000000},
-};
-
-const ConditionRow extendedConditions[] = {
-    {"LabelPresent",    &IPrinterStatus::get_LabelPresent,    0},
-    {"PrinterPaused",   &IPrinterStatus::get_PrinterPaused,   0},
-    {"BatteryLow",      &IPrinterStatus::get_BatteryLow,      0},
-    {"BatteryCharging", &IPrinterStatus::get_BatteryCharging, 0},
-    {"RibbonLow",       &IPrinterStatus::get_RibbonLow,       0},
-    {"RibbonOut",       &IPrinterStatus::get_RibbonOut,       0},
-    {"RibbonError",     &IPrinterStatus::get_RibbonError,     0},
-    {"PaperLow",        &IPrinterStatus::get_PaperLow,        0},
-    {"HeadOpen",        &IPrinterStatus::get_HeadOpen,        0},
-    {"HeadError",       &IPrinterStatus::get_HeadError,       0},
-    {"CutterError",     &IPrinterStatus::get_CutterError,     0},
-};
-
-const ConditionRow severities[] = {
-    {"Warning", &IPrinterStatus::get_Warning, 0},
-    {"Error",   &IPrinterStatus::get_Error,   0},
+    std::vector<int> asked;
+    int holding = 0; ///< the one condition that holds
+    int severity = StatusSeverityNormal;
+    Odometer odometer;
 };
 
 class PrinterStatusTest : public SpoolerTest {
@@ -65,203 +41,175 @@ protected:
     void SetUp() override
     {
         SpoolerTest::SetUp();
-        ComPtr<Printer> printer;
-        ASSERT_EQ(CreateInstance(printer.GetAddressOf()), S_OK);
-        const OBstr name = ToBstr(OString(printerName));
-        ASSERT_EQ(printer->Initialize(name.Get()), S_OK);
-        ASSERT_EQ(printer->get_Status(&status), S_OK);
-        ::SpoolerClearLog();
+        ASSERT_EQ(CreateInstance(status.GetAddressOf()), S_OK);
     }
 
     void TearDown() override
     {
         status.Reset();
         EXPECT_EQ(XPrinterPool::GetCount(), 0);
+        EXPECT_TRUE(Module::IsIdle());
         SpoolerTest::TearDown();
     }
 
-    VARIANT_BOOL Read(const ConditionRow& row)
+    static ComPtr<Printer> Open(const wchar_t* name)
+    {
+        ComPtr<Printer> printer;
+        EXPECT_EQ(CreateInstance(printer.GetAddressOf()), S_OK);
+        EXPECT_EQ(printer->Initialize(NewBstr(name).Get()), S_OK);
+        return printer;
+    }
+
+    /// Binds the object to "Label" with the made-up driver in the place of the printer's own.
+    void BindMadeUp()
+    {
+        PrinterDriverRef ref(XPrinterRef::Acquire(OString(printerName)));
+        ref.driver = &driver;
+        status->Bind(std::move(ref));
+        ::SpoolerClearLog();
+    }
+
+    VARIANT_BOOL Read(const StatusGetter& getter)
     {
         VARIANT_BOOL value = 99;
-        EXPECT_EQ((status.Get()->*row.get)(&value), S_OK) << row.name;
+        EXPECT_EQ(getter.call(*status.Get(), &value), S_OK) << getter;
         return value;
     }
 
-    OString Text()
+    static std::vector<StatusCondition> Conditions()
     {
-        OBstr text;
-        EXPECT_EQ(status->get_Text(text.Receive()), S_OK);
-        return FromBstr(text.Get());
+        std::vector<StatusCondition> conditions(std::begin(spoolerConditions), std::end(spoolerConditions));
+        conditions.insert(conditions.end(), std::begin(extendedConditions), std::end(extendedConditions));
+        return conditions;
     }
 
-    ComPtr<IPrinterStatus> status;
+    static std::vector<StatusGetter> Getters()
+    {
+        std::vector<StatusGetter> getters(std::begin(statusSummary), std::end(statusSummary));
+        for (const StatusCondition& condition : Conditions()) getters.push_back(condition);
+        return getters;
+    }
+
+    MadeUpDriver driver;
+    ComPtr<PrinterStatus> status;
 };
 
-TEST_F(PrinterStatusTest, ConditionReadsItsBitAsMinusOneOrZero)
-{
-    for (const ConditionRow& row : spoolerConditions) {
-        ::SpoolerSetPrinterStatus(printerName, row.bit);
-        EXPECT_EQ(Read(row), -1) << row.name;
-        ::SpoolerSetPrinterStatus(printerName, ~row.bit);
-        EXPECT_EQ(Read(row), 0) << row.name;
-    }
-}
+// Members
 
-TEST_F(PrinterStatusTest, ConditionCostsOneReadOfLevel6)
+TEST_F(PrinterStatusTest, EachConditionAsksTheDriverForItsNumberOnly)
 {
-    for (const ConditionRow& row : spoolerConditions) {
-        ::SpoolerClearLog();
-        Read(row);
-        EXPECT_EQ(::SpoolerCalls(SpoolerCall::GetPrinterW, 6, printerName), 2u) << row.name;
-        EXPECT_EQ(::SpoolerLogLength(), 2u) << row.name;
+    BindMadeUp();
+    for (const StatusCondition& condition : Conditions()) {
+        driver.asked.clear();
+        driver.holding = condition.number;
+        EXPECT_EQ(Read(condition), -1) << condition;
+        EXPECT_EQ(driver.asked, std::vector{condition.number}) << condition;
+        driver.holding = 0;
+        EXPECT_EQ(Read(condition), 0) << condition;
     }
-}
-
-TEST_F(PrinterStatusTest, ExtendedConditionOfAPlainPrinterIsFalseWithoutASpoolerCall)
-{
-    ::SpoolerSetPrinterStatus(printerName, 0xFFFFFFFF);
-    for (const ConditionRow& row : extendedConditions) EXPECT_EQ(Read(row), 0) << row.name;
     EXPECT_EQ(::SpoolerLogLength(), 0u);
 }
 
-TEST_F(PrinterStatusTest, PlainErrorHasNeitherTextNorCondition)
-{
-    ::SpoolerSetPrinterStatus(printerName, 0x00000002);
-    EXPECT_TRUE(Text().IsEmpty());
-    EXPECT_EQ(Read(severities[1]), -1);
-    for (const ConditionRow& row : spoolerConditions) EXPECT_EQ(Read(row), 0) << row.name;
-    for (const ConditionRow& row : extendedConditions) EXPECT_EQ(Read(row), 0) << row.name;
-}
-
-TEST_F(PrinterStatusTest, TextAndSeverityFollowTheStatusWord)
+TEST_F(PrinterStatusTest, WarningAndErrorAreSeveritiesAndAnyOtherNumberIsNeither)
 {
     static constexpr struct {
-        DWORD word;
-        const char* text;
+        int severity;
         VARIANT_BOOL warning;
         VARIANT_BOOL error;
     } rows[] = {
-        {0x00000000, "Ready",                0,  0 },
-        {0x00000018, "Paper Jam, Paper Out", 0,  -1},
-        {0x00000402, "Printing",             0,  -1},
-        {0x00020000, "Toner Low",            -1, 0 },
-        {0x00020008, "Paper Jam, Toner Low", 0,  -1},
-        {0x01000000, "Power Save",           -1, 0 },
+        {0,  0,  0 },
+        {1,  0,  0 },
+        {2,  0,  -1},
+        {3,  -1, 0 },
+        {4,  0,  0 },
+        {-1, 0,  0 },
     };
+    BindMadeUp();
     for (const auto& row : rows) {
-        ::SpoolerSetPrinterStatus(printerName, row.word);
-        EXPECT_EQ(Text(), row.text);
-        EXPECT_EQ(Read(severities[0]), row.warning) << row.text;
-        EXPECT_EQ(Read(severities[1]), row.error) << row.text;
+        driver.severity = row.severity;
+        VARIANT_BOOL warning = 99;
+        VARIANT_BOOL error = 99;
+        EXPECT_EQ(status->get_Warning(&warning), S_OK);
+        EXPECT_EQ(status->get_Error(&error), S_OK);
+        EXPECT_EQ(warning, row.warning) << row.severity;
+        EXPECT_EQ(error, row.error) << row.severity;
     }
 }
 
-TEST_F(PrinterStatusTest, FirstJobsTextIsTheText)
+TEST_F(PrinterStatusTest, OdometerIsTheDrivers)
 {
-    SpoolerJob job;
-    job.statusText = L"Waiting for labels";
-    AddJob(job);
-    EXPECT_EQ(Text(), "Waiting for labels");
-}
-
-TEST_F(PrinterStatusTest, PrinterThatCannotBeAskedReadsAsReady)
-{
-    ::SpoolerSetPrinterStatus(printerName, 0xFFFFFFFF);
-    for (const ConditionRow& row : spoolerConditions) {
-        FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED);
-        EXPECT_EQ(Read(row), 0) << row.name;
-    }
-    for (const ConditionRow& row : severities) {
-        FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED);
-        EXPECT_EQ(Read(row), 0) << row.name;
-    }
-    FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED);
-    EXPECT_EQ(Text(), "Ready");
-}
-
-TEST_F(PrinterStatusTest, OdometerIsTheStoredOne)
-{
-    SpoolerSetNumberData(printerName, L"Gantry", L"Odometer Pages", 0xFFFFFFFE);
-    const double distance = 1234.5;
-    ::SpoolerSetData(printerName, L"Gantry", L"Odometer Distance", REG_BINARY, &distance, sizeof distance);
-
+    BindMadeUp();
+    driver.odometer = Odometer(0xFFFFFFFE, 1234.5);
     unsigned long pages = 0;
     float millimetres = 0;
     EXPECT_EQ(status->get_OdometerPages(&pages), S_OK);
     EXPECT_EQ(status->get_OdometerDistance(&millimetres), S_OK);
     EXPECT_EQ(pages, 0xFFFFFFFEul);
-    EXPECT_EQ(millimetres, 1234.5f);
+    EXPECT_EQ(millimetres, 1234.5F);
 }
 
-TEST_F(PrinterStatusTest, PrinterWithoutStoredOdometerShowsNothing)
+TEST_F(PrinterStatusTest, TextIsThePrinters)
 {
-    unsigned long pages = 99;
-    float millimetres = 99;
-    EXPECT_EQ(status->get_OdometerPages(&pages), S_OK);
-    EXPECT_EQ(status->get_OdometerDistance(&millimetres), S_OK);
-    EXPECT_EQ(pages, 0ul);
-    EXPECT_EQ(millimetres, 0.0f);
+    SpoolerJob job;
+    job.statusText = L"Waiting for labels";
+    AddJob(job);
+    ASSERT_EQ(status->Initialize(Open(printerName).Get()), S_OK);
+    OwnedBstr text;
+    EXPECT_EQ(status->get_Text(text.Receive()), S_OK);
+    EXPECT_EQ(TextOf(text.Get()), L"Waiting for labels");
+}
+
+// Checks
+
+TEST_F(PrinterStatusTest, EveryMemberTestsItsOutPointerFirst)
+{
+    for (const StatusGetter& getter : Getters()) {
+        EXPECT_EQ(AnswerOf(getter.call(*status.Get(), nullptr)), invalidArgument) << getter;
+    }
+    BindMadeUp();
+    for (const StatusGetter& getter : Getters()) {
+        EXPECT_EQ(AnswerOf(getter.call(*status.Get(), nullptr)), invalidArgument) << getter;
+    }
+}
+
+TEST_F(PrinterStatusTest, EveryMemberSaysThatAnUnboundObjectIsNotInitialized)
+{
+    for (const StatusGetter& getter : Getters()) {
+        BYTE out[16] = {};
+        EXPECT_EQ(AnswerOf(getter.call(*status.Get(), out)), statusNotInitialized) << getter;
+    }
+}
+
+// Binding
+
+TEST_F(PrinterStatusTest, IsBoundToThePrinterAndItsDriver)
+{
+    ASSERT_EQ(status->Initialize(Open(printerName).Get()), S_OK);
+    ::SpoolerSetPrinterStatus(printerName, PRINTER_STATUS_PAPER_OUT);
+    VARIANT_BOOL out = 0;
+    EXPECT_EQ(status->get_PaperOut(&out), S_OK);
+    EXPECT_EQ(out, -1);
 }
 
 TEST_F(PrinterStatusTest, OutlivesItsPrinterObject)
 {
+    auto printer = Open(printerName);
+    ComPtr<IPrinterStatus> part;
+    ASSERT_EQ(printer->get_Status(&part), S_OK);
+    printer.Reset();
     EXPECT_EQ(XPrinterPool::GetCount(), 1);
-    EXPECT_EQ(Text(), "Ready");
+    OwnedBstr text;
+    EXPECT_EQ(part->get_Text(text.Receive()), S_OK);
+    EXPECT_EQ(TextOf(text.Get()), L"Ready");
 }
 
 TEST_F(PrinterStatusTest, FailedBindingLeavesTheObjectUnbound)
 {
-    ASSERT_EQ(static_cast<PrinterStatus*>(status.Get())->Initialize(nullptr), E_INVALIDARG);
-    EXPECT_EQ(TakeErrorInformation().description, "Invalid argument");
-    VARIANT_BOOL value = 0;
-    EXPECT_EQ(status->get_Paused(&value), static_cast<HRESULT>(0x80042100));
+    ASSERT_EQ(status->Initialize(Open(printerName).Get()), S_OK);
+    ASSERT_EQ(AnswerOf(status->Initialize(nullptr)), invalidArgument);
+    VARIANT_BOOL paused = 0;
+    EXPECT_EQ(AnswerOf(status->get_Paused(&paused)), statusNotInitialized);
     EXPECT_EQ(XPrinterPool::GetCount(), 0);
-}
-
-class UnboundPrinterStatusTest : public ::testing::Test {
-protected:
-    void SetUp() override { ASSERT_EQ(CreateInstance(status.GetAddressOf()), S_OK); }
-
-    static void ExpectFailure(HRESULT result, HRESULT expected, const char* text, const char* member)
-    {
-        EXPECT_EQ(result, expected) << member;
-        EXPECT_EQ(TakeErrorInformation().description, text) << member;
-    }
-
-    ComPtr<PrinterStatus> status;
-};
-
-constexpr HRESULT notInitialized = static_cast<HRESULT>(0x80042100);
-constexpr const char* notInitializedText = "PrinterStatus object not initialized";
-
-TEST_F(UnboundPrinterStatusTest, EveryMemberSaysThatItIsNotInitialized)
-{
-    VARIANT_BOOL value = 0;
-    BSTR text = nullptr;
-    unsigned long pages = 0;
-    float distance = 0;
-    const auto expect = [&](HRESULT result, const char* member) {
-        ExpectFailure(result, notInitialized, notInitializedText, member);
-    };
-    for (const ConditionRow& row : spoolerConditions) expect((status.Get()->*row.get)(&value), row.name);
-    for (const ConditionRow& row : extendedConditions) expect((status.Get()->*row.get)(&value), row.name);
-    for (const ConditionRow& row : severities) expect((status.Get()->*row.get)(&value), row.name);
-    expect(status->get_Text(&text), "Text");
-    expect(status->get_OdometerPages(&pages), "OdometerPages");
-    expect(status->get_OdometerDistance(&distance), "OdometerDistance");
-}
-
-TEST_F(UnboundPrinterStatusTest, NullOutPointerIsTestedFirst)
-{
-    const auto expect = [&](HRESULT result, const char* member) {
-        ExpectFailure(result, E_INVALIDARG, "Invalid argument", member);
-    };
-    for (const ConditionRow& row : spoolerConditions) expect((status.Get()->*row.get)(nullptr), row.name);
-    for (const ConditionRow& row : extendedConditions) expect((status.Get()->*row.get)(nullptr), row.name);
-    for (const ConditionRow& row : severities) expect((status.Get()->*row.get)(nullptr), row.name);
-    expect(status->get_Text(nullptr), "Text");
-    expect(status->get_OdometerPages(nullptr), "OdometerPages");
-    expect(status->get_OdometerDistance(nullptr), "OdometerDistance");
 }
 
 } // namespace

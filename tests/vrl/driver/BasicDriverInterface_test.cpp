@@ -167,6 +167,10 @@ TEST_F(BasicDriverInterfaceTest, PrinterThatCannotBeAskedLooksReady)
     for (const DWORD nth : {1u, 2u}) {
         FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, nth);
         EXPECT_EQ(driver.GetStatusText(), "Ready") << nth;
+        FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, nth);
+        EXPECT_FALSE(driver.TestStatusFlag(102)) << nth;
+        FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, nth);
+        EXPECT_EQ(driver.GetStatusSeverity(), StatusSeverityNormal) << nth;
     }
 }
 

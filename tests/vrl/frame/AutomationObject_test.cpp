@@ -16,7 +16,7 @@
 
 namespace sample {
 
-/// What a `Member` object is bound to.
+/// What a `SampleObject` object is bound to.
 class Thing {
 public:
     OString GetText() const { return _text; }
@@ -38,21 +38,21 @@ struct ThingRef {
     Thing& operator*() const noexcept { return *thing; }
 };
 
-class Member;
+class SampleObject;
 
 } // namespace sample
 
-__CRT_UUID_DECL(sample::Member, 0x3f0f1d2a, 0x5f0c, 0x4b53, 0x9d, 0x6e, 0x0f, 0x6b, 0x2a, 0x7b, 0x91, 0x44)
+__CRT_UUID_DECL(sample::SampleObject, 0x3f0f1d2a, 0x5f0c, 0x4b53, 0x9d, 0x6e, 0x0f, 0x6b, 0x2a, 0x7b, 0x91, 0x44)
 
 namespace sample {
 
-using NotBound_E = FixedException<0x80042999, "Member object not initialized">;
+using NotBound_E = FixedException<0x80042999, "Sample object not initialized">;
 
 /// One member in each shape, and hooks into the object's life.
-class Member final : public AutomationObject<Member, IPrintJobsFilter> {
+class SampleObject final : public AutomationObject<SampleObject, IPrintJobsFilter> {
 public:
-    Member() { ++alive; }
-    ~Member() { --alive; }
+    SampleObject() { ++alive; }
+    ~SampleObject() { --alive; }
 
     HRESULT FinalConstruct() noexcept { return constructed; }
     void BeforeLastRelease() noexcept
@@ -70,25 +70,31 @@ public:
         return bound.Check<NotBound_E>();
     }
 
-    HRESULT GetText(Checks order, BSTR* out) { return Get("Member::get_Text", order, out, &Thing::GetText); }
-    HRESULT GetOpen(VARIANT_BOOL* out) { return Get("Member::get_Open", Checks::OutThenBound, out, &Thing::IsOpen); }
-    HRESULT GetLength(float* out) { return Get("Member::get_Length", Checks::OutThenBound, out, &Thing::GetLength); }
-    HRESULT GetSum(long* out) { return Get("Member::get_Sum", Checks::OutThenBound, out, &Thing::Add, 40u, 2u); }
+    HRESULT GetText(Checks order, BSTR* out) { return Get("SampleObject::get_Text", order, out, &Thing::GetText); }
+    HRESULT GetOpen(VARIANT_BOOL* out)
+    {
+        return Get("SampleObject::get_Open", Checks::OutThenBound, out, &Thing::IsOpen);
+    }
+    HRESULT GetLength(float* out)
+    {
+        return Get("SampleObject::get_Length", Checks::OutThenBound, out, &Thing::GetLength);
+    }
+    HRESULT GetSum(long* out) { return Get("SampleObject::get_Sum", Checks::OutThenBound, out, &Thing::Add, 40u, 2u); }
     HRESULT GetRaised(BSTR* out, void (*raise)())
     {
         const auto query = [=](const ThingRef&) {
             raise();
             return OString();
         };
-        return Get("Member::get_Raised", Checks::OutThenBound, out, query);
+        return Get("SampleObject::get_Raised", Checks::OutThenBound, out, query);
     }
-    HRESULT PutText(BSTR text) { return Put("Member::put_Text", &Thing::SetText, text); }
-    HRESULT PutOpen(VARIANT_BOOL open) { return Put("Member::put_Open", &Thing::SetOpen, open); }
-    HRESULT Answer(long code) { return Call("Member::Answer", &Thing::Answer, code); }
-    HRESULT GetPart(IPrintJobsFilter** out) { return GetChild("Member::get_Part", out, part); }
+    HRESULT PutText(BSTR text) { return Put("SampleObject::put_Text", &Thing::SetText, text); }
+    HRESULT PutOpen(VARIANT_BOOL open) { return Put("SampleObject::put_Open", &Thing::SetOpen, open); }
+    HRESULT Answer(long code) { return Call("SampleObject::Answer", &Thing::Answer, code); }
+    HRESULT GetPart(IPrintJobsFilter** out) { return GetChild("SampleObject::get_Part", out, part); }
 
     Bound<ThingRef> bound{_lock};
-    Microsoft::WRL::ComPtr<Member> part;
+    Microsoft::WRL::ComPtr<SampleObject> part;
     std::function<void()> beforeLastRelease;
     std::function<void()> finalRelease;
     mutable int checks = 0;
@@ -103,7 +109,7 @@ public:
 namespace {
 
 using Microsoft::WRL::ComPtr;
-using sample::Member;
+using sample::SampleObject;
 using sample::Thing;
 
 constexpr HRESULT notBound = static_cast<HRESULT>(0x80042999);
@@ -112,15 +118,15 @@ class AutomationObjectTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        Member::constructed = S_OK;
-        Member::finalReleases = 0;
+        SampleObject::constructed = S_OK;
+        SampleObject::finalReleases = 0;
         ASSERT_EQ(CreateInstance(object.GetAddressOf()), S_OK);
     }
 
     void TearDown() override
     {
         object.Reset();
-        EXPECT_EQ(Member::alive, 0);
+        EXPECT_EQ(SampleObject::alive, 0);
         EXPECT_TRUE(Module::IsIdle());
     }
 
@@ -133,7 +139,7 @@ protected:
     }
 
     Thing thing;
-    ComPtr<Member> object;
+    ComPtr<SampleObject> object;
 };
 
 // Life
@@ -146,23 +152,23 @@ TEST_F(AutomationObjectTest, IsMadeWithOneReference)
 TEST_F(AutomationObjectTest, LastReleaseEndsItOnce)
 {
     object.Reset();
-    EXPECT_EQ(Member::finalReleases, 1);
-    EXPECT_EQ(Member::alive, 0);
+    EXPECT_EQ(SampleObject::finalReleases, 1);
+    EXPECT_EQ(SampleObject::alive, 0);
 }
 
 TEST_F(AutomationObjectTest, FailedConstructionEndsItAndIsTheResult)
 {
-    Member::constructed = E_ACCESSDENIED;
-    Member* made = object.Get();
+    SampleObject::constructed = E_ACCESSDENIED;
+    SampleObject* made = object.Get();
     EXPECT_EQ(CreateInstance(&made), E_ACCESSDENIED);
     EXPECT_EQ(made, nullptr);
-    EXPECT_EQ(Member::finalReleases, 1);
-    EXPECT_EQ(Member::alive, 1);
+    EXPECT_EQ(SampleObject::finalReleases, 1);
+    EXPECT_EQ(SampleObject::alive, 1);
 }
 
 TEST_F(AutomationObjectTest, CreationWithoutMemoryIsAResult)
 {
-    Member* made = object.Get();
+    SampleObject* made = object.Get();
     const AllocationFailure failure(0);
     EXPECT_EQ(CreateInstance(&made), E_OUTOFMEMORY);
     EXPECT_EQ(made, nullptr);
@@ -171,9 +177,9 @@ TEST_F(AutomationObjectTest, CreationWithoutMemoryIsAResult)
 TEST_F(AutomationObjectTest, CreationForAnInterfaceThatItHasNotLeavesNothing)
 {
     void* made = object.Get();
-    EXPECT_EQ(CreateObject<Member>(IID_IStream, &made), E_NOINTERFACE);
+    EXPECT_EQ(CreateObject<SampleObject>(IID_IStream, &made), E_NOINTERFACE);
     EXPECT_EQ(made, nullptr);
-    EXPECT_EQ(Member::alive, 1);
+    EXPECT_EQ(SampleObject::alive, 1);
 }
 
 TEST_F(AutomationObjectTest, EndLeavesTheObjectCountable)
@@ -185,17 +191,17 @@ TEST_F(AutomationObjectTest, EndLeavesTheObjectCountable)
         EXPECT_EQ(raw->QueryInterface(IID_PPV_ARGS(&unknown)), S_OK);
     };
     object.Reset();
-    EXPECT_EQ(Member::finalReleases, 1);
+    EXPECT_EQ(SampleObject::finalReleases, 1);
 }
 
 TEST_F(AutomationObjectTest, EndThatRaisesEndsTheObjectAllTheSame)
 {
     for (const RaisedKind& kind : raisedKinds) {
-        ComPtr<Member> other;
+        ComPtr<SampleObject> other;
         ASSERT_EQ(CreateInstance(other.GetAddressOf()), S_OK);
         other->finalRelease = [&] { kind.raise(); };
         other.Reset();
-        EXPECT_EQ(Member::alive, 1) << kind.name;
+        EXPECT_EQ(SampleObject::alive, 1) << kind.name;
     }
 }
 
@@ -215,14 +221,14 @@ TEST_F(AutomationObjectTest, IsAskedBeforeEachReleaseOfItsOnlyReference)
 
 TEST_F(AutomationObjectTest, ReferenceThatIsTakenBeforeTheLastReleaseKeepsItAlive)
 {
-    ComPtr<Member> kept;
+    ComPtr<SampleObject> kept;
     object->beforeLastRelease = [&, raw = object.Get()] {
         raw->beforeLastRelease = nullptr;
         kept = raw;
     };
     object.Reset();
-    EXPECT_EQ(Member::alive, 1);
-    EXPECT_EQ(Member::finalReleases, 0);
+    EXPECT_EQ(SampleObject::alive, 1);
+    EXPECT_EQ(SampleObject::finalReleases, 0);
 }
 
 TEST_F(AutomationObjectTest, IsCountedForStrangersOnlyWhileItLives)
@@ -342,7 +348,7 @@ TEST_F(AutomationObjectTest, SetterTakesATextOrABoolean)
 TEST_F(AutomationObjectTest, SetterAndMethodNeedABoundObject)
 {
     EXPECT_EQ(object->PutText(nullptr), notBound);
-    EXPECT_EQ(TakeErrorInformation().description, "Member object not initialized");
+    EXPECT_EQ(TakeErrorInformation().description, "Sample object not initialized");
     EXPECT_EQ(object->Answer(0), notBound);
 }
 

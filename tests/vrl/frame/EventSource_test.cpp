@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/frame/EventSource.h"
 
+#include "support/RowName.h"
 #include "support/AllocationFailure.h"
 #include "support/BackgroundCall.h"
 #include "support/LockProbe.h"
@@ -549,8 +550,7 @@ protected:
     void Raise() const { GetParam().raise(); }
 };
 
-INSTANTIATE_TEST_SUITE_P(Kinds, RaisingSink, ::testing::ValuesIn(raisedKinds),
-                         [](const auto& kind) { return std::string(kind.param.name); });
+INSTANTIATE_TEST_SUITE_P(Kinds, RaisingSink, ::testing::ValuesIn(raisedKinds), rowName);
 
 TEST_P(RaisingSink, InAnEventIsAFailureAndTheOthersAreCalled)
 {

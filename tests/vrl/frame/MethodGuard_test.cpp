@@ -27,13 +27,13 @@ constexpr CLSID testClass = {
 };
 
 /// Result of a guarded body, and what it left for the caller.
-struct Outcome {
+struct GuardedOutcome {
     HRESULT result;
     ErrorInformation error;
 };
 
 template <class Body>
-Outcome RunGuardedBody(Body&& body)
+GuardedOutcome RunGuardedBody(Body&& body)
 {
     ::SetErrorInfo(0, nullptr);
     const HRESULT result = MethodGuard("Test::Member", testClass, body);
@@ -54,28 +54,28 @@ constexpr HRESULT FromSystem(unsigned long code)
 
 TEST(MethodGuard, BodyThatEndsGivesSuccessWithoutErrorInformation)
 {
-    const Outcome outcome = RunGuardedBody([] {});
+    const GuardedOutcome outcome = RunGuardedBody([] {});
     EXPECT_EQ(outcome.result, S_OK);
     EXPECT_FALSE(outcome.error.present);
 }
 
 TEST(MethodGuard, BodyMayChooseItsResult)
 {
-    const Outcome outcome = RunGuardedBody([] { return S_FALSE; });
+    const GuardedOutcome outcome = RunGuardedBody([] { return S_FALSE; });
     EXPECT_EQ(outcome.result, S_FALSE);
     EXPECT_FALSE(outcome.error.present);
 }
 
 TEST(MethodGuard, FailureThatTheBodyReturnsGetsNoFreshText)
 {
-    const Outcome outcome = RunGuardedBody([] { return E_ACCESSDENIED; });
+    const GuardedOutcome outcome = RunGuardedBody([] { return E_ACCESSDENIED; });
     EXPECT_EQ(outcome.result, E_ACCESSDENIED);
     EXPECT_FALSE(outcome.error.present);
 }
 
 TEST(MethodGuard, ExpectedFailureBecomesItsCodeAndText)
 {
-    const Outcome outcome = RunGuardedBody([] { throw PrinterNotInitialized_E(); });
+    const GuardedOutcome outcome = RunGuardedBody([] { throw PrinterNotInitialized_E(); });
     EXPECT_EQ(outcome.result, static_cast<HRESULT>(0x80042000));
     EXPECT_EQ(outcome.error.description, "Printer object not initialized");
     EXPECT_EQ(outcome.error.guid, IID_NULL);
@@ -97,7 +97,7 @@ TEST(MethodGuard, FailureOfAnUnknownClassHasNoSource)
 TEST(MethodGuard, OwnedTextOfAFailureReachesTheCaller)
 {
     ::SetLastError(ERROR_ACCESS_DENIED);
-    const Outcome outcome = RunGuardedBody([] {
+    const GuardedOutcome outcome = RunGuardedBody([] {
         ::SetLastError(ERROR_ACCESS_DENIED);
         throw SystemError_E();
     });
@@ -107,14 +107,14 @@ TEST(MethodGuard, OwnedTextOfAFailureReachesTheCaller)
 
 TEST(MethodGuard, RootOfTheFamilyIsAnUnspecificFailure)
 {
-    const Outcome outcome = RunGuardedBody([] { throw OStdException("odd"); });
+    const GuardedOutcome outcome = RunGuardedBody([] { throw OStdException("odd"); });
     EXPECT_EQ(outcome.result, E_FAIL);
     EXPECT_EQ(outcome.error.description, "odd");
 }
 
 TEST(MethodGuard, WantOfMemoryHasItsText)
 {
-    const Outcome outcome = RunGuardedBody([] { throw std::bad_alloc(); });
+    const GuardedOutcome outcome = RunGuardedBody([] { throw std::bad_alloc(); });
     EXPECT_EQ(outcome.result, static_cast<HRESULT>(0x8007000E));
     EXPECT_EQ(outcome.error.description, "Out of memory");
 }
@@ -122,27 +122,27 @@ TEST(MethodGuard, WantOfMemoryHasItsText)
 TEST(MethodGuard, WantOfMemoryThrownByPointerIsTheSame)
 {
     static const std::bad_alloc exhausted;
-    const Outcome outcome = RunGuardedBody([] { throw &exhausted; });
+    const GuardedOutcome outcome = RunGuardedBody([] { throw &exhausted; });
     EXPECT_EQ(outcome.result, static_cast<HRESULT>(0x8007000E));
     EXPECT_EQ(outcome.error.description, "Out of memory");
 }
 
 TEST(MethodGuard, InternalFailureBecomesItsSystemCode)
 {
-    const Outcome outcome = RunGuardedBody([] { throw OException(5, "denied"); });
+    const GuardedOutcome outcome = RunGuardedBody([] { throw OException(5, "denied"); });
     EXPECT_EQ(outcome.result, FromSystem(5));
     EXPECT_EQ(outcome.error.description, "denied");
 }
 
 TEST(MethodGuard, OnlyTheLowHalfOfAnInternalCodeGoesOut)
 {
-    const Outcome outcome = RunGuardedBody([] { throw OException(0x12340005, "denied"); });
+    const GuardedOutcome outcome = RunGuardedBody([] { throw OException(0x12340005, "denied"); });
     EXPECT_EQ(outcome.result, FromSystem(5));
 }
 
 TEST(MethodGuard, InternalFailureWithAnEmptyTextHasThatText)
 {
-    const Outcome outcome = RunGuardedBody([] { throw OException(5, ""); });
+    const GuardedOutcome outcome = RunGuardedBody([] { throw OException(5, ""); });
     EXPECT_EQ(outcome.result, FromSystem(5));
     EXPECT_TRUE(outcome.error.present);
     EXPECT_EQ(outcome.error.description, "");
@@ -152,10 +152,10 @@ TEST(MethodGuard, FailuresWhoseReportRunsOutOfMemoryKeepTheirCodes)
 {
     const ImportHook<decltype(::MessageBoxA)> messageBox(
         "MessageBoxA", [](HWND, const char*, const char*, UINT) -> int { throw std::bad_alloc(); });
-    const Outcome internal = RunGuardedBody([] { throw OException(5, "denied"); });
+    const GuardedOutcome internal = RunGuardedBody([] { throw OException(5, "denied"); });
     EXPECT_EQ(internal.result, FromSystem(5));
     EXPECT_EQ(internal.error.description, "denied");
-    const Outcome root = RunGuardedBody([] { throw OStdException("odd"); });
+    const GuardedOutcome root = RunGuardedBody([] { throw OStdException("odd"); });
     EXPECT_EQ(root.result, E_FAIL);
     EXPECT_EQ(root.error.description, "odd");
 }
@@ -163,7 +163,7 @@ TEST(MethodGuard, FailuresWhoseReportRunsOutOfMemoryKeepTheirCodes)
 TEST(MethodGuard, InternalFailureWithoutCodeIsAnInternalError)
 {
     for (const long code : {0L, -1L, -5L}) {
-        const Outcome outcome = RunGuardedBody([code] { throw OException(code, "odd"); });
+        const GuardedOutcome outcome = RunGuardedBody([code] { throw OException(code, "odd"); });
         EXPECT_EQ(outcome.result, static_cast<HRESULT>(0x8007054F)) << code;
         EXPECT_EQ(outcome.error.description, "odd") << code;
     }
@@ -171,20 +171,20 @@ TEST(MethodGuard, InternalFailureWithoutCodeIsAnInternalError)
 
 TEST(MethodGuard, InternalFailureWithoutTextIsUnspecified)
 {
-    const Outcome outcome = RunGuardedBody([] { throw OException(0x1FFFF, nullptr); });
+    const GuardedOutcome outcome = RunGuardedBody([] { throw OException(0x1FFFF, nullptr); });
     EXPECT_EQ(outcome.error.description, "Unspecified error");
 }
 
 TEST(MethodGuard, ExceptionOfTheStandardLibraryIsUnspecified)
 {
-    const Outcome outcome = RunGuardedBody([] { throw std::runtime_error("from elsewhere"); });
+    const GuardedOutcome outcome = RunGuardedBody([] { throw std::runtime_error("from elsewhere"); });
     EXPECT_EQ(outcome.result, E_FAIL);
     EXPECT_EQ(outcome.error.description, "Unspecified error");
 }
 
 TEST(MethodGuard, ExceptionOfAnotherCompilersLanguageIsUnspecified)
 {
-    const Outcome outcome = RunGuardedBody([] { ThrowAsForeignCode(); });
+    const GuardedOutcome outcome = RunGuardedBody([] { ThrowAsForeignCode(); });
     EXPECT_EQ(outcome.result, E_FAIL);
     EXPECT_EQ(outcome.error.description, "Unspecified error");
 }
@@ -222,21 +222,21 @@ TEST(MethodGuard, OnlyInternalFailuresAreShown)
 
 TEST(MethodGuard, BareTextIsUnspecified)
 {
-    const Outcome outcome = RunGuardedBody([] { throw L"Refresh_DriverInfo() Failed."; });
+    const GuardedOutcome outcome = RunGuardedBody([] { throw L"Refresh_DriverInfo() Failed."; });
     EXPECT_EQ(outcome.result, E_FAIL);
     EXPECT_EQ(outcome.error.description, "Unspecified error");
 }
 
 TEST(MethodGuard, AccessViolationIsAnInvalidAddress)
 {
-    const Outcome outcome = RunGuardedBody([] { WriteToNowhere(); });
+    const GuardedOutcome outcome = RunGuardedBody([] { WriteToNowhere(); });
     EXPECT_EQ(outcome.result, FromSystem(ERROR_INVALID_ADDRESS));
     EXPECT_FALSE(outcome.error.description.empty());
 }
 
 TEST(MethodGuard, DivisionByZeroHasItsText)
 {
-    const Outcome outcome = RunGuardedBody([] { DivideByZero(); });
+    const GuardedOutcome outcome = RunGuardedBody([] { DivideByZero(); });
     EXPECT_EQ(outcome.result, FromSystem(ERROR_INTERNAL_ERROR));
     EXPECT_EQ(outcome.error.description, "Division by zero.");
 }
@@ -244,7 +244,7 @@ TEST(MethodGuard, DivisionByZeroHasItsText)
 TEST(MethodGuard, BrokenAssertionTellsItsCondition)
 {
     const bool ready = false;
-    const Outcome outcome = RunGuardedBody([&] { ASSERT(ready); });
+    const GuardedOutcome outcome = RunGuardedBody([&] { ASSERT(ready); });
     EXPECT_EQ(outcome.result, FromSystem(ERROR_INTERNAL_ERROR));
     EXPECT_EQ(outcome.error.description, "ASSERT(ready)");
 }
@@ -265,8 +265,8 @@ TEST(MethodGuard, DestructorsRunBetweenFaultAndResult)
 
 TEST(MethodGuard, GuardsNest)
 {
-    const Outcome outcome = RunGuardedBody([] {
-        const Outcome inner = RunGuardedBody([] { throw InvalidArgument_E(); });
+    const GuardedOutcome outcome = RunGuardedBody([] {
+        const GuardedOutcome inner = RunGuardedBody([] { throw InvalidArgument_E(); });
         EXPECT_EQ(inner.result, E_INVALIDARG);
         throw InvalidPort_E();
     });

@@ -37,8 +37,8 @@ inline const XPrinterRef& PrinterOf(const PrinterDriverRef& binding) noexcept
 
 /// How the parts of a printer are bound to the printer that an `IPrinter` names. The result is that of reading its
 /// name, if that fails. Both throw `InvalidArgument_E` for a null `printer`; what `XPrinterPool::Acquire` throws goes
-/// through. As long as the name is the same but for the case of the letters a to z, the object is never unbound in
-/// between.
+/// through, and leaves the object unbound. As long as the name is the same but for the case of the letters a to z, no
+/// reader finds the object unbound in between, and no lock of the old printer is waited for.
 
 /// Keeps the old printer if no name can be read.
 template <class Binding>
@@ -47,16 +47,18 @@ HRESULT RebindToPrinter(Bound<Binding>& bound, IPrinter* printer)
     OString name;
     const HRESULT result = ReadPrinterName(printer, name);
     if (FAILED(result)) return result;
-
-    auto old = bound.Get();
-    if (old && PrinterOf(*old)->GetPrinterName().CompareNoCase(name) == 0) return S_OK;
-    old.reset(); // the old printer goes before the new one is opened
-    bound.Clear();
-    bound.Set(Binding(XPrinterRef::Acquire(name)));
+    try {
+        XPrinterRef xPrinter = XPrinterRef::Acquire(name);
+        const auto old = bound.Get();
+        if (!old || PrinterOf(*old).Get() != xPrinter.Get()) bound.Set(Binding(std::move(xPrinter)));
+    } catch (...) {
+        bound.Clear();
+        throw;
+    }
     return S_OK;
 }
 
-/// Lets go of the old printer, whatever follows.
+/// Lets go of the old printer if no name can be read.
 template <class Binding>
 HRESULT BindToPrinter(Bound<Binding>& bound, IPrinter* printer)
 try {

@@ -107,13 +107,15 @@ void PrinterWatch::Subscribe()
 std::optional<RecordedBatch> PrinterWatch::Next(HANDLE stop, DWORD timeoutMs)
 {
     if (_lost) return Fetch(true);
-    const HANDLE handles[] = {stop, _notification.Get()}; // in this order: a busy printer can be stopped too
-    switch (::WaitForMultipleObjects(static_cast<DWORD>(std::size(handles)), handles, FALSE, timeoutMs)) {
+    if (stop && ::WaitForSingleObject(stop, 0) == WAIT_OBJECT_0)
+        return std::nullopt; // a busy printer can be stopped too
+    const HANDLE handles[] = {_notification.Get(), stop};
+    switch (::WaitForMultipleObjects(stop ? 2 : 1, handles, FALSE, timeoutMs)) {
     case WAIT_OBJECT_0:
+        return Fetch(false);
+    case WAIT_OBJECT_0 + 1:
     case WAIT_TIMEOUT:
         return std::nullopt;
-    case WAIT_OBJECT_0 + 1:
-        return Fetch(false);
     default:
         throw WatchError::Last(L"waiting failed");
     }

@@ -31,7 +31,8 @@ public:
     /// What is watched since when.
     const RecordingHeader& Header() const noexcept { return _header; }
 
-    /// Waits for the next batch, until `stop` is set or the time is over; then gives nothing. INFINITE waits for ever.
+    /// Waits for the next batch, until the event `stop`, which may be null, is set or the time is over; then gives
+    /// nothing. INFINITE waits for ever.
     /// If changes were lost, the next batch is one that was asked for at once, with all values.
     std::optional<RecordedBatch> Next(HANDLE stop, DWORD timeoutMs);
 

@@ -2,14 +2,21 @@
 #include "spooler/calls/ChangeWatching.h"
 
 #include "spooler/notifications/NotifyFields.h"
+#include "spooler/world/RecordedChanges.h"
 
 HANDLE ChangeWatching::Open(HANDLE handle, DWORD filter, DWORD category, const PRINTER_NOTIFY_OPTIONS* options)
 {
     const OpenHandle& open = _world.HandleOf(handle);
     const bool server = open.kind == OpenHandle::Kind::Server;
     const DWORD printerId = server ? 0 : _world.AccessOf(handle).printer.id;
-    return _world.Notifications().Open({handle, printerId, open.serverPrefix},
-                                       NotifyRequest(filter, category, options));
+    const HANDLE notification =
+        _world.Notifications().Open({handle, printerId, open.serverPrefix}, NotifyRequest(filter, category, options));
+    const PrinterRecord* const printer = _world.FindPrinter(printerId);
+    if (printer && printer->recording) {
+        Notification& opened = _world.Notifications().Of(notification);
+        opened.Play(BatchesFor(opened.Request(), printer->recording->recording));
+    }
+    return notification;
 }
 
 void ChangeWatching::Next(HANDLE handle, const PRINTER_NOTIFY_OPTIONS* options, DWORD* change, void** info)
@@ -17,6 +24,8 @@ void ChangeWatching::Next(HANDLE handle, const PRINTER_NOTIFY_OPTIONS* options, 
     Notification& notification = _world.Notifications().Of(handle);
     const bool refresh = options && (options->Flags & PRINTER_NOTIFY_OPTIONS_REFRESH);
     const Batch batch = refresh ? Refreshed(notification) : notification.Take();
+    const DWORD printerId = notification.Place().printerId;
+    for (const auto& recorded : batch.recorded) BringAbout(_world, _world.FindPrinter(printerId), *recorded);
     if (change) *change = batch.change;
     if (info) *info = _world.Notifications().GiveOut(batch);
 }

@@ -4,6 +4,7 @@
 #include "spooler/config/ConfigCapability.h"
 #include "spooler/config/ConfigWords.h"
 #include "spooler/config/InputFile.h"
+#include "spooler/config/RecordingFile.h"
 
 #include <algorithm>
 
@@ -229,6 +230,19 @@ SpoolerPace ConfigPace(const ConfigEntry& entry)
     return pace->pace;
 }
 
+void SetRecording(PrinterRecord& printer, const ConfigEntry& entry, const std::wstring& folder)
+{
+    const std::wstring path = ConfigPath(entry, folder);
+    DWORD error = ERROR_SUCCESS;
+    try {
+        printer.recording = ReadRecordingFile(path, error);
+    } catch (const ConfigError& malformed) {
+        throw ConfigError{entry.line, L"line " + std::to_wstring(malformed.line) + L" of " + entry.value + L": " +
+                                          malformed.message};
+    }
+    if (error) throw ConfigError{entry.line, entry.value + L" can't be read, error " + std::to_wstring(error)};
+}
+
 bool SetSpecial(ConfiguredPrinter& printer, const ConfigEntry& entry, const std::wstring& folder)
 {
     constexpr std::wstring_view dataPrefix = L"data ";
@@ -243,6 +257,8 @@ bool SetSpecial(ConfiguredPrinter& printer, const ConfigEntry& entry, const std:
         printer.record.trueEndOfJob = ConfigTruth(entry);
     } else if (key == L"late names") {
         printer.record.lateNames = ConfigTruth(entry);
+    } else if (key == L"recording") {
+        SetRecording(printer.record, entry, folder);
     } else if (key.starts_with(dataPrefix)) {
         SetData(printer.record.data, entry, key.substr(dataPrefix.size()));
     } else if (key.starts_with(capabilityPrefix)) {

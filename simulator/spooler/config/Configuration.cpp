@@ -3,6 +3,7 @@
 
 #include "spooler/config/ConfigSections.h"
 #include "spooler/config/InputFile.h"
+#include "spooler/config/RecordingFile.h"
 #include "spooler/world/ChangeScope.h"
 
 #include <algorithm>
@@ -65,14 +66,32 @@ std::wstring Describe(const std::wstring& path, const ConfigError& error)
     return place + L": " + error.message;
 }
 
+ConfigOutcome Unreadable(const std::wstring& path, DWORD error)
+{
+    return {error, path + L": the file can't be read, error " + std::to_wstring(error)};
+}
+
+/// Reads the file in `path` by way of `read`, and tells how it went.
+template <typename Read>
+ConfigOutcome Outcome(const std::wstring& path, Read read)
+{
+    try {
+        return read();
+    } catch (const ConfigError& malformed) {
+        return {ERROR_BAD_CONFIGURATION, Describe(path, malformed)};
+    } catch (const std::bad_alloc&) {
+        return {ERROR_NOT_ENOUGH_MEMORY, Describe(path, {0, L"the file is too large"})};
+    }
+}
+
 } // namespace
 
 ConfigOutcome LoadConfiguration(const std::wstring& path, World& world)
 {
-    try {
+    return Outcome(path, [&]() -> ConfigOutcome {
         DWORD error = ERROR_SUCCESS;
         const Bytes text = ReadWholeFile(path, error);
-        if (error) return {error, path + L": the file can't be read, error " + std::to_wstring(error)};
+        if (error) return Unreadable(path, error);
         Described described;
         described.folder = FolderOf(path);
         described.serverAccess = world.ServerAccess();
@@ -81,9 +100,17 @@ ConfigOutcome LoadConfiguration(const std::wstring& path, World& world)
         CheckNames(described, world);
         Enter(std::move(described), world);
         return {};
-    } catch (const ConfigError& malformed) {
-        return {ERROR_BAD_CONFIGURATION, Describe(path, malformed)};
-    } catch (const std::bad_alloc&) {
-        return {ERROR_NOT_ENOUGH_MEMORY, Describe(path, {0, L"the file is too large"})};
-    }
+    });
+}
+
+ConfigOutcome PlayRecording(const std::wstring& path, const PrinterRecord& printer, World& world)
+{
+    return Outcome(path, [&]() -> ConfigOutcome {
+        DWORD error = ERROR_SUCCESS;
+        const auto recording = ReadRecordingFile(path, error);
+        if (error) return Unreadable(path, error);
+        ChangeScope(world, printer).EditPrinter().recording = recording;
+        world.Notifications().Play(printer.id, recording->recording);
+        return {};
+    });
 }

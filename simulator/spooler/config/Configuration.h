@@ -12,3 +12,7 @@ struct ConfigOutcome {
 /// Adds to the world what the file describes; all of it, or nothing if the file can't be read or is malformed.
 /// The format is told in docs/simulator.md.
 ConfigOutcome LoadConfiguration(const std::wstring& path, World& world);
+
+/// Plays a recording to those who listen to the printer, now and from now on; nothing of it if the file can't be read
+/// or is malformed.
+ConfigOutcome PlayRecording(const std::wstring& path, const PrinterRecord& printer, World& world);

@@ -40,6 +40,12 @@ DWORD SpoolerQueueBatch(const wchar_t* printerName, const SpoolerNotifyBatch& ba
     });
 }
 
+DWORD SpoolerPlayRecording(const wchar_t* printerName, const wchar_t* path) noexcept
+{
+    if (path) return Spooler::Instance().PlayRecording(printerName, path);
+    return WithPrinter(printerName, [](PrinterRecord& printer) { printer.recording.reset(); });
+}
+
 DWORD SpoolerWaitUntilFetched(const wchar_t* printerName, DWORD timeoutMs) noexcept
 {
     return Spooler::Instance().WaitUntil(

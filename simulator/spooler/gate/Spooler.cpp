@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/gate/Spooler.h"
 
-#include "spooler/config/Configuration.h"
-
 #include <cstdio>
 #include <utility>
 
@@ -115,7 +113,7 @@ void Spooler::LoadFromEnvironment() noexcept
         if (std::exchange(_environmentRead, true)) return;
         const std::wstring path = EnvironmentText(configVariable);
         if (path.empty()) return;
-        _configResult = LoadLocked(path);
+        _configResult = Keep(LoadConfiguration(path, _world));
         message = _configError;
     }
     if (!message.empty()) Report(message);
@@ -123,22 +121,30 @@ void Spooler::LoadFromEnvironment() noexcept
 
 DWORD Spooler::LoadConfig(const std::wstring& path) noexcept
 {
-    LoadFromEnvironment();
-    DWORD result = ERROR_SUCCESS;
-    std::wstring message;
-    {
-        const std::lock_guard guard(_lock);
-        result = LoadLocked(path);
-        message = _configError;
-    }
-    if (!message.empty()) Report(message);
-    return result;
+    return ReadFile([&](World& world) { return LoadConfiguration(path, world); });
 }
 
-DWORD Spooler::LoadLocked(const std::wstring& path)
+DWORD Spooler::PlayRecording(const wchar_t* printerName, const std::wstring& path) noexcept
 {
-    _configError.clear();
-    const ConfigOutcome outcome = LoadConfiguration(path, _world);
+    return ReadFile([&](World& world) { return ::PlayRecording(path, world.PrinterOf(printerName), world); });
+}
+
+/// Reads a file into the world by way of `read`, and tells what is wrong with it.
+template <typename Read>
+DWORD Spooler::ReadFile(Read read) noexcept
+{
+    DWORD outcome = ERROR_SUCCESS;
+    std::wstring message;
+    const DWORD error = Control([&](World& world) {
+        outcome = Keep(read(world));
+        message = _configError;
+    });
+    if (!message.empty()) Report(message);
+    return error ? error : outcome;
+}
+
+DWORD Spooler::Keep(const ConfigOutcome& outcome)
+{
     _configError = outcome.message;
     return outcome.error;
 }

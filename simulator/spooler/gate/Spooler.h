@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "spooler/config/Configuration.h"
 #include "spooler/gate/CallLog.h"
 #include "spooler/gate/FailureInjection.h"
 #include "spooler/gate/RealTime.h"
@@ -76,6 +77,7 @@ public:
 
     void Reset() noexcept;
     DWORD LoadConfig(const std::wstring& path) noexcept;
+    DWORD PlayRecording(const wchar_t* printerName, const std::wstring& path) noexcept;
     std::wstring ConfigError();
 
     CallLog& Log() noexcept { return _log; }
@@ -116,7 +118,9 @@ private:
     /// Why every call fails, or this one; ERROR_SUCCESS if there is no such reason.
     DWORD StandingError(const Call& call);
     void LoadFromEnvironment() noexcept;
-    DWORD LoadLocked(const std::wstring& path);
+    DWORD Keep(const ConfigOutcome& outcome);
+    template <typename Read>
+    DWORD ReadFile(Read read) noexcept;
 
     std::mutex _lock; // of all below but the log and the failures
     std::condition_variable _worldUsed;

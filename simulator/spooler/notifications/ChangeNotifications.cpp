@@ -68,6 +68,14 @@ bool ChangeNotifications::Queue(DWORD printerId, const Batch& batch)
     return heard;
 }
 
+void ChangeNotifications::Play(DWORD printerId, const Recording& recording)
+{
+    for (const auto& [handle, notification] : _open) {
+        if (notification->IsConnected() && notification->Place().printerId == printerId)
+            notification->Play(BatchesFor(notification->Request(), recording));
+    }
+}
+
 PRINTER_NOTIFY_INFO* ChangeNotifications::GiveOut(const Batch& batch)
 {
     return batch.withBlock ? _blocks.GiveOut(batch) : nullptr;

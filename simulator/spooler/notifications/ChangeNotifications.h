@@ -3,6 +3,7 @@
 
 #include "spooler/notifications/Notification.h"
 #include "spooler/notifications/NotifyBlocks.h"
+#include "spooler/notifications/RecordedBatches.h"
 
 /// The change notifications that are open, and the blocks of information that were given out and not freed.
 ///
@@ -26,6 +27,8 @@ public:
     void Lose(DWORD printerId) noexcept;
     /// False if nobody listens to the printer.
     bool Queue(DWORD printerId, const Batch& batch);
+    /// Plays a recording to everybody who listens to the printer itself.
+    void Play(DWORD printerId, const Recording& recording);
     /// 0: there is none.
     void SetLimit(size_t limit) noexcept { _limit = limit; }
 

@@ -4,6 +4,7 @@
 #include "spooler/SpoolerError.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace {
@@ -45,7 +46,7 @@ bool Notification::Hears(DWORD printerId) const noexcept
 
 void Notification::Add(const Change& change, size_t limit)
 {
-    if (_silent) return;
+    if (_silent || _plays) return;
     const DWORD bits = change.bits & _request.Filter();
     bool added = bits != 0;
     _change |= bits;
@@ -71,9 +72,17 @@ void Notification::Queue(Batch batch)
     Signal();
 }
 
+void Notification::Play(std::vector<Batch> batches)
+{
+    _plays = true;
+    std::ranges::move(batches, std::back_inserter(_queued));
+    SignalOrReset();
+}
+
 Batch Notification::Take()
 {
     Batch batch;
+    if (WaitsForRefresh()) return batch;
     if (!_queued.empty()) {
         batch = std::move(_queued.front());
         _queued.pop_front();
@@ -92,13 +101,19 @@ Batch Notification::Take()
 Batch Notification::Refresh(const std::vector<RecordChange>& current)
 {
     Batch batch;
+    if (WaitsForRefresh()) {
+        batch = std::move(_queued.front());
+        _queued.pop_front();
+        SignalOrReset();
+        return batch;
+    }
     batch.change = std::exchange(_change, 0);
     batch.withBlock = _request.WantsFields();
     for (const RecordChange& record : current) {
         for (BatchEntry& entry : Wanted(record)) batch.entries.push_back(std::move(entry));
     }
     DropEntries();
-    _queued.clear();
+    if (!_plays) _queued.clear();
     _lost = false;
     _silent = false;
     SignalOrReset();
@@ -162,7 +177,7 @@ void Notification::Signal()
 
 void Notification::SignalOrReset()
 {
-    _isSet = _change != 0 || !_entries.empty() || !_queued.empty() || _lost;
+    _isSet = !WaitsForRefresh() && (_change != 0 || !_entries.empty() || !_queued.empty() || _lost);
     if (_isSet)
         ::SetEvent(_event.Get());
     else

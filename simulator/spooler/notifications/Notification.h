@@ -24,6 +24,7 @@ public:
 
     HANDLE Handle() const noexcept { return _event.Get(); }
     const NotifyPlace& Place() const noexcept { return _place; }
+    const NotifyRequest& Request() const noexcept { return _request; }
     bool Hears(DWORD printerId) const noexcept;
     bool IsWaiting() const noexcept { return _isSet; }
 
@@ -33,6 +34,8 @@ public:
     void Lose();
     /// Puts a batch in line that is given out as it stands, before anything else.
     void Queue(Batch batch);
+    /// Puts the batches of a recording in line. From then on nothing else is heard.
+    void Play(std::vector<Batch> batches);
 
     /// What waits; nothing if nothing does.
     Batch Take();
@@ -47,6 +50,7 @@ private:
     std::vector<BatchEntry> Wanted(const RecordChange& record) const;
     bool AddEntry(BatchEntry entry);
     void DropEntries() noexcept;
+    bool WaitsForRefresh() const noexcept { return !_queued.empty() && _queued.front().answersRefresh; }
     void Signal();
     void SignalOrReset();
 
@@ -58,6 +62,7 @@ private:
     std::vector<BatchEntry> _entries;
     std::unordered_map<ULONGLONG, size_t> _places; // of the waiting entry of a field, the last one if there are several
     std::deque<Batch> _queued;
+    bool _plays = false;  // recordings, and nothing else
     bool _lost = false;   // to be told
     bool _silent = false; // since something was lost
 };

@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr DWORD blockVersion = 2;
 constexpr BYTE freedByte = 0xDD; // so that a client that reads on is noticed
 
 size_t RoundUp(size_t size)
@@ -35,7 +34,7 @@ PRINTER_NOTIFY_INFO* NotifyBlocks::GiveOut(const Batch& batch)
     const size_t size = SizeOf(batch);
     auto memory = std::make_unique<BYTE[]>(size);
     auto* const info = reinterpret_cast<PRINTER_NOTIFY_INFO*>(memory.get());
-    info->Version = blockVersion;
+    info->Version = batch.version;
     info->Flags = batch.flags;
     info->Count = static_cast<DWORD>(batch.entries.size());
 
@@ -48,6 +47,7 @@ PRINTER_NOTIFY_INFO* NotifyBlocks::GiveOut(const Batch& batch)
         data->Reserved = value.dataType;
         data->Id = entry.id;
         data->NotifyData.adwData[0] = value.number;
+        data->NotifyData.adwData[1] = value.second;
         if (!value.bytes.empty()) {
             data->NotifyData.Data.cbBuf = static_cast<DWORD>(value.bytes.size());
             data->NotifyData.Data.pBuf = tail;

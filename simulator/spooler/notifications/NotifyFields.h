@@ -33,3 +33,7 @@ void AddDeparture(const JobImage& before, const JobImage& last, Change& change);
 /// Every field that can be told, with its value.
 RecordChange AllFields(const PrinterImage& image);
 RecordChange AllFields(const JobImage& image);
+
+/// Makes the value true of the printer or job, unless the field follows from something else or is never told.
+void StoreField(PrinterFields& printer, WORD field, const NotifyValue& value);
+void StoreField(JobFields& job, WORD field, const NotifyValue& value);

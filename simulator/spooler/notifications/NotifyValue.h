@@ -7,7 +7,8 @@
 struct NotifyValue {
     DWORD dataType = 0; // what the entry's Reserved tells, notify...Data of SpoolerConstants.h
     DWORD number = 0;
-    Bytes bytes; // of a value that isn't a number; empty: a null buffer
+    Bytes bytes;      // of a value that isn't a number; empty: a null buffer
+    DWORD second = 0; // beside the number; not 0 only if a test or a recording wants it
 
     bool operator==(const NotifyValue&) const = default;
 };
@@ -18,3 +19,6 @@ NotifyValue NotifyText(const OptionalText& text);
 NotifyValue NotifyDevMode(const Bytes& devMode);
 NotifyValue NotifyTime(const SYSTEMTIME& time);
 NotifyValue NotifySecurity(const Bytes& descriptor);
+
+/// The value as a text, up to its terminator or the end of its bytes.
+std::wstring TextOf(const NotifyValue& value);

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "recorder/Recording.h"
 #include "spooler/records/JobQueue.h"
 #include "spooler/records/PrinterData.h"
 #include "spooler/SpoolerControl.h"
 
 #include <map>
+#include <memory>
 
 /// What DeviceCapabilitiesW answers for one capability.
 struct CapabilityAnswer {
@@ -57,6 +59,12 @@ struct PrinterFields {
     DWORD transmissionRetryTimeout = 45000;
 };
 
+/// A recording of another printer's notifications, and the file that it comes from.
+struct PlayedRecording {
+    std::wstring path;
+    Recording recording;
+};
+
 /// A printer of the simulated machine: what its properties say, its queue, its data, and what it has printed.
 struct PrinterRecord : PrinterFields {
     PrinterRecord() = default;
@@ -84,4 +92,5 @@ struct PrinterRecord : PrinterFields {
     PrinterData data;
     std::map<WORD, CapabilityAnswer> capabilities;
     std::vector<DeliveryRecord> deliveries;
+    std::shared_ptr<const PlayedRecording> recording; // played to each notification that is opened; null: none
 };

@@ -64,6 +64,7 @@ std::optional<PrintEngine::Kind> PrintEngine::KindFor(const PrinterRecord& print
 std::optional<PrintEngine::NextStep> PrintEngine::Find(const PrinterRecord& printer) const
 {
     if (_world.IsStopped()) return std::nullopt;
+    if (printer.recording) return FindLeaving(printer); // its jobs do what the recording tells
     for (const auto& job : printer.queue.Jobs()) {
         if (const std::optional<Kind> kind = KindFor(printer, *job, false)) return NextStep{*kind, job->id};
     }

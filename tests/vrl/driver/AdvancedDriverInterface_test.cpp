@@ -4,6 +4,7 @@
 #include "foundation/threads/TickCount.h"
 #include "support/driver/AdvancedPrinterTest.h"
 #include "support/FaultOf.h"
+#include "support/ForeignThrow.h"
 #include "support/ImportHook.h"
 
 #include <algorithm>
@@ -426,6 +427,7 @@ TEST_F(AdvancedDriverInterfaceTest, IsNotBidirectionalIfTheSpoolerDoesNotAnswer)
         Attach();
         FailNext(SpoolerCall::GetPrinter, ERROR_ACCESS_DENIED, nth);
         EXPECT_FALSE(driver->IsBidirectional()) << nth;
+        EXPECT_EQ(SpoolerLog().size(), nth) << "a printer without a size isn't read";
         EXPECT_EQ(::SpoolerPendingFailures(), 0u) << nth;
     }
 }
@@ -739,6 +741,14 @@ TEST_F(AdvancedDriverInterfaceTest, CrashWhileTheDriverClosesIsDropped)
     interfaceModule.step = [](const ScriptedInterface::Call&) { WriteToNowhere(); };
     driver.reset(); // outside of every wrapper, as the last release of a printer is
     EXPECT_EQ(interfaceModule.CallNames().back(), "VRL_Printer_Close");
+    EXPECT_FALSE(interfaceModule.IsLoaded());
+}
+
+TEST_F(AdvancedDriverInterfaceTest, ForeignExceptionWhileTheDriverClosesIsDropped)
+{
+    driver->ResetSettings(1);
+    interfaceModule.step = [](const ScriptedInterface::Call&) { ThrowAsForeignCode(); };
+    driver.reset();
     EXPECT_FALSE(interfaceModule.IsLoaded());
 }
 

@@ -3,6 +3,7 @@
 
 #include "support/driver/ScriptedMonitor.h"
 #include "support/FaultOf.h"
+#include "support/ForeignThrow.h"
 #include "support/ImportHook.h"
 #include "support/RandomSeed.h"
 #include "support/TemporaryDirectory.h"
@@ -221,6 +222,17 @@ TEST_P(PortMonitorCrash, ComesOutAndLeavesNothingBehind)
     LetStepBeFollowedBy(monitor, GetParam(), WriteToNowhere);
     for (int round = 0; round < 3; ++round) {
         EXPECT_EQ(FaultOf([this] { Send(); }), EXCEPTION_ACCESS_VIOLATION);
+        EXPECT_EQ(monitor.LivingResponses(), 0u);
+        EXPECT_FALSE(monitor.IsLoaded());
+    }
+}
+
+TEST_P(PortMonitorCrash, MayBeAnExceptionOfForeignCode)
+{
+    monitor.AnswerWith("1;Ready");
+    LetStepBeFollowedBy(monitor, GetParam(), ThrowAsForeignCode);
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_THROW(RunTranslated([this] { Send(); }), ForeignException);
         EXPECT_EQ(monitor.LivingResponses(), 0u);
         EXPECT_FALSE(monitor.IsLoaded());
     }

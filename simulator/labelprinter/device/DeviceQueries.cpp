@@ -15,12 +15,13 @@ bool IsOver(ULONGLONG since, ULONGLONG now, LONG timeoutMs)
 } // namespace
 
 void DeviceQueries::Start(std::string key, std::string payload, const LabelPrinterTimeouts& timeouts,
-                          const QueryMood& mood, ULONGLONG now)
+                          const QueryMood& mood, ULONGLONG now, bool connected)
 {
     std::erase_if(_queries, [&](const Query& query) { return query.key == key; });
     if (mood.kind == QueryMood::Kind::Lost) return;
     if (_queries.size() == most) _queries.pop_front();
     _queries.push_back({std::move(key), std::move(payload), timeouts, mood, now});
+    Send(_queries.back(), now, connected);
 }
 
 DeviceQueries::Status DeviceQueries::StatusAt(std::string_view key, ULONGLONG now, bool connected,

@@ -22,7 +22,7 @@ public:
     using Execute = std::function<std::string(std::string_view payload)>;
 
     void Start(std::string key, std::string payload, const LabelPrinterTimeouts& timeouts, const QueryMood& mood,
-               ULONGLONG now);
+               ULONGLONG now, bool connected);
 
     /// Brings the query up to `now` and gives its status; `Waiting` for an unknown key.
     Status StatusAt(std::string_view key, ULONGLONG now, bool connected, const Execute& execute);

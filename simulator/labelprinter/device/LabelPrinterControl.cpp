@@ -149,7 +149,7 @@ DWORD LabelPrinterStartQuery(const wchar_t* printerName, const char* key, const 
         if (!printer) return ERROR_INVALID_PRINTER_NAME;
         if (!key) return ERROR_INVALID_PARAMETER;
         printer->Queries().Start(key, std::string(View(bytes, count)), timeouts ? *timeouts : LabelPrinterTimeouts{},
-                                 printer->State().queries, printers.Now());
+                                 printer->State().queries, printers.Now(), printer->State().connected);
         return ERROR_SUCCESS;
     });
 }

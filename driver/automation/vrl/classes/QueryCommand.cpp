@@ -1,62 +1,84 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/classes/QueryCommand.h"
 
-STDMETHODIMP QueryCommand::get_Binary(VARIANT*) noexcept
+STDMETHODIMP QueryCommand::get_Binary(VARIANT* retBinary) noexcept
 {
-    return E_NOTIMPL;
+    return Guard("QueryCommand::get_Binary", [&] {
+        CheckOut(retBinary);
+        if (!_data.HasData()) throw InvalidArgument_E();
+        _data.GiveBinary(retBinary);
+    });
 }
 
-STDMETHODIMP QueryCommand::put_Binary(VARIANT) noexcept
+STDMETHODIMP QueryCommand::put_Binary(VARIANT argBinary) noexcept
 {
-    return E_NOTIMPL;
+    return Guard("QueryCommand::put_Binary", [&] { return _data.SetBinary(argBinary); });
 }
 
-STDMETHODIMP QueryCommand::get_Text(BSTR*) noexcept
+STDMETHODIMP QueryCommand::get_Text(BSTR* retText) noexcept
 {
-    return E_NOTIMPL;
+    return Guard("QueryCommand::get_Text", [&] {
+        CheckOut(retText);
+        GiveValue(retText, _data.GetText());
+    });
 }
 
-STDMETHODIMP QueryCommand::put_Text(BSTR) noexcept
+STDMETHODIMP QueryCommand::put_Text(BSTR argText) noexcept
 {
-    return E_NOTIMPL;
+    return Guard("QueryCommand::put_Text", [&] { return _data.SetText(FromBstr(argText)); });
 }
 
-STDMETHODIMP QueryCommand::get_Hexadecimal(BSTR*) noexcept
+STDMETHODIMP QueryCommand::get_Hexadecimal(BSTR* retHexadecimal) noexcept
 {
-    return E_NOTIMPL;
+    return Guard("QueryCommand::get_Hexadecimal", [&] {
+        CheckOut(retHexadecimal);
+        GiveValue(retHexadecimal, _data.GetHexadecimal());
+    });
 }
 
-STDMETHODIMP QueryCommand::put_Hexadecimal(BSTR) noexcept
+STDMETHODIMP QueryCommand::put_Hexadecimal(BSTR argHexadecimal) noexcept
 {
-    return E_NOTIMPL;
+    return Guard("QueryCommand::put_Hexadecimal", [&] { return _data.SetHexadecimal(FromBstr(argHexadecimal)); });
 }
 
-STDMETHODIMP QueryCommand::get_SendTimeout(long*) noexcept
+STDMETHODIMP QueryCommand::get_SendTimeout(long* retSendTimeout) noexcept
 {
-    return E_NOTIMPL;
+    return Guard("QueryCommand::get_SendTimeout", [&] {
+        CheckOut(retSendTimeout);
+        *retSendTimeout = _sendTimeout;
+    });
 }
 
-STDMETHODIMP QueryCommand::put_SendTimeout(long) noexcept
+STDMETHODIMP QueryCommand::put_SendTimeout(long argSendTimeout) noexcept
 {
-    return E_NOTIMPL;
+    _sendTimeout = argSendTimeout;
+    return S_OK;
 }
 
-STDMETHODIMP QueryCommand::get_ReceiveStartTimeout(long*) noexcept
+STDMETHODIMP QueryCommand::get_ReceiveStartTimeout(long* retReceiveStartTimeout) noexcept
 {
-    return E_NOTIMPL;
+    return Guard("QueryCommand::get_ReceiveStartTimeout", [&] {
+        CheckOut(retReceiveStartTimeout);
+        *retReceiveStartTimeout = _receiveStartTimeout;
+    });
 }
 
-STDMETHODIMP QueryCommand::put_ReceiveStartTimeout(long) noexcept
+STDMETHODIMP QueryCommand::put_ReceiveStartTimeout(long argReceiveStartTimeout) noexcept
 {
-    return E_NOTIMPL;
+    _receiveStartTimeout = argReceiveStartTimeout;
+    return S_OK;
 }
 
-STDMETHODIMP QueryCommand::get_ReceiveIntervalTimeout(long*) noexcept
+STDMETHODIMP QueryCommand::get_ReceiveIntervalTimeout(long* retReceiveIntervalTimeout) noexcept
 {
-    return E_NOTIMPL;
+    return Guard("QueryCommand::get_ReceiveIntervalTimeout", [&] {
+        CheckOut(retReceiveIntervalTimeout);
+        *retReceiveIntervalTimeout = _receiveIntervalTimeout;
+    });
 }
 
-STDMETHODIMP QueryCommand::put_ReceiveIntervalTimeout(long) noexcept
+STDMETHODIMP QueryCommand::put_ReceiveIntervalTimeout(long argReceiveIntervalTimeout) noexcept
 {
-    return E_NOTIMPL;
+    _receiveIntervalTimeout = argReceiveIntervalTimeout;
+    return S_OK;
 }

@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "vrl/classes/QueryBytes.h"
 #include "vrl/frame/AutomationObject.h"
 
-/// The bytes and time-outs of a question to the device.
+#include <atomic>
+
+/// The bytes and time-outs of a question to the device. It can be used for any number of questions.
+///
+/// `Text` and `Hexadecimal` are empty without data. Time-outs are in the port monitor's own unit; 0 and below leave the
+/// choice to it.
 /// Threading: any thread.
-/// Not built yet: every member of the interface answers E_NOTIMPL.
 class QueryCommand final : public AutomationObject<QueryCommand, IQueryCommand> {
 public:
     STDMETHODIMP get_Binary(VARIANT* retBinary) noexcept override;
@@ -20,4 +25,10 @@ public:
     STDMETHODIMP put_ReceiveStartTimeout(long argReceiveStartTimeout) noexcept override;
     STDMETHODIMP get_ReceiveIntervalTimeout(long* retReceiveIntervalTimeout) noexcept override;
     STDMETHODIMP put_ReceiveIntervalTimeout(long argReceiveIntervalTimeout) noexcept override;
+
+private:
+    QueryBytes _data{_lock};
+    std::atomic<long> _sendTimeout{0};
+    std::atomic<long> _receiveStartTimeout{0};
+    std::atomic<long> _receiveIntervalTimeout{0};
 };

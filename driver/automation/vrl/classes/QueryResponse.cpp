@@ -1,32 +1,59 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/classes/QueryResponse.h"
 
-STDMETHODIMP QueryResponse::get_Binary(VARIANT*) noexcept
+namespace {
+
+/// A plain field goes out: no wrapper, and no text for a null pointer.
+HRESULT GiveField(VARIANT_BOOL* out, bool value) noexcept
 {
-    return E_NOTIMPL;
+    if (!out) return E_POINTER;
+    GiveValue(out, value);
+    return S_OK;
 }
 
-STDMETHODIMP QueryResponse::get_Text(BSTR*) noexcept
+} // namespace
+
+void QueryResponse::SetResponded(const OTypedArray<unsigned char>& bytes)
 {
-    return E_NOTIMPL;
+    _responded = true;
+    _data.SetBytes(bytes);
 }
 
-STDMETHODIMP QueryResponse::get_Hexadecimal(BSTR*) noexcept
+STDMETHODIMP QueryResponse::get_Binary(VARIANT* retBinary) noexcept
 {
-    return E_NOTIMPL;
+    return Guard("QueryResponse::get_Binary", [&] {
+        CheckOut(retBinary);
+        _data.GiveBinary(retBinary);
+    });
 }
 
-STDMETHODIMP QueryResponse::get_Responded(VARIANT_BOOL*) noexcept
+STDMETHODIMP QueryResponse::get_Text(BSTR* retText) noexcept
 {
-    return E_NOTIMPL;
+    return Guard("QueryResponse::get_Text", [&] {
+        CheckOut(retText);
+        GiveValue(retText, _data.GetText());
+    });
 }
 
-STDMETHODIMP QueryResponse::get_Failed(VARIANT_BOOL*) noexcept
+STDMETHODIMP QueryResponse::get_Hexadecimal(BSTR* retHexadecimal) noexcept
 {
-    return E_NOTIMPL;
+    return Guard("QueryResponse::get_Hexadecimal", [&] {
+        CheckOut(retHexadecimal);
+        GiveValue(retHexadecimal, _data.GetHexadecimal());
+    });
 }
 
-STDMETHODIMP QueryResponse::get_Pending(VARIANT_BOOL*) noexcept
+STDMETHODIMP QueryResponse::get_Responded(VARIANT_BOOL* retResponded) noexcept
 {
-    return E_NOTIMPL;
+    return GiveField(retResponded, _responded);
+}
+
+STDMETHODIMP QueryResponse::get_Failed(VARIANT_BOOL* retFailed) noexcept
+{
+    return GiveField(retFailed, _failed);
+}
+
+STDMETHODIMP QueryResponse::get_Pending(VARIANT_BOOL* retPending) noexcept
+{
+    return GiveField(retPending, _pending);
 }

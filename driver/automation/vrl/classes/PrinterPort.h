@@ -1,12 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "vrl/frame/AutomationObject.h"
 #include "vrl/classes/PrinterBinding.h"
+#include "vrl/frame/AutomationObject.h"
 
-/// The port of a printer, and questions to the device behind it.
-/// Threading: any thread.
-/// Not built yet: every member of the interface answers E_NOTIMPL.
+#include <atomic>
+#include <memory>
+
+/// The port of a printer, and questions to the device behind it. All but the port's description needs a printer with a
+/// driver of its own.
+///
+/// A question has nothing but a number here: the port monitor keeps it under a key that is made from the number, so any
+/// object of the same printer can ask for any number, its own or not.
+/// Threading: any thread. `WaitForQuery` holds its caller until the monitor tells an end.
 class PrinterPort final : public AutomationObject<PrinterPort, IPrinterPort> {
 public:
     /// Binds to the printer that `printer` names; a bound object lets go of its old printer first.
@@ -21,6 +27,23 @@ public:
     STDMETHODIMP WaitForQuery(long argQueryNumber) noexcept override;
     STDMETHODIMP GetQueryResponse(long argQueryNumber, IQueryResponse** retResponse) noexcept override;
 
+    Bound<PrinterDriverRef>::Hold CheckBound() const { return _driver.Check<PrinterPortNotInitialized_E>(); }
+
 private:
+    /// The machine's ports as they were when they were first asked for.
+    struct PortList {
+        SpoolerBuffer ports;
+        const PORT_INFO_2W* current = nullptr; ///< into `ports`
+    };
+
+    Bound<PrinterDriverRef>::Hold CheckAdvanced() const;
+    std::shared_ptr<const PortList> FindPort(const XPrinter& xPrinter);
+    std::shared_ptr<const PortList> GetPorts() noexcept;
+    void SetPorts(std::shared_ptr<const PortList> ports) noexcept;
+    HRESULT ReadPortText(const char* function, BSTR* out, wchar_t* PORT_INFO_2W::*field) noexcept;
+    OString MakeQueryKey(long number) const;
+
     Bound<PrinterDriverRef> _driver{_lock};
+    std::shared_ptr<const PortList> _ports GUARDED_BY(_lock);
+    std::atomic<long> _nextQueryNumber{1};
 };

@@ -3,9 +3,10 @@
 
 #include "vrl/frame/AutomationObject.h"
 
-/// Which groups of a driver's settings are meant.
+#include <atomic>
+
+/// Which groups of a driver's settings are meant: plain fields that keep what they are given, all false at first.
 /// Threading: any thread.
-/// Not built yet: every member of the interface answers E_NOTIMPL.
 class PrinterConfigurationFilter final
     : public AutomationObject<PrinterConfigurationFilter, IPrinterConfigurationFilter> {
 public:
@@ -27,4 +28,20 @@ public:
     STDMETHODIMP put_PrintingPreferences(VARIANT_BOOL argPrintingPreferences) noexcept override;
     STDMETHODIMP get_NetworkSettings(VARIANT_BOOL* retNetworkSettings) noexcept override;
     STDMETHODIMP put_NetworkSettings(VARIANT_BOOL argNetworkSettings) noexcept override;
+
+private:
+    using Field = std::atomic<VARIANT_BOOL>;
+
+    static HRESULT Give(VARIANT_BOOL* out, const Field& field) noexcept;
+    static HRESULT Keep(Field& field, VARIANT_BOOL value) noexcept;
+
+    Field _stocks{VARIANT_FALSE};
+    Field _presets{VARIANT_FALSE};
+    Field _utilityFonts{VARIANT_FALSE};
+    Field _fontSubstitutions{VARIANT_FALSE};
+    Field _downloadedFonts{VARIANT_FALSE};
+    Field _optionalFonts{VARIANT_FALSE};
+    Field _printerProperties{VARIANT_FALSE};
+    Field _printingPreferences{VARIANT_FALSE};
+    Field _networkSettings{VARIANT_FALSE};
 };

@@ -19,26 +19,27 @@ struct AssertRecord {
 /// The structured exception that a broken ASSERT raises; its one parameter is the address of the static record.
 inline constexpr DWORD assertExceptionCode = 1359; // ERROR_INTERNAL_ERROR
 
-/// The static record. It is filled once an ASSERT has broken.
+/// The static record; empty until an ASSERT has been broken.
 const AssertRecord& LastAssert() noexcept;
 
 /// Stops at a debugger if there is one, fills the static record and raises `assertExceptionCode`.
 /// `function` is a plain name or what __PRETTY_FUNCTION__ gives; the record keeps the qualified name only.
 [[noreturn]] void AssertFailed(int line, const char* function, const char* file, const char* condition);
 
-/// Tells the debug trace about a broken debug assertion.
+/// Reports a broken debug assertion to the debug trace.
 void DebugAssertFailed(int line, const char* file, const char* condition) noexcept;
 
 /// A broken assumption in any build is an internal failure: see `AssertFailed`.
 #define ASSERT(condition) ASSERT_IN(__PRETTY_FUNCTION__, condition)
 
-/// ASSERT under a function name of one's own, for templates, whose instances have a settled name.
+/// ASSERT with an explicit function name, for templates: the names of their instances are settled.
 #define ASSERT_IN(function, condition)                                                                                 \
     do {                                                                                                               \
         if (!(condition)) ::AssertFailed(__LINE__, function, __FILE__, "ASSERT(" #condition ")");                      \
     } while (false)
 
-/// In a debug build a broken condition is reported to the trace and the code goes on; a release build doesn't look.
+/// In a debug build a broken condition is reported to the trace and the code goes on; a release build doesn't
+/// evaluate it.
 #ifdef _DEBUG
 #define DEBUG_ASSERT(condition)                                                                                        \
     do {                                                                                                               \

@@ -22,7 +22,7 @@ public:
     OBuffer& operator=(const OBuffer&) = delete;
     ~OBuffer() { std::free(m_pData); }
 
-    /// Makes the block `size` elements long. What fits stays; new elements aren't set.
+    /// Makes the block `size` elements long. Elements that fit are kept; new ones aren't initialized.
     void SetSize(int size)
     {
         if (!TrySetSize(size)) throw std::bad_alloc();
@@ -41,7 +41,7 @@ public:
         return true;
     }
 
-    /// Takes over a copy of `size` elements, which lie outside this block.
+    /// Copies `size` elements, which must lie outside this block.
     void Assign(const T* data, int size)
     {
         SetSize(size);
@@ -51,7 +51,7 @@ public:
     int GetSize() const noexcept { return m_nSize; }
     bool IsEmpty() const noexcept { return m_nSize == 0; }
 
-    /// The block, null if it never had a size; good until the size changes.
+    /// The block, null if it never had a size; valid until the size changes.
     T* GetData() noexcept { return m_pData; }
     const T* GetData() const noexcept { return m_pData; }
 

@@ -8,8 +8,8 @@
 
 /// The platform's critical section: recursive, so the owning thread may lock again and must unlock as often.
 ///
-/// Ownership: the platform structure has a heap block of its own and stays put wherever the object lies.
-/// Threading: any thread. Nobody may hold it when it is destroyed.
+/// Ownership: the platform's structure lives in its own heap block, so it never moves.
+/// Threading: any thread. No thread may hold it when it is destroyed.
 class OCriticalSection : public OSynchronizer {
 public:
     OCriticalSection();

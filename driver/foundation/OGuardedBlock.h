@@ -15,7 +15,7 @@ public:
 
     explicit operator bool() const noexcept { return static_cast<bool>(_pages); }
 
-    /// The block, null without one. Its end is aligned, its beginning as the size makes it.
+    /// The block, null without one. Its end is aligned; its beginning follows from the size.
     BYTE* Data() const noexcept { return _data; }
 
 private:

@@ -7,7 +7,7 @@
 
 /// Sole owner of one platform resource that `Close` gives back.
 ///
-/// Ownership: moves only; the destructor and `Reset` close what is held and leave the thread's last error as it was.
+/// Ownership: moves only; the destructor and `Reset` close the resource and leave the thread's last error as it was.
 /// Null and INVALID_HANDLE_VALUE both mean "nothing", also when a call has filled one in.
 template <auto Close, typename T = HANDLE>
 class OHandle {
@@ -42,7 +42,7 @@ public:
         return value;
     }
 
-    /// Closes what is held and takes over `value`.
+    /// Closes the resource, if there is one, and takes ownership of `value`.
     void Reset(T value = T{}) noexcept
     {
         const T old = Detach();
@@ -53,7 +53,7 @@ public:
         ::SetLastError(lastError);
     }
 
-    /// Lets go of what is held and gives the address for a call that fills it.
+    /// Closes the resource, if there is one, and gives the address for a call that fills in another.
     T* Receive() noexcept
     {
         Reset();

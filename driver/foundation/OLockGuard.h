@@ -3,7 +3,7 @@
 
 #include "foundation/OSynchronizer.h"
 
-/// Holds a synchroniser for a scope. It belongs to one scope on one thread and doesn't own the synchroniser.
+/// Locks a synchroniser for a scope. It belongs to one scope on one thread and doesn't own the synchroniser.
 class SCOPED_CAPABILITY OLockGuard {
 public:
     /// Locks at once, unless `defer`: then `Lock` is called later, which clang's analysis can't see.
@@ -23,7 +23,7 @@ public:
         _synchronizer->Lock();
     }
 
-    /// Does nothing if the guard holds no lock.
+    /// Does nothing if it isn't locked.
     void Unlock() RELEASE() NO_THREAD_SAFETY_ANALYSIS
     {
         if (!_locked) return;

@@ -3,7 +3,7 @@
 
 #include "foundation/ThreadAnnotations.h"
 
-/// Something that one thread at a time can hold. `OLockGuard` holds it for a scope.
+/// A lock: one thread at a time holds it. `OLockGuard` holds it for a scope.
 class CAPABILITY("lock") OSynchronizer {
 public:
     OSynchronizer() = default;
@@ -14,6 +14,6 @@ public:
     /// Waits without limit until the calling thread holds it.
     virtual void Lock() ACQUIRE() = 0;
 
-    /// Lets go of it once; the calling thread must hold it.
+    /// Releases it once; the calling thread must hold it.
     virtual void Unlock() RELEASE() = 0;
 };

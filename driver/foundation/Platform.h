@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// The one way by which the foundation includes the platform's headers.
+/// The product includes <windows.h> through this header, which sets its macros first.
 
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN

@@ -38,7 +38,7 @@ TEST(Assert, TellsTheSettledName)
     EXPECT_EQ(BrokenAssert([] { Breaker::BreakNamed(0); }), "Settled::Name ASSERT(value != 0)");
 }
 
-TEST(Assert, LetsAHoldingConditionPass)
+TEST(Assert, LetsATrueConditionPass)
 {
     EXPECT_EQ(BrokenAssert([] { Breaker().Break(1); }), "");
 }
@@ -60,7 +60,7 @@ TEST(Assert, CutsTextsAt259Characters)
     EXPECT_EQ(LastAssert().condition, std::string(259, 'x'));
 }
 
-TEST(Assert, RaisesTheCodeOnceForGoodWithTheRecordAsItsParameter)
+TEST(Assert, RaisesTheCodeNonContinuableWithTheRecordAsItsParameter)
 {
     EXCEPTION_RECORD record{};
     const TranslatorScope scope([](unsigned, EXCEPTION_POINTERS* pointers) { throw *pointers->ExceptionRecord; });

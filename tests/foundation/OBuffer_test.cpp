@@ -64,7 +64,7 @@ TEST(OBuffer, AssignTakesOverSizeAndElements)
     EXPECT_TRUE(buffer.IsEmpty());
 }
 
-TEST(OBuffer, ZeroElementsStandBehindTheBlockInEverySize)
+TEST(OBuffer, ZeroElementsFollowTheBlockInEverySize)
 {
     OBuffer<wchar_t> buffer;
     buffer.Assign(L"abcdef", 6);

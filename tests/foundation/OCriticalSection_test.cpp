@@ -12,7 +12,7 @@ namespace {
 
 constexpr DWORD generousMs = 30000;
 
-/// Another thread that takes the lock and gives it back.
+/// Another thread that takes the lock and releases it.
 class Contender {
 public:
     explicit Contender(OCriticalSection& lock)

@@ -19,13 +19,13 @@ TEST(OGuardedBlock, IsZeroedAndCanBeWrittenToItsEnd)
     }
 }
 
-TEST(OGuardedBlock, TouchingWhatIsBehindItIsAFault)
+TEST(OGuardedBlock, TouchingWhatFollowsItIsAFault)
 {
     for (const size_t size : {size_t{0}, size_t{1}, size_t{4096}, size_t{5000}}) {
         const OGuardedBlock block(size);
-        volatile BYTE* const behind = block.Data() + size;
-        EXPECT_EQ(FaultOf([&] { *behind = 1; }), EXCEPTION_ACCESS_VIOLATION) << size;
-        EXPECT_EQ(FaultOf([&] { (void)*behind; }), EXCEPTION_ACCESS_VIOLATION) << size;
+        volatile BYTE* const end = block.Data() + size;
+        EXPECT_EQ(FaultOf([&] { *end = 1; }), EXCEPTION_ACCESS_VIOLATION) << size;
+        EXPECT_EQ(FaultOf([&] { (void)*end; }), EXCEPTION_ACCESS_VIOLATION) << size;
     }
 }
 

@@ -24,7 +24,7 @@ protected:
     int second = 2;
 };
 
-TEST_F(OHandleTest, ClosesWhatItHoldsOnce)
+TEST_F(OHandleTest, ClosesItsResourceOnce)
 {
     {
         TestHandle handle(&first);

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Writes down what is asked of it.
+/// Records its calls.
 class RecordingSynchronizer : public OSynchronizer {
 public:
     void Lock() override { calls += "L"; }

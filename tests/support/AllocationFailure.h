@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// Lets one allocation of this thread fail: the one behind `allowed` more. A program that links this file has its
-/// `operator new` replaced. In force for a scope.
+/// Makes one allocation of this thread fail, after `allowed` have succeeded, for a scope. A program that links this
+/// file has its `operator new` replaced.
 class AllocationFailure {
 public:
     explicit AllocationFailure(int allowed) noexcept;

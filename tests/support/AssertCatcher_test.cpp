@@ -26,13 +26,13 @@ TEST(AssertCatcher, TellsNothingWhenNoneBreaks)
 
 TEST(AssertCatcher, DestructorsOnTheWayRun)
 {
-    struct Guard {
-        ~Guard() { flag = true; }
-        bool& flag;
+    struct Flag {
+        ~Flag() { raised = true; }
+        bool& raised;
     };
     bool destroyed = false;
     BrokenAssert([&] {
-        const Guard guard{destroyed};
+        const Flag flag{destroyed};
         Check(13);
     });
     EXPECT_TRUE(destroyed);

@@ -23,7 +23,7 @@ public:
     /// True once the body has ended; waits for it, within a generous limit.
     bool Ends() const { return ::WaitForSingleObject(_done.Get(), 30000) == WAIT_OBJECT_0; }
 
-    /// True if the body is still held up after a while. A body that is free to run has ended long before.
+    /// True if the body is still blocked after a while. A body that is free to run has ended long before.
     bool IsHeldUp() const { return ::WaitForSingleObject(_done.Get(), 100) == WAIT_TIMEOUT; }
 
 private:

@@ -3,7 +3,7 @@
 
 #include "foundation/Platform.h"
 
-/// Whether `condition` comes to hold within a generous limit. For what no event tells.
+/// Whether `condition` becomes true within a generous limit. For changes that no event announces.
 template <class Condition>
 bool Eventually(Condition&& condition)
 {

@@ -6,5 +6,5 @@
 /// The structured exception by which code of the platform's usual compiler throws in C++.
 inline constexpr DWORD foreignExceptionCode = 0xE06D7363;
 
-/// Throws as such code does. Comes back only if somebody continues the exception, which can't be continued.
+/// Throws as such code does, and so doesn't return.
 void ThrowAsForeignCode();

@@ -32,7 +32,7 @@ unsigned char* EndOf(size_t slot)
     return region + (slot + 1) * slotSize - pageSize;
 }
 
-/// The pages of a slot that hold `size` bytes at its end, and the canary in front of them.
+/// The first page of a slot that is needed for `size` bytes at its end and the canary before them.
 unsigned char* FirstPage(size_t slot, size_t size)
 {
     return EndOf(slot) - (size + canarySize + pageSize - 1) / pageSize * pageSize;

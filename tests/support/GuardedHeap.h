@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// While one lives, memory from a non-throwing `new` (as the buffers of texts are) stands on pages of its own: touching
-/// what is behind its end, or anything of it after it was freed, raises an access violation; what is written right
-/// in front of it is found when it is freed. Larger blocks come from the ordinary heap.
+/// While one lives, each block from a non-throwing `new` (as the buffers of texts are) has pages of its own: touching
+/// what is after its end, or any of it once it is freed, raises an access violation; what was written right before its
+/// beginning is found when it is freed. Larger blocks come from the ordinary heap.
 /// One at a time, on one thread. Linking this replaces the program's `operator delete`.
 class GuardedHeap {
 public:
@@ -15,9 +15,9 @@ public:
     /// Lets `count` further allocations succeed; the ones after them get no memory.
     void FailAfter(int count);
 
-    /// Blocks handed out and not yet freed, of this guard and those before it.
+    /// Blocks handed out and not yet freed, also by earlier objects of this class.
     int Living() const;
 
-    /// Blocks that had been written to in front of their beginning when they were freed.
+    /// Blocks that had been written to before their beginning when they were freed.
     int Underruns() const;
 };

@@ -8,7 +8,7 @@
 #include <string_view>
 
 /// A copy of some characters that ends where memory ends: reading one more raises an access violation.
-/// Only what is given is there, so a text that should have a terminator has to bring it.
+/// No terminator is added.
 template <typename Char>
 class GuardedText {
 public:

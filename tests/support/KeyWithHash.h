@@ -5,6 +5,6 @@
 
 #include <string>
 
-/// A text of `letter` in both cases whose CRC-32, terminator included, is `hash`. Texts of two letters with the same
-/// hash are a collision.
+/// A text made of `letter` in both cases whose CRC-32, terminator included, is `hash`. Two such texts of different
+/// letters are a collision.
 std::string KeyWithHash(DWORD hash, char letter = 'k');

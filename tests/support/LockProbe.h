@@ -6,7 +6,7 @@
 
 #include <thread>
 
-/// A thread that stands ready to take a lock once, so that a test can look from inside whether anybody holds it.
+/// A thread that waits to take a lock once, so that a test can find out from inside a call whether the lock is held.
 /// Asking allocates nothing. The lock must be free at the end of the probe at the latest.
 class LockProbe {
 public:

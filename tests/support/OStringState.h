@@ -6,7 +6,7 @@
 #include <ostream>
 #include <string>
 
-/// What a text holds, told without making a form.
+/// Which forms a text has, found out without making one.
 enum class OStringState { NullCore, Empty, Narrow, Wide, Both };
 
 inline OStringState StateOf(const OString& text)
@@ -33,7 +33,7 @@ inline std::wstring Wide(const OString& text)
     return text.wstring();
 }
 
-/// For the messages of failed tests; looks at a copy with a core of its own.
+/// For the messages of failed tests; uses a copy with a core of its own.
 inline void PrintTo(const OString& text, std::ostream* out)
 {
     *out << '"' << ToUTF8(text).nstring() << "\" (" << StateOf(text) << ", code page " << text.GetCodePage() << ')';

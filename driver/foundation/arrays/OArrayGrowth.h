@@ -5,7 +5,7 @@
 
 /// The arithmetic of array growth, shared by all arrays. Counts are in elements.
 struct OArrayGrowth {
-    /// The sum of two counts. One that leaves the 32 bits comes out negative, which the checks of `SetSize` then see.
+    /// The sum of two counts. An overflow gives a negative number, which the checks of `SetSize` catch.
     static constexpr int Sum(int left, int right) noexcept
     {
         return static_cast<int>(static_cast<unsigned>(left) + static_cast<unsigned>(right));
@@ -17,7 +17,7 @@ struct OArrayGrowth {
         return growBy != 0 ? growBy : std::clamp(size / 8, smallestStep, largestStep);
     }
 
-    /// The room after growth from room for `maxSize` elements so that `newSize` fit.
+    /// The room of a block after it has grown from room for `maxSize` elements so that `newSize` fit.
     static constexpr int NewMaximum(int newSize, int size, int maxSize, int growBy) noexcept
     {
         return std::max(newSize, Sum(maxSize, Step(size, growBy)));

@@ -5,9 +5,8 @@
 
 #include <cstddef>
 
-/// A dynamic array that knows nothing of its elements but their size in bytes, so that one body of code serves all
-/// types of one size. The elements are raw bytes: moved by block moves, compared byte by byte, never constructed or
-/// destroyed.
+/// A dynamic array that knows only the size of its elements in bytes, so that one body of code serves all types of one
+/// size. The elements are raw bytes: moved by block moves, compared byte by byte, never constructed or destroyed.
 ///
 /// Ownership: the array owns its block, and nothing that the elements refer to. It can't be copied by the language; see
 ///            `Copy`.
@@ -22,7 +21,7 @@ public:
     OBaseArray& operator=(const OBaseArray&) = delete;
     virtual ~OBaseArray();
 
-    /// Makes the array `nNewSize` elements long; new elements are zero, size 0 gives the block back.
+    /// Makes the array `nNewSize` elements long; new elements are zero, size 0 frees the block.
     /// `nGrowBy` is the step by which the block grows from now on: 0 computes it from the size, -1 keeps the stored
     /// one.
     void SetSize(int nNewSize, int nGrowBy = -1);
@@ -30,7 +29,7 @@ public:
     int GetSize() const noexcept { return m_nSize; }
     bool IsEmpty() const noexcept { return m_nSize == 0; }
 
-    /// The block, or null; good until the size changes.
+    /// The block, or null; valid until the size changes.
     BYTE* GetData() noexcept { return m_pData; }
     const BYTE* GetData() const noexcept { return m_pData; }
 
@@ -45,16 +44,16 @@ public:
     /// Shrinks the block to the elements in use. An empty array keeps its block, though it no longer counts as room.
     void FreeExtra();
 
-    /// Puts the elements of another array behind the own ones and gives the index of the first.
+    /// Appends the elements of another array and gives the index of the first of them.
     int Append(const OBaseArray& src);
 
-    /// Takes over size and elements of another array.
+    /// Takes a copy of size and elements of another array.
     void Copy(const OBaseArray& src);
 
-    /// Takes out `count` elements from `index` on. The block stays as it is.
+    /// Removes `count` elements from `index` on. The block keeps its size.
     void RemoveAt(int index, int count = 1);
 
-    /// Makes a gap of `nCount` zero elements at `nIndex`. Past the end, what lies between is zero as well.
+    /// Inserts `nCount` zero elements at `nIndex`. Past the end, the elements in between are zero as well.
     void InsertAt(int nIndex, int nCount);
 
     /// The first index, from `start` on, of an element whose bytes are those at `value`, or -1. `start` isn't tested.

@@ -6,10 +6,10 @@
 
 /// Values and the hashes of their keys in two parallel arrays: the part of a map that doesn't know what its keys are.
 ///
-/// There are no bins: the hashes are in descending order, entries of one hash side by side, and an entry is looked for
-/// by walking from a computed place.
+/// There are no bins: the hashes are in descending order, entries of equal hash next to each other, and a search walks
+/// from a computed position.
 ///
-/// Ownership: the arrays only. What a value points to stays with whoever put it in.
+/// Ownership: the arrays only, not what a value points to.
 /// Threading: none; the owner holds its own lock around each call.
 template <typename T>
 class OHashMap {
@@ -22,10 +22,12 @@ public:
 protected:
     /// The first index whose hash is not above `hash`, or the number of entries.
     ///
-    /// Deliberate: the guess rises with the hash while the hashes fall with the index, and the walks mend it. A guess
-    /// that is the number of entries itself isn't mended: no walk starts there. It comes from the hash 0xFFFFFFFF and
-    /// from n - 1/2 in n parts of 2^32, n being the number of entries, as from 0x80000000 with one entry. An entry
-    /// put in at such a guess goes to the end whatever its neighbours are, and isn't found at that size.
+    /// Deliberate: the guess rises with the hash while the hashes fall with the index, so it is usually wrong, and the
+    /// two walks correct it. No walk starts at a guess that equals the number of entries:
+    ///     1 entry,   hash 0x80000000
+    ///     2 entries, hash 0xC0000000
+    /// and the hash 0xFFFFFFFF with any number. An entry inserted there goes to the end, whatever its neighbours are,
+    /// and isn't found while the map has that many entries.
     int FindPosition(unsigned long hash) const
     {
         const int count = _hashes.GetSize();
@@ -37,5 +39,5 @@ protected:
     }
 
     OTypedArray<T> _values;
-    OTypedArray<unsigned long> _hashes; ///< in descending order, but for entries put in at such a guess
+    OTypedArray<unsigned long> _hashes; ///< in descending order, except for such entries
 };

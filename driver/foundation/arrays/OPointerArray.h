@@ -5,7 +5,7 @@
 
 /// A dynamic array of pointers to T. All pointer types share the code of `OTypedArray<void *>`; this only converts.
 ///
-/// Ownership: none of what the elements point to; whoever put it there lets go of it.
+/// Ownership: not of what the elements point to; whoever put it there frees it.
 /// Errors, threading: as `OTypedArray<void *>`, which is also the name in ASSERT records.
 template <typename T>
 class OPointerArray : public OTypedArray<void*> {

@@ -10,7 +10,7 @@
 
 struct tagVARIANT;
 
-/// What an ASSERT record calls an element type. A type from above the foundation brings its row along, beside its own
+/// What an ASSERT record calls an element type. A type from above the foundation adds its row next to its own
 /// declaration: `template <> inline constexpr const char* arrayElementName<class Thing*> = "class Thing *";`
 template <typename T>
 inline constexpr const char* arrayElementName = nullptr;
@@ -32,8 +32,8 @@ inline constexpr const char* arrayElementName<tagVARIANT> = "struct tagVARIANT";
 
 /// A dynamic array of plain values over the body of code for their size.
 ///
-/// Ownership: the block only. What an element refers to (a pointer's target, the reference in a VARIANT) stays with
-///            whoever put it there; nothing is copied deeply or released.
+/// Ownership: the block only. What an element refers to (a pointer's target, the reference in a VARIANT) belongs to
+///            whoever put it there; it is neither copied nor released.
 /// Errors, threading: as `OBaseArray`.
 template <typename T>
 class OTypedArray : public OBaseArray<sizeof(T)> { // NOLINT(bugprone-sizeof-expression): pointers are elements too
@@ -45,7 +45,7 @@ public:
 
     ~OTypedArray() override = default;
 
-    /// The elements in a row, or null; good until the size changes.
+    /// The elements in a row, or null; valid until the size changes.
     T* GetData() noexcept { return reinterpret_cast<T*>(this->m_pData); }
     const T* GetData() const noexcept { return reinterpret_cast<const T*>(this->m_pData); }
 
@@ -55,7 +55,7 @@ public:
         return GetData()[nIndex];
     }
 
-    /// The element itself; good until the size changes.
+    /// The element itself; valid until the size changes.
     T& ElementAt(int nIndex)
     {
         ASSERT_IN(Named("ElementAt").c_str(), nIndex >= 0 && nIndex < m_nSize);
@@ -75,7 +75,7 @@ public:
         GetData()[nIndex] = value;
     }
 
-    /// Sets an element; at or past the end the array grows up to it, what lies between being zero.
+    /// Sets an element; at or past the end the array grows up to it; the elements in between are zero.
     void SetAtGrow(int nIndex, T value)
     {
         ASSERT_IN(Named("SetAtGrow").c_str(), nIndex >= 0);
@@ -83,7 +83,7 @@ public:
         SetAt(nIndex, value);
     }
 
-    /// Puts one element at the end and gives its index.
+    /// Appends one element and gives its index.
     int Add(T value)
     {
         const int index = m_nSize;

@@ -15,10 +15,10 @@
 /// The lock for every use of the debug help library, which isn't thread-safe.
 OCriticalSection& DebugHelpLock();
 
-/// A session with the platform's debug help library over the own process.
+/// A session of the platform's debug help library for the own process.
 ///
 /// Ownership: loads the library and starts the session; the destructor ends both. Usually the one of `Kept` is used:
-///            reading symbols takes long enough that a session pays for more than one call stack.
+///            reading symbols takes long, so one session serves many call stacks.
 /// Threading: under `DebugHelpLock`.
 class DebugHelp {
 public:

@@ -83,8 +83,8 @@ bool OEventLog::WriteError(const OString& text, WORD category) noexcept
     return Write(EVENTLOG_ERROR_TYPE, text, category);
 }
 
-/// Opens the event source on first use. A key that couldn't be written doesn't matter: who may not create it may still
-/// report.
+/// Opens the event source on first use. A key that can't be written doesn't matter: a user who may not create it may
+/// still report.
 bool OEventLog::Register()
 {
     if (_hEventSource) return true;

@@ -28,7 +28,7 @@ public:
     /// Empty if it has no text.
     OString GetErrorText() const;
 
-    /// These give null for a text that it doesn't have. They hold as long as the object.
+    /// These give null for a text that it doesn't have. The pointers are valid as long as the object.
     const char* GetErrorTextA() const noexcept { return Pointer(_errorText); }
     const char* GetStackText() const noexcept { return Pointer(_stackText); }
     const char* GetFunction() const noexcept { return Pointer(_function); } ///< only of an ASSERT

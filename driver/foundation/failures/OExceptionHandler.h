@@ -11,13 +11,13 @@
 class OEventLog;
 class OExceptionReport;
 
-/// Tells a person, a console or the event log about a failure, and turns structured exceptions into `OException` while
+/// Reports a failure to a person, a console or the event log, and turns structured exceptions into `OException` while
 /// it lives: what runs in `RunTranslated` on its thread throws one for each fault.
 ///
 /// Ownership: the event log isn't owned and may be null. It lives on the stack of the thread that made it, whose
 ///            translator it replaces and puts back.
-/// Errors:    making one may throw std::bad_alloc. Reporting fails without a word and lets nothing out, neither an
-///            exception nor a broken ASSERT: this is the end of the line.
+/// Errors:    making one may throw std::bad_alloc. Reporting lets neither an exception nor a broken ASSERT out; it
+///            doesn't report failures of its own.
 class OExceptionHandler {
 public:
     /// Each a step of `Report`, in the order 4, 2, 1, 8.
@@ -38,7 +38,7 @@ public:
     void ReportUnknownException() noexcept;                          ///< as an OException of code 1287
     void ReportStdException(const std::exception& failure) noexcept; ///< as an OException of code 1359 with its text
 
-    /// Tells the event log, if there is one, what went wrong with a document. Both texts may be null.
+    /// Reports to the event log, if there is one, what went wrong with a document. Both texts may be null.
     void ReportDocumentError(const char* documentName, const char* errorText) noexcept;
 
     /// Path of the last minidump; empty if none was written.

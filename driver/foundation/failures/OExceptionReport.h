@@ -5,7 +5,7 @@
 
 #include <string>
 
-/// The texts by which one failure is told, each line ended by "\r\n". Composes and shows nothing.
+/// The texts that report one failure, each line ended by "\r\n". It composes them and shows nothing.
 class OExceptionReport {
 public:
     /// `program` is the name of the program, `catcher` that of the place that caught the failure.

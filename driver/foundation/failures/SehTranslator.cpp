@@ -42,7 +42,7 @@ constexpr WORD x87ExceptionFlags = 0x80FF;
 constexpr ULONG stackReserve = 128 * 1024;
 constexpr ULONG_PTR pageSize = 4096;
 
-/// Copies of what the platform told about one fault.
+/// Copies of what the platform reported about one fault.
 struct Fault {
     EXCEPTION_RECORD record;
     CONTEXT context;
@@ -52,10 +52,10 @@ struct Fault {
 /// What one thread needs. Made when the thread sets its first translator or meets its first foreign exception.
 struct ThreadState {
     SehTranslator translator = nullptr;
-    std::array<Fault, 4> faults; ///< used in turn, so that a fault inside the translator spares the one before
+    std::array<Fault, 4> faults; ///< used in turn: a fault inside the translator gets the next
     size_t currentFault = 0;
     bool passing = false;                           ///< the translator declined: let the exception pass
-    ULONG_PTR overflowedAt = 0;                     ///< the stack pointer of an overflow that isn't mended yet
+    ULONG_PTR overflowedAt = 0;                     ///< stack pointer of an overflow whose guard page is still missing
     _Unwind_Exception_Cleanup_Fn cleanup = nullptr; ///< of the exception thrown for that overflow
     CONTEXT scratch[2];                             ///< off the stack, which may be nearly full
 };
@@ -65,8 +65,8 @@ void CALLBACK DeleteThreadState(void* state) noexcept
     std::default_delete<ThreadState>()(static_cast<ThreadState*>(state));
 }
 
-/// Keeps room for the translator on the calling thread's stack, at most a quarter of what is free. The platform never
-/// takes back such a promise; a thread that refuses goes without.
+/// Reserves room for the translator on the calling thread's stack, at most a quarter of what is free. The platform
+/// keeps the reservation until the thread ends; where it refuses, the thread goes without.
 void ReserveStack() noexcept
 {
     MEMORY_BASIC_INFORMATION stack{};
@@ -191,7 +191,7 @@ bool MayThrow(const Step& step, DWORD64 address) noexcept
 }
 
 /// The unwinder looks up the address before a return address. So one past the fault is right, unless that looks like
-/// another place: behind an instruction of one byte in the prologue, or like the beginning of an epilogue.
+/// another place: after a one-byte instruction in the prologue, or like the beginning of an epilogue.
 DWORD64 ReturnAddressFor(const CONTEXT& fault, CONTEXT (&scratch)[2]) noexcept
 {
     scratch[0] = fault;
@@ -236,9 +236,9 @@ void ResumeInTranslator(CONTEXT& context, CONTEXT (&scratch)[2]) noexcept
 
 // --- Stack overflow ---
 
-/// Gives the stack its guard page back, once the stack pointer has left the reserve. The platform takes the page away
-/// when it reports an overflow; without it the next overflow would end the process.
-void MendStack(ThreadState& state) noexcept
+/// Restores the stack's guard page, once the stack pointer has left the reserve. The platform removes the page when it
+/// reports an overflow; without it the next overflow would end the process.
+void RestoreGuardPage(ThreadState& state) noexcept
 {
     constexpr ULONG_PTR distance = 4 * pageSize;
     const auto here = reinterpret_cast<ULONG_PTR>(__builtin_frame_address(0));
@@ -246,13 +246,13 @@ void MendStack(ThreadState& state) noexcept
     if (::_resetstkoflw()) state.overflowedAt = 0;
 }
 
-/// Stands in for the clean-up routine of an exception that reports an overflow: called at the end of its catch clause.
-void MendStackAndCleanUp(_Unwind_Reason_Code reason, _Unwind_Exception* exception) noexcept
+/// Replaces the clean-up routine of an exception that reports an overflow: called at the end of its catch clause.
+void RestoreGuardPageAndCleanUp(_Unwind_Reason_Code reason, _Unwind_Exception* exception) noexcept
 {
     ThreadState* const state = States().Find();
     if (!state) return;
     const _Unwind_Exception_Cleanup_Fn cleanup = state->cleanup;
-    MendStack(*state);
+    RestoreGuardPage(*state);
     if (cleanup) cleanup(reason, exception);
 }
 
@@ -270,7 +270,7 @@ SehTranslator SetSehTranslator(SehTranslator translator) noexcept
 {
     ThreadState* const state = translator ? States().FindOrMake() : States().Find();
     if (!state) return nullptr;
-    MendStack(*state);
+    RestoreGuardPage(*state);
     return std::exchange(state->translator, translator);
 }
 
@@ -318,8 +318,8 @@ EXCEPTION_DISPOSITION SehResumeHandler(EXCEPTION_RECORD* record, void*, CONTEXT*
     ThreadState* const state = States().Find();
     if (!state || !state->overflowedAt || record->ExceptionCode != gccException) return ExceptionContinueSearch;
     auto* const exception = reinterpret_cast<_Unwind_Exception*>(record->ExceptionInformation[0]);
-    if (exception->exception_cleanup != &MendStackAndCleanUp) {
-        state->cleanup = std::exchange(exception->exception_cleanup, &MendStackAndCleanUp);
+    if (exception->exception_cleanup != &RestoreGuardPageAndCleanUp) {
+        state->cleanup = std::exchange(exception->exception_cleanup, &RestoreGuardPageAndCleanUp);
     }
     return ExceptionContinueSearch;
 }

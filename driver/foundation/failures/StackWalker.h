@@ -4,13 +4,13 @@
 #include "foundation/failures/DebugHelp.h"
 #include "foundation/Platform.h"
 
-/// Walks a call stack of the calling thread and names its frames, by the platform's debug help library.
+/// Walks a call stack of the calling thread and names its frames, with the platform's debug help library.
 ///
-/// What is found goes to the overridable `On...` operations; those of this class make lines of frames and errors and
-/// hand them to `OnOutput`. Names come from whatever symbols the modules carry or the search path offers.
+/// What it finds goes to the overridable `On...` operations; those of this class turn frames and errors into lines and
+/// pass them to `OnOutput`. Names come from the symbols in the modules and on the search path.
 ///
 /// Threading: any thread; walks are made one after the other.
-/// Errors:    without the library nothing is put out; what can't be named is put out with a text that says so.
+/// Errors:    without the library there is no output; what has no name gets a text that says so.
 class StackWalker {
 public:
     StackWalker() = default;
@@ -18,7 +18,7 @@ public:
     StackWalker& operator=(const StackWalker&) = delete;
     virtual ~StackWalker() = default;
 
-    /// Walks outwards from the frame that `context` tells. After 500 frames it says that it leaves out the rest. False
+    /// Walks outwards from the frame of `context`. After 500 frames it says that it leaves out the rest. False
     /// if debug help isn't there or doesn't start.
     bool Walk(const CONTEXT& context);
 

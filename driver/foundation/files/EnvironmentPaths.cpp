@@ -25,7 +25,7 @@ std::wstring Value(const wchar_t* variable)
     return length < MAX_PATH ? std::wstring(value, length) : std::wstring();
 }
 
-/// Replaces `oldText`, which isn't empty, in any case; what was put in isn't searched again.
+/// Replaces `oldText`, which isn't empty, in any case; inserted text isn't searched again.
 void ReplaceNoCase(std::wstring& text, std::wstring_view oldText, std::wstring_view newText)
 {
     const auto isSame = [](wchar_t left, wchar_t right) { return FoldAscii(left) == FoldAscii(right); };

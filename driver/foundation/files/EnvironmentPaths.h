@@ -4,7 +4,7 @@
 #include "foundation/text/OString.h"
 
 /// Replaces the values of USERPROFILE, ALLUSERSPROFILE, ProgramFiles, SystemRoot and SystemDrive, in this order and
-/// wherever they stand in the path, by their names between '%'. 'a' to 'z' count as 'A' to 'Z'. A variable that isn't
+/// wherever they occur in the path, by their names between '%'. 'a' to 'z' count as 'A' to 'Z'. A variable that isn't
 /// set, is empty or has 260 characters or more is left out.
 void CollapseEnvironmentPaths(OString& path);
 

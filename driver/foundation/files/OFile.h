@@ -12,9 +12,9 @@
 /// Threading: one thread at a time.
 class OFile : public OCore::OStream {
 public:
-    // Flags of Open, joined by '|'. Without a sharing flag others may read and write.
+    // Flags of Open, combined by '|'. Without a sharing flag others may read and write.
     static constexpr DWORD writable = 0x1;         ///< read and write, and empty the file at once; otherwise read only
-    static constexpr DWORD shareNothing = 0x10;    ///< others have to wait
+    static constexpr DWORD shareNothing = 0x10;    ///< others can't open it
     static constexpr DWORD shareReading = 0x20;    ///< others may read
     static constexpr DWORD shareWriting = 0x30;    ///< others may write
     static constexpr DWORD createMissing = 0x1000; ///< make the file if it isn't there
@@ -29,7 +29,7 @@ public:
     /// As in any stream, but a closed file takes nothing into its buffer.
     DWORD Write(const void* data, DWORD count) override;
 
-    /// Closes what is open and opens a file. The path is kept in any case.
+    /// Closes the file that is open, if any, and opens another. The path is stored in any case.
     virtual bool Open(const OString& path, DWORD flags);
     /// Flushes and closes.
     virtual void Close();
@@ -43,7 +43,7 @@ public:
 
     bool IsOpen() const noexcept { return static_cast<bool>(_file); }
     const OString& GetPath() const noexcept { return _path; }
-    /// The path's part behind the last '\'.
+    /// The path's part after the last '\'.
     OString GetFileName() const;
 
     /// Reads up to and including the next line feed, in the stream's code page. Gives false if nothing is left of the
@@ -52,7 +52,8 @@ public:
 
     /// Appends the lines of a file, however they end, to `lines`; false if the file can't be opened.
     static bool ReadLines(const OString& path, OStringArray& lines);
-    /// Makes the file anew with each line followed by "\r\n"; false if it can't be opened.
+    /// Replaces the content of a file by the lines, each followed by "\r\n"; makes the file if need be. False if it
+    /// can't be opened.
     static bool WriteLinesToFile(const OString& path, const OStringArray& lines);
 
     /// Makes a directory, and those above it if need be. False also if it is there already.
@@ -71,7 +72,7 @@ public:
 
     /// Any of the times may be null. False if the file can't be opened for reading.
     static bool GetTimes(const OString& path, FILETIME* creation, FILETIME* lastAccess, FILETIME* lastWrite);
-    /// A null time stays as it is. Gives true in every case.
+    /// A null time isn't changed. True in every case.
     static bool SetTimes(const OString& path, const FILETIME* creation, const FILETIME* lastAccess,
                          const FILETIME* lastWrite);
 

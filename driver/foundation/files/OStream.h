@@ -11,7 +11,7 @@ namespace OCore {
 
 /// An output stream of bytes with an optional buffer and a code page for text. Nothing throws; counts are in bytes.
 ///
-/// A derived class writes to its device in `WriteRaw`, and calls `Flush` before it lets the device go.
+/// A derived class writes to its device in `WriteRaw`, and calls `Flush` before it closes the device.
 /// Threading: one thread at a time.
 class OStream {
 public:
@@ -40,7 +40,7 @@ public:
 
     /// Writes the text in the stream's code page, without a terminator.
     DWORD WriteString(const OString& text);
-    /// Writes the text, and the line end behind it unless it already ends in that.
+    /// Writes the text, and the line end unless the text already ends in it.
     DWORD WriteLine(const OString& text, const OString& lineEnd);
     /// Writes each element as a line and gives the sum.
     DWORD WriteLines(const OStringArray& lines, const OString& lineEnd);

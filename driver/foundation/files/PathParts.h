@@ -6,5 +6,5 @@
 /// A path up to its last '\', which isn't part of the result; empty if there is none. '/' doesn't count.
 OString GetFolderPart(const OString& path);
 
-/// What stands behind the last '\' of a path; the whole path if there is none.
+/// The part of a path after its last '\'; the whole path if there is none.
 OString GetFilePart(const OString& path);

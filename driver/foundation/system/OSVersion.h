@@ -16,6 +16,6 @@ bool GetOSVersion(OSVERSIONINFOW& version) noexcept;
 /// One system metric by the source that is set.
 int GetOSMetric(int index) noexcept;
 
-/// Replaces the source of both and gives the one before; null puts the platform's own back. The source is lent and must
-/// stay until it is replaced. For tests.
+/// Replaces the source of both and gives the one before; null restores the platform's own. The source isn't
+/// copied: it must live until it is replaced. For tests.
 const OSVersionSource* SetOSVersionSource(const OSVersionSource* source) noexcept;

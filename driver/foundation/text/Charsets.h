@@ -21,5 +21,5 @@ int CodePageToCharset(int codePage) noexcept;
 /// The same for a code page that goes by a name: "JIS" or "Mac-Western".
 int CodePageToCharset(const OString& codePageName);
 
-/// Whether a font's charset number stands for a charset of one and two bytes a character.
+/// Whether a font's charset number is that of a charset with one or two bytes for a character.
 bool IsDoubleByteCharset(int charset) noexcept;

@@ -3,8 +3,8 @@
 
 #include "foundation/text/OString.h"
 
-/// Check characters of barcode symbologies over the text that stands in front of them. A character that the symbology
-/// doesn't know counts as 0.
+/// Check characters of barcode symbologies for the text before them. A character that the symbology doesn't know counts
+/// as 0.
 
 /// The digit of EAN and UPC: weight 3 on the last digit and every second one before it.
 char CheckDigitMod10(const OString& digits);

@@ -92,7 +92,7 @@ void AddEUCForm(Bytes& result, BYTE character)
     if (MathUtility::IsBetween<int>(character, 33, 126)) Add(result, {163, static_cast<BYTE>(character + 128)});
 }
 
-/// Copies a pair, or its first byte alone if the text ends behind it, and gives the index of its last byte.
+/// Copies a pair, or its first byte alone if the text ends after it, and gives the index of its last byte.
 int CopyPair(Bytes& result, const Bytes& text, int index)
 {
     result.Add(text[index]);

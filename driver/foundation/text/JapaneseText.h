@@ -7,8 +7,8 @@
 
 /// Conversions of Japanese text between its encodings, on bytes.
 ///
-/// Results go into an array other than the source, whose old content is dropped. A lead byte is what the platform
-/// calls one in code page 932.
+/// Results replace the content of an array, which must not be the source. A lead byte is what the platform calls one
+/// in code page 932.
 
 /// Two bytes that make one character.
 struct DoubleByte {

@@ -9,7 +9,7 @@
 #include "foundation/text/OString.h"
 #include "foundation/text/OStringArray.h"
 
-/// A running CRC-32: what is added one after the other gives the sum of all of it in one run.
+/// A running CRC-32: data added in parts gives the same sum as the whole at once.
 ///
 /// A value counts by its bytes in memory, a text by its wide form with the terminator, an array as each of its texts.
 class OCRC32 {

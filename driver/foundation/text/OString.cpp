@@ -181,7 +181,7 @@ OString OString::InMyPage(const wchar_t* text) const
     return value;
 }
 
-/// A second holder of the core if `text` lies in it, so that a mutation copies the core and `text` stays valid.
+/// A second value that shares the core if `text` lies in it, so that a mutation copies the core and `text` stays valid.
 OString OString::HolderOf(const void* text) const noexcept
 {
     const auto isIn = [text](const void* begin, size_t bytes) {

@@ -7,10 +7,10 @@
 #include <string_view>
 #include <utility>
 
-/// The system's text: one pointer to a shared, counted core, copied on write.
+/// The system's text type: one pointer to a shared, reference-counted core, copied on write.
 ///
-/// The core holds the text in a narrow form (bytes in a code page), a wide form (16-bit units), or both; the missing
-/// one is made when it is asked for and stays in the core for all holders. A null core is a valid empty text.
+/// The core has the text in a narrow form (bytes in a code page), a wide form (16-bit units), or both; a missing form
+/// is made on demand and cached in the core for all values that share it. A null core is a valid empty text.
 ///
 /// Wide state: a text is in wide state if its wide form is present or its code page is a multi-byte one (UTF-8 or
 ///             double-byte). Then lengths and indexes count 16-bit units, otherwise bytes. Two values are handled
@@ -19,10 +19,10 @@
 ///             16-bit string; null counts as empty. Where an `OString` is asked for, a narrow literal becomes one of
 ///             code page 0. Texts may point into this value's own forms, and a value may be its own argument.
 ///
-/// Ownership: a value. Pointers into it (`nstring`, `wstring`) hold until its next mutation or end.
+/// Ownership: a value. Pointers into it (`nstring`, `wstring`) are valid until its next mutation or end.
 /// Threading: none. The count isn't atomic and reading may write a form into the shared core, so a value, and any that
 ///            may share its core, belong to one thread at a time. Across threads: a lock, or a copy made of the text.
-/// Errors:    indexes out of range are clamped, and a failed conversion leaves a form empty. Want of memory breaks an
+/// Errors:    indexes out of range are clamped, and a failed conversion leaves a form empty. Lack of memory breaks an
 ///            ASSERT or throws std::bad_alloc.
 class OString {
 public:
@@ -56,7 +56,7 @@ public:
     OString& operator=(int number);
     OString& operator=(long number) { return *this = static_cast<int>(number); }
 
-    /// Takes `text` up to its first zero, but `maximum` characters at most; nothing behind them is read.
+    /// Takes `text` up to its first zero, but `maximum` characters at most; nothing after them is read.
     void AssignN(const char* text, int maximum);
     void AssignN(const wchar_t* text, int maximum);
 
@@ -85,7 +85,7 @@ public:
     OString& operator+=(const wchar_t* text);
     OString& operator+=(int number);
     OString& operator+=(long number) { return *this += static_cast<int>(number); }
-    /// A character brings the text into its own form first, so with a narrow one what the code page can't hold is lost.
+    /// The text is first converted to the character's own form, so a narrow character loses what the code page lacks.
     /// A zero appends nothing.
     OString& operator+=(char character);
     OString& operator+=(wchar_t character);
@@ -97,7 +97,7 @@ public:
     int Compare(const OString& other) const;
     /// The same with 'a' to 'z' counted as 'A' to 'Z', and no other letter folded.
     int CompareNoCase(const OString& other) const;
-    /// The orders beneath, on plain texts. A null text gives -1 on either side.
+    /// The same orders for plain texts. A null text gives -1 on either side.
     static int Compare(const char* left, const char* right) noexcept;
     static int Compare(const wchar_t* left, const wchar_t* right) noexcept;
     static int CompareNoCase(const char* left, const char* right) noexcept;
@@ -135,18 +135,18 @@ public:
     void Truncate(int length);
     /// Leaves core and buffers in place.
     void Empty() { Truncate(0); }
-    /// The narrow variant works on the narrow form, with `index` in bytes, and loses what the code page can't hold; the
+    /// The narrow variant works on the narrow form, with `index` in bytes, and loses what the code page lacks; the
     /// wide variant works on the wide form; the last one on the form in which both values go together.
     void Insert(int index, const char* text);
     void Insert(int index, const wchar_t* text);
     void Insert(int index, const OString& text);
-    /// Replaces each occurrence from left to right and gives their number; what was put in isn't searched again.
+    /// Replaces each occurrence from left to right and gives their number; inserted text isn't searched again.
     /// Gives 0 if both texts are equal.
     int Replace(const OString& oldText, const OString& newText);
     int Remove(char character);
     int Remove(wchar_t character);
-    /// Cut characters in `set` off. In wide state the bytes of the narrow form are trimmed as well, by the set's narrow
-    /// form, and the narrow form is there afterwards.
+    /// Cut off characters in `set`. In wide state the bytes of the narrow form are trimmed as well, by the set's narrow
+    /// form, and the narrow form is present afterwards.
     void TrimLeft(const OString& set);
     void TrimRight(const OString& set);
     /// Cuts blanks, tabs, carriage returns and line feeds off both ends.
@@ -161,7 +161,7 @@ public:
     void PadLeft(int width, wchar_t character);
     void PadRight(int width, wchar_t character);
     /// Counts a trailing number up ("Name9" to "Name10", "Name007" to "Name8") or appends "2", with a blank before it
-    /// if `withBlank` and there is none. Works on the narrow form: what the code page can't hold is lost.
+    /// if `withBlank` and there is none. Works on the narrow form: what the code page lacks is lost.
     void IncrementName(bool withBlank);
 
     /// The number with at least `width` digits; the sign comes in front of them.
@@ -176,7 +176,7 @@ public:
     static OString HexOf(BYTE value);
     static OString HexOf(WORD value);
     static OString HexOf(DWORD value);
-    /// The decimal number that the narrow form starts with, behind white space; 0 without one.
+    /// The decimal number at the start of the narrow form, after white space; 0 without one.
     int ToInt() const;
 
     /// Sets the text by the platform's `wvsprintf` and its directives, so it ends at 1024 characters at the latest.
@@ -185,7 +185,7 @@ public:
     void Format(const wchar_t* format, ...);
 
     /// Makes the text empty and gives a buffer for `size` characters and a terminator to write into, as char or
-    /// wchar_t. What stands there up to the first zero is the text; no release is needed. Valid until the next
+    /// wchar_t. What is written up to the first zero is the text; no release is needed. Valid until the next
     /// mutation.
     template <typename Char>
     Char* GetBuffer(int size);
@@ -193,7 +193,7 @@ public:
     /// Whether the whole text fits `pattern`, by 16-bit unit: '?' is any one character, '*' any run, also an empty one.
     bool Match(const OString& pattern) const;
 
-    /// The core as it is, null included; to look at only.
+    /// The core itself, which may be null; for inspection only.
     const OStringCore* Core() const noexcept { return _core; }
 
 private:

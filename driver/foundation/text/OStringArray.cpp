@@ -14,7 +14,7 @@
 
 namespace {
 
-/// Handles move as plain bytes: no count changes.
+/// Moves handles as plain bytes: no count changes.
 void MoveHandles(OString* target, const OString* source, int count) noexcept
 {
     if (count <= 0) return;
@@ -22,7 +22,7 @@ void MoveHandles(OString* target, const OString* source, int count) noexcept
                  static_cast<size_t>(count) * sizeof(OString));
 }
 
-/// Puts that in front of which `sign` times the comparison is negative.
+/// Ascending for a `sign` of 1, descending for -1.
 void ExchangeSort(OString* elements, int count, int sign)
 {
     for (int i = 0; i < count; ++i) {
@@ -46,7 +46,7 @@ void AddPiece(OStringArray& array, std::basic_string_view<Char> text)
     array.Add(piece);
 }
 
-/// Cuts a text wherever `find`, asked with a position, finds a separator at or behind it.
+/// Cuts a text at each separator. `find` gives the next one from a position on.
 template <typename Char, typename Find>
 void Cut(OStringArray& array, std::basic_string_view<Char> text, size_t separatorLength, Find find)
 {
@@ -142,14 +142,14 @@ int PackText(const OStringArray& array, OBuffer<Char>& result, int mode, UINT co
 
     if (mode == OStringArray::packTerminated) packed += Char{0};
     if (mode == OStringArray::packCounted) StorePrefix(packed.data(), static_cast<size_t>(array.GetSize()));
-    // Deliberate: the size counts the prefix itself, which Unpack then doesn't.
+    // Deliberate: the size includes the prefix itself, which Unpack doesn't expect.
     if (mode == OStringArray::packSized) StorePrefix(packed.data(), packed.size() * sizeof(Char));
 
     result.Assign(packed.data(), static_cast<int>(packed.size()));
     return result.GetSize();
 }
 
-/// Appends what a packed block holds to an array. The zeros that every `OBuffer` has behind its block end a text that
+/// Appends the texts of a packed block to an array. The zeros that follow the block of every `OBuffer` end a text that
 /// runs out of it.
 template <typename Char>
 class Unpacker {
@@ -191,7 +191,7 @@ private:
 
     void Sized()
     {
-        // Deliberate: the size is counted from behind the prefix, though Pack counts the prefix in.
+        // Deliberate: the size is counted from after the prefix, though Pack includes the prefix.
         const Char* position = _text + prefixLength<Char>;
         const size_t room = static_cast<size_t>(_limit - position) * sizeof(Char);
         const size_t size = std::min(static_cast<size_t>(LoadPrefix(_text)), room);
@@ -229,8 +229,8 @@ private:
 
     OStringArray& _array;
     const Char* _text;
-    const Char* _end;   ///< behind the block
-    const Char* _limit; ///< behind the zeros that stand there
+    const Char* _end;   ///< of the block
+    const Char* _limit; ///< of the zeros that follow it
     UINT _codePage;
 };
 

@@ -6,7 +6,7 @@
 
 /// A dynamic array of texts, which share their cores with the values they were set from.
 ///
-/// It grows as `OBaseArray` does; an `OString` is one pointer, so elements move as plain bytes with no count touched.
+/// It grows as `OBaseArray` does; an `OString` is one pointer, so elements move as plain bytes and no count changes.
 /// Ownership: its elements. It can't be copied by the language; see `Copy`.
 /// Errors:    a bad index or count is an ASSERT. A block that can't be had is std::bad_alloc, with the array
 ///            as it was.
@@ -18,7 +18,7 @@ public:
     OStringArray& operator=(const OStringArray&) = delete;
     virtual ~OStringArray();
 
-    /// Makes the array `nNewSize` elements long; new elements are empty, size 0 gives the block back.
+    /// Makes the array `nNewSize` elements long; new elements are empty, size 0 frees the block.
     /// `nGrowBy` is the step by which the block grows from now on: 0 computes it from the size, -1 keeps the stored
     /// one.
     void SetSize(int nNewSize, int nGrowBy = -1);
@@ -26,7 +26,7 @@ public:
     int GetSize() const noexcept { return m_nSize; }
     bool IsEmpty() const noexcept { return m_nSize == 0; }
 
-    /// The elements in a row, or null; good until the size changes.
+    /// The elements in a row, or null; valid until the size changes.
     OString* GetData() noexcept { return m_pData; }
     const OString* GetData() const noexcept { return m_pData; }
 
@@ -36,7 +36,7 @@ public:
     OString* GetAddress(int index) noexcept { return m_pData + index; }
     const OString* GetAddress(int index) const noexcept { return m_pData + index; }
 
-    /// The element itself; good until the size changes.
+    /// The element itself; valid until the size changes.
     OString& GetAt(int nIndex);
     const OString& GetAt(int nIndex) const;
     OString& ElementAt(int nIndex);
@@ -45,35 +45,35 @@ public:
     const OString& operator[](int nIndex) const { return ElementAt(nIndex); }
 
     void SetAt(int nIndex, const OString& value);
-    /// Sets an element; at or past the end the array grows up to it, what lies between being empty.
+    /// Sets an element; at or past the end the array grows up to it; the elements in between are empty.
     void SetAtGrow(int nIndex, const OString& value);
-    /// Puts one element at the end and gives its index.
+    /// Appends one element and gives its index.
     int Add(const OString& value);
 
     void RemoveAll() { SetSize(0); }
-    /// Shrinks the block to the elements in use; an empty array gives it back.
+    /// Shrinks the block to the elements in use; an empty array frees it.
     void FreeExtra();
 
-    /// Puts the elements of another array behind the own ones and gives the index of the first.
+    /// Appends the elements of another array and gives the index of the first of them.
     int Append(const OStringArray& src);
-    /// Takes over the elements of another array.
+    /// Takes a copy of the elements of another array.
     void Copy(const OStringArray& src);
 
-    /// Makes a gap of `nCount` empty elements at `nIndex`. Past the end, what lies between is empty as well.
+    /// Inserts `nCount` empty elements at `nIndex`. Past the end, the elements in between are empty as well.
     void InsertEmpty(int nIndex, int nCount);
     /// Inserts `nCount` elements of the same text at `nIndex`.
     void InsertAt(int nIndex, const OString& value, int nCount = 1);
     /// Inserts the elements of an array, which may be this one, at `nStartIndex`.
     void InsertAt(int nStartIndex, const OStringArray* pNewArray);
 
-    /// Takes out `count` elements from `index` on. The block stays as it is.
+    /// Removes `count` elements from `index` on. The block keeps its size.
     void RemoveAt(int index, int count = 1);
     void RemoveEmpty();
 
     /// The first index, from `start` on, of an element equal to `value`, or -1. `start` isn't tested.
     int Find(const OString& value, int start = 0) const;
 
-    /// Order by `OString::Compare`. Quadratic; equal elements may change places.
+    /// Sort by `OString::Compare`. Quadratic and not stable.
     void Sort();
     void SortDescending();
 
@@ -89,17 +89,17 @@ public:
     void SplitOneOf(const wchar_t* source, const wchar_t* separators);
 
     /// Layouts of a packed array. A prefix is 16 bits wide, little-endian, and cut to them.
-    static constexpr int packTerminated = 0; ///< zero-terminated texts, empty ones left out, and a zero behind all
+    static constexpr int packTerminated = 0; ///< zero-terminated texts, empty ones left out, and a final zero
     static constexpr int packCounted = 1;    ///< number of elements, zero-terminated texts
     static constexpr int packSized = 2;      ///< size of the whole in bytes, zero-terminated texts
     static constexpr int packLines = 3;      ///< each text followed by "\r\n"
 
-    /// Writes the elements one behind the other and gives the size of the result in characters. Any other mode gives
+    /// Writes the elements one after the other and gives the size of the result in characters. Any other mode gives
     /// the bare texts. `codePage`, unless 0, is that of the bytes in the result.
     int Pack(OBuffer<char>& result, int mode, UINT codePage = 0) const;
     int Pack(OBuffer<wchar_t>& result, int mode) const;
 
-    /// Appends what a packed block holds. Any other mode adds nothing. `codePage`, unless 0, becomes
+    /// Appends the texts of a packed block. Any other mode adds nothing. `codePage`, unless 0, becomes
     /// that of the new elements.
     void Unpack(const OBuffer<char>& source, int mode, UINT codePage = 0);
     void Unpack(const OBuffer<wchar_t>& source, int mode);

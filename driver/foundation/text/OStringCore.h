@@ -17,17 +17,16 @@ inline constexpr UINT utf8CodePage = 1208; ///< UTF-8, converted here and not by
 /// A form is present if its buffer is there and doesn't start with a zero. The text is empty if neither is present;
 /// when both are, they say the same. The wide form is the text then, and the narrow one a cache of it.
 ///
-/// Invariants: `capacity` is 0 or a multiple of 32. `wdata` holds `capacity` units, `ndata` twice as many bytes, or
-/// four
-///             times as many in UTF-8; so a narrow form can take the conversion of any wide form of the core.
-/// Ownership:  owns both buffers; `OString` counts its holders in `reference_count` and deletes it after the last.
-/// Threading:  none; a core and all its holders belong to one thread at a time.
-/// Errors:     want of memory breaks an ASSERT, and conversions of the platform that fail go unreported.
+/// Invariants: `capacity` is 0 or a multiple of 32. `wdata` has room for `capacity` units, `ndata` for twice as many
+///             bytes, or four times as many in UTF-8; so a narrow form has room for the conversion of any wide form.
+/// Ownership:  owns both buffers; `OString` counts the values that share it in `reference_count`; the last deletes it.
+/// Threading:  none; a core and all values that share it belong to one thread at a time.
+/// Errors:     lack of memory breaks an ASSERT; failed conversions of the platform go unreported.
 class OStringCore {
 public:
     OStringCore() noexcept = default;
 
-    /// A private copy with one holder: same capacity and code page, and a buffer for each buffer of `other`.
+    /// A copy with a reference count of 1: same capacity and code page, and a buffer for each buffer of `other`.
     OStringCore(const OStringCore& other);
     OStringCore& operator=(const OStringCore&) = delete;
     ~OStringCore() = default;

@@ -8,12 +8,12 @@
 #include "foundation/text/OString.h"
 #include "foundation/text/OStringArray.h"
 
-/// A map from text to a plain value, for a few dozen entries. There is no removal: entries leave with the map.
+/// A map from text to a plain value, for a few dozen entries. Entries can't be removed.
 ///
-/// A key's hash is the CRC-32 of its narrow form, terminator included, so texts that look the same in their code page
-/// have the same hash. As long as a hash has one entry, that entry answers for every key of the hash.
+/// A key's hash is the CRC-32 of its narrow form, terminator included, so texts with equal narrow forms have the same
+/// hash. While only one entry has a hash, it is taken for every key with that hash.
 ///
-/// Ownership, threading: as `OHashMap`. Errors: a key that isn't there is an answer.
+/// Ownership, threading: as `OHashMap`. Errors: a missing key is not an error.
 template <typename T>
 class OStringMap : public OHashMap<T> {
 public:
@@ -26,7 +26,7 @@ public:
         return index < 0 ? defaultValue : _values.GetAt(index);
     }
 
-    /// Replaces the value of a key, or adds both. A replaced value isn't released.
+    /// Replaces the value of a key, or adds both. The old value isn't released.
     void SetAt(const OString& key, T value)
     {
         const int index = Find(key);

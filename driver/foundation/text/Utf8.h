@@ -6,7 +6,7 @@
 /// UTF-8 as this library converts it: each 16-bit unit by itself, and nothing validated.
 /// Both routines call nothing of the platform; `Unit` is any type for a 16-bit unit.
 
-/// Decodes up to the terminating zero and gives the number of units in front of the terminator that it writes.
+/// Decodes up to the terminating zero and gives the number of units before the terminator that it writes.
 /// A byte below 0x80 is one unit; 110 in the top bits takes one more byte; any other byte, whatever it is, takes two
 /// more. Bytes missing at the end count as zero. `target` takes one unit for each byte of `source`, and a terminator.
 template <typename Unit>
@@ -37,7 +37,7 @@ size_t DecodeUtf8(const char* source, Unit* target) noexcept
     return static_cast<size_t>(end - target);
 }
 
-/// Encodes up to the terminating zero and gives the number of bytes in front of the terminator that it writes.
+/// Encodes up to the terminating zero and gives the number of bytes before the terminator that it writes.
 /// A surrogate pair becomes two sequences of three bytes. `target` takes three bytes for each unit, and a terminator.
 template <typename Unit>
 size_t EncodeUtf8(const Unit* source, char* target) noexcept

@@ -7,17 +7,17 @@ template <typename Unit>
 bool MatchesWildcard(const Unit* pattern, const Unit* text) noexcept
 {
     // Only the last '*' is ever tried again: what an earlier one could take more, the last one can take as well.
-    const Unit* behindStar = nullptr;
+    const Unit* afterStar = nullptr;
     const Unit* retry = nullptr;
     while (*text != Unit{}) {
         if (*pattern == Unit{'*'}) {
-            behindStar = ++pattern;
+            afterStar = ++pattern;
             retry = text;
         } else if (*pattern == Unit{'?'} || *pattern == *text) {
             ++pattern;
             ++text;
-        } else if (behindStar) {
-            pattern = behindStar;
+        } else if (afterStar) {
+            pattern = afterStar;
             text = ++retry;
         } else {
             return false;

@@ -6,6 +6,6 @@
 /// Milliseconds since the system started, wrapping at 32 bits. The product reads its ticks here and nowhere else.
 DWORD TickCount() noexcept;
 
-/// Replaces the source of `TickCount` and gives the one before; null puts the platform's own back. For tests.
+/// Replaces the source of `TickCount` and gives the one before; null restores the platform's own. For tests.
 using TickCountSource = DWORD (*)();
 TickCountSource SetTickCountSource(TickCountSource source) noexcept;

@@ -95,7 +95,7 @@ TEST(OBaseArray, StartsWithNothing)
     EXPECT_EQ(array.m_nGrowBy, 0);
 }
 
-TEST(OBaseArray, HoldsItsMembersInOrderBehindTheVirtualTable)
+TEST(OBaseArray, HasItsMembersInOrderAfterTheVirtualTable)
 {
     TestArray<4> array;
     const auto offset = [&](const void* member) {
@@ -132,8 +132,7 @@ TEST(OBaseArray, RoomGrowsByTheTable)
         {10,   10,   3,  11,   13   },
         {10,   10,   3,  14,   14   },
         {10,   10,   -5, 11,   11   },
-        {80,   800,  0,  801,  810  }, // the step is that of the
-  // size, not of the room
+        {80,   800,  0,  801,  810  }, // by the size, not the room
     };
     for (const auto& row : rows) {
         TestArray<1> array;
@@ -292,7 +291,7 @@ TEST(OBaseArray, SetSizeReallocatesTheBlockThatFreeExtraKept)
     EXPECT_EQ(array.Get(), (Bytes{0}));
 }
 
-TEST(OBaseArray, AppendPutsTheOtherBehindAndGivesTheOldSize)
+TEST(OBaseArray, AppendPutsTheOtherAtTheEndAndGivesTheOldSize)
 {
     TestArray<2> array({1, 1, 2, 2});
     const TestArray<2> other({3, 3});

@@ -65,12 +65,12 @@ TEST(OHashMap, ThePositionIsTheFirstHashNotAboveTheSoughtOne)
     for (const auto& row : rows) EXPECT_EQ(map.FindPosition(row.hash), row.position) << std::hex << row.hash;
 }
 
-TEST(OHashMap, ThePositionBehindAllHigherHashesIsTheCount)
+TEST(OHashMap, ThePositionAfterAllHigherHashesIsTheCount)
 {
     EXPECT_EQ(HashMap({9, 8, 7}).FindPosition(6), 3);
 }
 
-TEST(OHashMap, TheWalksMendAnyGuessInsideTheArray)
+TEST(OHashMap, TheWalksCorrectAnyGuessInsideTheArray)
 {
     std::mt19937_64 engine(RandomSeed());
     for (size_t count = 1; count < 100; ++count) {
@@ -86,7 +86,7 @@ TEST(OHashMap, TheWalksMendAnyGuessInsideTheArray)
     }
 }
 
-TEST(OHashMap, AGuessThatIsTheCountIsNotMended)
+TEST(OHashMap, AGuessThatIsTheCountIsNotCorrected)
 {
     static const struct {
         std::vector<unsigned long> hashes;
@@ -107,13 +107,14 @@ TEST(OHashMap, AGuessThatIsTheCountIsNotMended)
     }
 }
 
-TEST(OHashMap, TheHashesBesideSuchAGuessAreMended)
+TEST(OHashMap, GuessesForTheHashesNextToSuchAHashAreCorrected)
 {
     EXPECT_EQ(HashMap({5}).FindPosition(0x80000001), 0);
     EXPECT_EQ(HashMap({5}).FindPosition(0x7FFFFFFF), 0);
     EXPECT_EQ(HashMap({6, 5}).FindPosition(0x80000000), 0);
     EXPECT_EQ(HashMap({5}).FindPosition(0xFFFFFFFE), 0);
-    EXPECT_EQ(HashMap({8, 7, 6}).FindPosition(0xD5555555), 0); // three parts have no such hash
+    EXPECT_EQ(HashMap({8, 7, 6}).FindPosition(0xD5555555),
+              0); // with three entries only the highest hash has such a guess
 }
 
 } // namespace

@@ -315,7 +315,7 @@ TEST_F(OEventLogTest, DestructorDeregistersTheSource)
     EXPECT_THAT(deregistered, ElementsAre(eventSource));
 }
 
-TEST_F(OEventLogTest, WantOfMemoryGivesFalseAndReportsNothing)
+TEST_F(OEventLogTest, LackOfMemoryGivesFalseAndReportsNothing)
 {
     bool failed = true;
     for (int allowed = 0; failed; ++allowed) {
@@ -330,7 +330,7 @@ TEST_F(OEventLogTest, WantOfMemoryGivesFalseAndReportsNothing)
     }
 }
 
-TEST_F(OEventLogTest, AfterWantOfMemoryTheLockIsFree)
+TEST_F(OEventLogTest, AfterLackOfMemoryTheLockIsFree)
 {
     OEventLog log(sourceName, 1);
     {

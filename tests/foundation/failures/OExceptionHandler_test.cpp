@@ -172,7 +172,7 @@ public:
     std::vector<std::string> texts;
 };
 
-/// Stands in for everything that a report could be seen by.
+/// Replaces everything through which a report could be seen.
 class OExceptionHandlerReportTest : public ::testing::Test {
 protected:
     OExceptionHandlerReportTest()
@@ -369,7 +369,7 @@ TEST_F(OExceptionHandlerReportTest, AllFlagsTakeAllSteps)
     EXPECT_THAT(Console(), StartsWith("+++ "));
 }
 
-/// Notes the order in which the steps of a report are taken.
+/// The steps of a report, in the order in which they were taken.
 std::vector<std::string> steps;
 
 /// An event log that is a step, and changes the thread's last error as the platform's may.
@@ -467,7 +467,7 @@ int RunWithEachAllocationFailing(Report report)
     return allowed;
 }
 
-TEST_F(OExceptionHandlerReportTest, WantOfMemoryStaysInTheReportAndLeavesTheLastError)
+TEST_F(OExceptionHandlerReportTest, LackOfMemoryStaysInTheReportAndLeavesTheLastError)
 {
     CountingEventLog log;
     OExceptionHandler handler("Test", 15, &log);
@@ -492,7 +492,7 @@ TEST_F(OExceptionHandlerReportTest, ABrokenAssertStaysInTheReportAndLeavesTheLas
     EXPECT_EQ(::GetLastError(), 5u);
 }
 
-TEST_F(OExceptionHandlerReportTest, WantOfMemoryStaysInTheForwardingReports)
+TEST_F(OExceptionHandlerReportTest, LackOfMemoryStaysInTheForwardingReports)
 {
     // Without call stacks, which take long and are covered where they are taken.
     const ImportHook<FARPROC(HMODULE, const char*)> noStack("GetProcAddress",
@@ -514,7 +514,7 @@ TEST_F(OExceptionHandlerReportTest, WantOfMemoryStaysInTheForwardingReports)
     });
 }
 
-TEST_F(OExceptionHandlerReportTest, WantOfMemoryStaysInReportDocumentError)
+TEST_F(OExceptionHandlerReportTest, LackOfMemoryStaysInReportDocumentError)
 {
     CountingEventLog log;
     OExceptionHandler handler("Test", 0, &log);

@@ -93,7 +93,7 @@ FAULTING void WriteBackwardsToBadAddress()
     __asm__ volatile("std\n\trep stosb\n\tcld" : : "D"(badAddress), "c"(8), "a"(0) : "memory");
 }
 
-FAULTING void FaultBehindAligningPushes()
+FAULTING void FaultWithUnalignedStack()
 {
     // As in a prologue: the stack is not aligned for a call when the fault happens.
     __asm__ volatile("subq $8, %%rsp\n\tmovb $0, (%0)\n\taddq $8, %%rsp" : : "r"(badAddress) : "memory");
@@ -237,7 +237,7 @@ const FaultRow faults[] = {
     {"PrivilegedInstruction",     ExecutePrivilegedInstruction,         EXCEPTION_PRIV_INSTRUCTION   },
     {"FloatingPointTrap",         RaiseFloatingPointTrap,               EXCEPTION_FLT_DIVIDE_BY_ZERO },
     {"BackwardsWrite",            WriteBackwardsToBadAddress,           EXCEPTION_ACCESS_VIOLATION   },
-    {"UnalignedStack",            FaultBehindAligningPushes,            EXCEPTION_ACCESS_VIOLATION   },
+    {"UnalignedStack",            FaultWithUnalignedStack,              EXCEPTION_ACCESS_VIOLATION   },
     {"FirstInstruction",          CallFaultAtFirstInstruction,          EXCEPTION_ACCESS_VIOLATION   },
     {"Prologue",                  FaultInPrologue,                      EXCEPTION_PRIV_INSTRUCTION   },
     {"InstructionLikeAnEpilogue", CallFaultInInstructionLikeAnEpilogue, EXCEPTION_ACCESS_VIOLATION   },
@@ -312,7 +312,7 @@ struct Seen {
     CONTEXT context;
 };
 
-Seen SeenBehind(void (*fault)())
+Seen SeenAfter(void (*fault)())
 {
     try {
         RunTranslated(fault);
@@ -324,7 +324,7 @@ Seen SeenBehind(void (*fault)())
 
 TEST_F(SehTranslatorTest, PointersTellThePlaceAndTheAddressInTheCatchClause)
 {
-    const Seen seen = SeenBehind(CallFaultAtFirstInstruction);
+    const Seen seen = SeenAfter(CallFaultAtFirstInstruction);
     EXPECT_EQ(seen.record.ExceptionCode, EXCEPTION_ACCESS_VIOLATION);
     EXPECT_EQ(seen.record.ExceptionAddress, reinterpret_cast<void*>(&FaultAtFirstInstruction));
     EXPECT_EQ(seen.context.Rip, reinterpret_cast<DWORD64>(&FaultAtFirstInstruction));
@@ -335,7 +335,7 @@ TEST_F(SehTranslatorTest, PointersTellThePlaceAndTheAddressInTheCatchClause)
 
 TEST_F(SehTranslatorTest, PointersKeepTheFlagsThatTheExceptionWasRaisedWith)
 {
-    EXPECT_EQ(SeenBehind(RaiseNonContinuable).record.ExceptionFlags, DWORD{EXCEPTION_NONCONTINUABLE});
+    EXPECT_EQ(SeenAfter(RaiseNonContinuable).record.ExceptionFlags, DWORD{EXCEPTION_NONCONTINUABLE});
 }
 
 TEST_F(SehTranslatorTest, PointersOutliveALaterFault)
@@ -475,7 +475,7 @@ TEST_F(SehTranslatorTest, TheTranslatorFindsAnAlignedStack)
         __asm__ volatile("movaps %%xmm0, %0" : "=m"(room));
         ThrowTranslated(code, pointers);
     });
-    EXPECT_EQ(CatchOutside(FaultBehindAligningPushes), EXCEPTION_ACCESS_VIOLATION);
+    EXPECT_EQ(CatchOutside(FaultWithUnalignedStack), EXCEPTION_ACCESS_VIOLATION);
     EXPECT_EQ(CatchOutside(CallFaultAtFirstInstruction), EXCEPTION_ACCESS_VIOLATION);
 }
 
@@ -769,7 +769,7 @@ TEST_F(SehTranslatorTest, AContainedBodyIsNotRunWithoutMemoryForItsThread)
 
 // --- What isn't translated ---
 
-/// Sees what nobody else handles, and lets the program go on behind it.
+/// Sees what nobody else handles, and lets the program go on after it.
 class LastResort {
 public:
     LastResort()
@@ -905,8 +905,8 @@ FAULTING int RecurseWithCodeAddress(const char* instruction, int depth)
 
 void OverflowWithCodeAddress()
 {
-    constexpr int behindPrologue = 5;
-    RecurseWithCodeAddress(reinterpret_cast<const char*>(&FaultInInstructionLikeAnEpilogue) + behindPrologue, 0);
+    constexpr int prologueSize = 5;
+    RecurseWithCodeAddress(reinterpret_cast<const char*>(&FaultInInstructionLikeAnEpilogue) + prologueSize, 0);
 }
 
 template <Recursion recursion>

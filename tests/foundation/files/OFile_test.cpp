@@ -79,7 +79,7 @@ TEST_F(OFileTest, OpeningForWritingEmptiesTheFileAtOnce)
     EXPECT_EQ(directory.Contents(L"file"), "");
 }
 
-TEST_F(OFileTest, AppendingKeepsTheContentAndWritesBehind)
+TEST_F(OFileTest, AppendingKeepsTheContentAndWritesAfterIt)
 {
     const OString path = Make(L"file", "old");
     {
@@ -257,7 +257,7 @@ TEST_F(OFileTest, ClosedFileTakesNothingIntoItsBuffer)
     EXPECT_EQ(directory.Contents(L"file"), "kept");
 }
 
-TEST_F(OFileTest, PathIsKeptAndTheNameIsBehindItsLastBackslash)
+TEST_F(OFileTest, PathIsKeptAndTheNameIsThePartAfterItsLastBackslash)
 {
     const OString missing = PathOf(L"missing.txt");
     const OFile file(missing, 0);
@@ -289,7 +289,7 @@ TEST_F(OFileTest, EmptyLineEndsAReadingLoop)
     Texts lines;
     while (file.ReadLine(line)) lines.push_back(line.nstring());
     EXPECT_EQ(lines, Texts{"one"});
-    EXPECT_TRUE(file.ReadLine(line)) << "the position is behind the empty line";
+    EXPECT_TRUE(file.ReadLine(line)) << "the position is after the empty line";
     EXPECT_STREQ(line.nstring(), "two");
 }
 
@@ -299,7 +299,7 @@ TEST_F(OFileTest, ReadLineTrimsEveryCarriageReturnAtTheEndAndNoneWithin)
     OString line;
     EXPECT_TRUE(file.ReadLine(line));
     EXPECT_STREQ(line.nstring(), "a\rb");
-    EXPECT_EQ(file.Seek(0, FILE_CURRENT), 7u) << "behind the line feed, nothing read ahead";
+    EXPECT_EQ(file.Seek(0, FILE_CURRENT), 7u) << "after the line feed, nothing read ahead";
 }
 
 TEST_F(OFileTest, ReadLineLeavesZeroBytesOut)

@@ -50,7 +50,7 @@ TEST(OStream, WithoutABufferTheCountIsTheDevices)
     EXPECT_EQ(stream.Write("abc", 3), 2u);
 }
 
-TEST(OStream, BufferHoldsBytesBackUntilItIsFull)
+TEST(OStream, BufferKeepsBytesUntilItIsFull)
 {
     TestStream stream;
     stream.SetBufferSize(4);

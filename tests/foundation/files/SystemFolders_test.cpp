@@ -24,7 +24,7 @@ TEST(SystemFolders, TheWindowsFolderIsTheSystemRoot)
     EXPECT_EQ(GetWindowsFolder().CompareNoCase(Variable(L"SystemRoot").c_str()), 0);
 }
 
-TEST(SystemFolders, TheSystemFolderLiesInTheWindowsFolderAndHoldsTheKernel)
+TEST(SystemFolders, TheSystemFolderLiesInTheWindowsFolderAndContainsTheKernel)
 {
     EXPECT_EQ(GetFolderPart(GetSystemFolder()).CompareNoCase(GetWindowsFolder()), 0);
     const OString kernel = GetSystemFolder() + "\\kernel32.dll";

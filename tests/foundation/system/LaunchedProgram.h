@@ -9,7 +9,7 @@ struct LaunchReport {
     WORD show;
 };
 
-/// Behind the name: the event that the program waits for, and the one that it sets with its report.
+/// After the name: the event that the program waits for, and the one that it sets with its report.
 inline constexpr const wchar_t* goSuffix = L".go";
 inline constexpr const wchar_t* doneSuffix = L".done";
 

@@ -51,14 +51,14 @@ private:
     ImportHook<decltype(::GetProcAddress)> _hook{"GetProcAddress", GetProcAddressUnlessMissing};
 };
 
-TEST_F(LoadedModulesTest, HoldTheProgramItself)
+TEST_F(LoadedModulesTest, ContainTheProgramItself)
 {
     const LoadedModule program = Program();
     EXPECT_EQ(program.path, ProgramPath());
     EXPECT_GT(program.size, 4096u);
 }
 
-TEST_F(LoadedModulesTest, HoldTheLibrariesOfThePlatform)
+TEST_F(LoadedModulesTest, ContainTheLibrariesOfThePlatform)
 {
     const auto kernel = reinterpret_cast<DWORD64>(::GetModuleHandleW(L"kernel32.dll"));
     EXPECT_THAT(ListLoadedModules(), ::testing::Contains(::testing::Field(&LoadedModule::base, kernel)));

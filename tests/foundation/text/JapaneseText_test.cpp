@@ -21,7 +21,7 @@ std::string TextOf(const Bytes& bytes)
     return std::string(reinterpret_cast<const char*>(bytes.GetData()), static_cast<size_t>(bytes.GetSize()));
 }
 
-/// What a conversion makes of a text, in an array that held something else before.
+/// What a conversion makes of a text, in an array that had another content before.
 template <typename Convert>
 std::string Converted(std::string_view text, Convert convert)
 {

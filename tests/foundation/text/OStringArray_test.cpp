@@ -57,7 +57,7 @@ TEST(OStringArray, StartsWithNothing)
     EXPECT_EQ(array.m_nGrowBy, 0);
 }
 
-TEST(OStringArray, HoldsItsMembersInOrderBehindTheVirtualTable)
+TEST(OStringArray, HasItsMembersInOrderAfterTheVirtualTable)
 {
     TestArray array;
     const auto offset = [&](const void* member) {
@@ -97,8 +97,7 @@ TEST(OStringArray, RoomGrowsByTheTable)
         {9000, 9000, 0,  9001, 10024},
         {10,   10,   3,  11,   13   },
         {10,   10,   -5, 11,   11   },
-        {80,   800,  0,  801,  810  }, // the step is that of the size, not of the
-  // room
+        {80,   800,  0,  801,  810  }, // by the size, not the room
     };
     for (const auto& row : rows) {
         TestArray array;
@@ -567,7 +566,7 @@ TEST(OStringArray, SplitOfNullLeavesTheArrayEmpty)
     EXPECT_TRUE(array.IsEmpty());
 }
 
-TEST(OStringArray, WideSplitKeepsWhatNoCodePageHolds)
+TEST(OStringArray, WideSplitKeepsWhatNoCodePageHas)
 {
     TestArray array;
     array.Split(L"\x4E2D,\x6587", L",");
@@ -765,7 +764,7 @@ TEST(OStringArray, ListPackedWithItsSizeIsReadOnePrefixTooFar)
     EXPECT_EQ(fromWide.Get(), (Texts{"a", "b", "x"})) << "one unit further";
 }
 
-TEST(OStringArray, ListPackedWithItsSizeAndNothingBehindGainsEmptyElements)
+TEST(OStringArray, ListPackedWithItsSizeAndNothingAfterItGainsEmptyElements)
 {
     const TestArray array = {"a", "b"};
     OBuffer<char> narrow;
@@ -781,7 +780,7 @@ TEST(OStringArray, ListPackedWithItsSizeAndNothingBehindGainsEmptyElements)
     EXPECT_EQ(fromWide.Get(), (Texts{"a", "b", ""}));
 }
 
-TEST(OStringArray, UnpackEndsBehindABlockThatPromisesTooMuch)
+TEST(OStringArray, UnpackEndsAfterABlockWhosePrefixIsTooLarge)
 {
     static constexpr int modes[] = {OStringArray::packTerminated, OStringArray::packCounted, OStringArray::packSized};
     for (const int mode : modes) {

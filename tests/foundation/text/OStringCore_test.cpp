@@ -310,7 +310,7 @@ TEST(OStringCore, CodePage0ConvertsByTheAnsiPage)
     EXPECT_STREQ(core.wdata.get(), L"\x20AC");
 }
 
-TEST(OStringCore, CharactersThatThePageCannotHoldAreLostWithoutError)
+TEST(OStringCore, CharactersThatThePageLacksAreLostWithoutError)
 {
     OStringCore core;
     core.SetCodePage(1252);
@@ -399,7 +399,7 @@ TEST(OStringCore, ConversionWithoutSourceBufferBreaksAnAssert)
     EXPECT_EQ(BrokenAssert([&] { other.w_to_n(); }), "OStringCore::w_to_n ASSERT(s)");
 }
 
-TEST(OStringCore, WantOfMemoryBreaksAnAssert)
+TEST(OStringCore, LackOfMemoryBreaksAnAssert)
 {
     GuardedHeap heap;
     OStringCore core;

@@ -29,14 +29,14 @@ struct Key {
     explicit Key(std::string keyText) : text(std::move(keyText)), hash(CRC32(text.c_str(), text.size() + 1, 0)) {}
 };
 
-/// Whether a guess for the hash falls on the number of entries, by exact arithmetic: the highest hash, or n - 1/2 parts
-/// of 2^32 out of n.
+/// Whether the guess for the hash equals the number of entries, by exact arithmetic: 0x80000000 with one entry,
+/// 0xC0000000 with two, 0xE0000000 with four, and the highest hash always.
 bool IsGuessTheCount(DWORD hash, size_t count)
 {
     return hash == 0xFFFFFFFF || std::uint64_t{hash} * count * 2 == (2 * std::uint64_t{count} - 1) << 32;
 }
 
-/// The hash for which that holds at `count` entries, a power of two.
+/// The hash below the highest for which that is so with `count` entries, a power of two.
 DWORD HashAtTheCount(std::uint64_t count)
 {
     return static_cast<DWORD>(((2 * count - 1) << 31) / count);
@@ -150,7 +150,7 @@ TEST(OStringMapProperty, EachKeyThatIsLostAtOneSizeIsThereAtAllOthers)
     EXPECT_EQ(lostAt, std::vector<size_t>{16});
 }
 
-/// The same lists as the map's, searched by ranges, and with a guess by 64 bits.
+/// The same three lists as in the map, searched by ranges and with a guess computed in 64 bits.
 class ThreeLists {
 public:
     int Lookup(const Key& key) const
@@ -225,7 +225,7 @@ std::vector<Key> StrayKeys(Dice& dice)
     return keys;
 }
 
-TEST(OStringMapProperty, KeepsItsThreeListsWhenKeysGoAstray)
+TEST(OStringMapProperty, KeepsItsThreeListsInStepWhenKeysAreLost)
 {
     Dice dice;
     for (int run = 0; run < 20; ++run) {

@@ -125,7 +125,7 @@ TEST(OStringMap, GetKeysGivesThemByDescendingHash)
     EXPECT_EQ(map.Keys(), (Texts{high, middle, low}));
 }
 
-TEST(OStringMap, GetKeysReplacesWhatTheArrayHeld)
+TEST(OStringMap, GetKeysReplacesTheContentOfTheArray)
 {
     OStringMap<int> map;
     map.SetAt("printer", 1);
@@ -160,7 +160,7 @@ TEST(OStringMap, TextsThatLookTheSameInTheirCodePageAreTakenForEachOther)
     EXPECT_EQ(map.Lookup(second, -1), 1);
 }
 
-TEST(OStringMap, ASecondKeyOfHash80000000GoesBehindTheFirst)
+TEST(OStringMap, ASecondKeyOfHash80000000GoesAfterTheFirst)
 {
     const std::string half = KeyWithHash(0x80000000);
     for (const DWORD firstHash : {0x00000001u, 0x7FFFFFFFu, 0x80000001u, 0xFFFFFFF0u}) {

@@ -169,7 +169,7 @@ TEST(OStringAppend, NarrowCharacterBringsTheTextIntoNarrowForm)
                                  "a");
 }
 
-TEST(OStringAppend, NarrowCharacterLosesWhatThePageCannotHold)
+TEST(OStringAppend, NarrowCharacterLosesWhatThePageLacks)
 {
     OString text(L"\x4E2D");
     text += 'a';

@@ -215,7 +215,7 @@ TEST(OStringBuffer, NegativeSizeIsZero)
     EXPECT_EQ(StateOf(text), OStringState::Empty);
 }
 
-TEST(OStringBuffer, WideTextFromABufferIsConvertedAnew)
+TEST(OStringBuffer, WideTextFromABufferIsConvertedAgain)
 {
     OString text("old");
     text.wstring();

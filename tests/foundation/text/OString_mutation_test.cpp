@@ -166,7 +166,7 @@ TEST(OStringInsert, NarrowTextForcesTheNarrowForm)
                                  "ab");
 }
 
-TEST(OStringInsert, NarrowTextLosesWhatThePageCannotHold)
+TEST(OStringInsert, NarrowTextLosesWhatThePageLacks)
 {
     OString text(L"\x4E2D");
     text.Insert(0, "a");
@@ -291,7 +291,7 @@ TEST(OStringReplace, EmptyOldTextChangesNothing)
     EXPECT_EQ(text, "abc");
 }
 
-TEST(OStringReplace, EqualTextsGive0ThoughTheTextHoldsThem)
+TEST(OStringReplace, EqualTextsGive0ThoughTheTextContainsThem)
 {
     OString text("aaa");
     EXPECT_EQ(text.Replace("a", "a"), 0);
@@ -385,7 +385,7 @@ TEST(OStringTrim, CutsCharactersOfTheSet)
     }
 }
 
-TEST(OStringTrim, LeavesANarrowFormBehindInWideState)
+TEST(OStringTrim, LeavesANarrowFormInWideState)
 {
     OString left(L" a");
     left.TrimLeft(" ");
@@ -408,7 +408,7 @@ TEST(OStringTrim, NarrowStateStaysNarrow)
 
 TEST(OStringTrim, NarrowPassAlsoCutsWhatOnlyItsBytesSay)
 {
-    // What the page can't hold is a question mark in the narrow form.
+    // What the page lacks is a question mark in the narrow form.
     OString text(L"\x4E2D"
                  L"a\x4E2D");
     text.TrimLeft("?");

@@ -16,8 +16,8 @@
 #include <utility>
 #include <vector>
 
-/// Random operations on a handful of values that share cores, held against a model that knows a text only as its 16-bit
-/// units and its code page.
+/// Random operations on a handful of values that share cores, compared with a model that knows a text only as its
+/// 16-bit units and its code page.
 
 namespace {
 
@@ -208,7 +208,7 @@ private:
         return units;
     }
 
-    /// Characters that the value's code page holds, as its bytes.
+    /// Characters that the value's code page has, as its bytes.
     std::string BytesFor(const Value& value) { return Encode(value.codePage, Units(12)); }
 
     std::u16string Decoded(const Value& value, const std::string& bytes) const

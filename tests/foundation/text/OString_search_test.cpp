@@ -70,7 +70,7 @@ TEST(OStringCompare, NarrowBytesAbove7FComeBeforeAsciiAndAfterItInWide)
     EXPECT_EQ(OString("a").Compare(OString(L"\x00E9")), -1);
 }
 
-TEST(OStringCompare, NarrowTextComesBehindItsContinuationWithAByteAbove7F)
+TEST(OStringCompare, NarrowTextComesAfterItsContinuationWithAByteAbove7F)
 {
     // The terminator is compared as a byte like the others.
     EXPECT_EQ(OString("a").Compare("a\xE9"), 1);
@@ -102,7 +102,7 @@ TEST(OStringCompare, NoCaseFoldsAsciiLettersOnly)
         {"a",       "B",       -1},
         {"B",       "a",       1 },
         {"_",       "a",       1 }, // '_' lies between 'Z' and 'a'
-        {"{",       "[",       1 }, // one behind the letters
+        {"{",       "[",       1 }, // one after the letters
         {"`",       "@",       1 }, // one before them
         {"\xE9",    "\xC9",    1 }, // no letter of Latin-1
         {L"\x00E9", L"\x00C9", 1 },
@@ -263,7 +263,7 @@ TEST(OStringFind, StartAtTheLengthFindsNotEvenTheEmptyText)
     EXPECT_EQ(OString().Find(""), -1);
 }
 
-TEST(OStringFind, WideTextThatThePageCannotHoldIsNotFoundAsItsReplacement)
+TEST(OStringFind, WideTextThatThePageLacksIsNotFoundAsItsReplacement)
 {
     EXPECT_EQ(OString("a?").Find(L"\x4E2D"), -1);
 }

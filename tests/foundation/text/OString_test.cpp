@@ -233,7 +233,7 @@ TEST(OString, LastHolderFreesCoreAndForms)
     EXPECT_EQ(heap.Living(), before);
 }
 
-TEST(OString, WantOfMemoryForACoreBreaksAnAssert)
+TEST(OString, LackOfMemoryForACoreBreaksAnAssert)
 {
     GuardedHeap heap;
     OString text;
@@ -242,7 +242,7 @@ TEST(OString, WantOfMemoryForACoreBreaksAnAssert)
     EXPECT_EQ(text.Core(), nullptr);
 }
 
-TEST(OString, WantOfMemoryForACopyLeavesTheSharedCoreAlone)
+TEST(OString, LackOfMemoryForACopyLeavesTheSharedCoreAlone)
 {
     GuardedHeap heap;
     const OString other("abc");
@@ -253,7 +253,7 @@ TEST(OString, WantOfMemoryForACopyLeavesTheSharedCoreAlone)
     EXPECT_EQ(other.Core()->reference_count, 2);
 }
 
-TEST(OString, WantOfMemoryForAFormLosesNothingElse)
+TEST(OString, LackOfMemoryForAFormLosesNothingElse)
 {
     GuardedHeap heap;
     const int before = heap.Living();
@@ -266,7 +266,7 @@ TEST(OString, WantOfMemoryForAFormLosesNothingElse)
     EXPECT_EQ(heap.Living(), before);
 }
 
-TEST(OString, WantOfMemoryInAConstructorLeavesNothingBehind)
+TEST(OString, LackOfMemoryInAConstructorLeaksNothing)
 {
     GuardedHeap heap;
     const int before = heap.Living();
@@ -489,7 +489,7 @@ TEST(OString, AssignNStopsAtTheFirstZero)
     EXPECT_EQ(text, L"a");
 }
 
-TEST(OString, AssignNReadsNothingBehindTheMaximumOrTheZero)
+TEST(OString, AssignNReadsNothingAfterTheMaximumOrTheZero)
 {
     const GuardedText<char> narrow(std::string_view("abc"));
     const GuardedText<wchar_t> wide(std::wstring_view(L"ab", 3));

@@ -82,7 +82,7 @@ TEST(Utf8, StrayContinuationByteIsReadAsThreeByteLead)
               (std::u16string{static_cast<char16_t>(9 << 12 | 0x21 << 6 | 0x22), u'c'}));
 }
 
-TEST(Utf8, SequenceCutShortReadsMissingBytesAsZeroAndNothingBehindTheEnd)
+TEST(Utf8, SequenceCutShortReadsMissingBytesAsZeroAndNothingAfterTheEnd)
 {
     static const struct {
         std::string bytes;

@@ -278,32 +278,34 @@ void OStringArray::SetSize(int nNewSize, int nGrowBy)
 
 OString& OStringArray::GetAt(int nIndex)
 {
-    ASSERT(nIndex >= 0 && nIndex < m_nSize);
-    return m_pData[nIndex];
+    return Checked("OStringArray::GetAt", nIndex);
 }
 
 const OString& OStringArray::GetAt(int nIndex) const
 {
-    ASSERT(nIndex >= 0 && nIndex < m_nSize);
-    return m_pData[nIndex];
+    return Checked("OStringArray::GetAt", nIndex);
 }
 
 OString& OStringArray::ElementAt(int nIndex)
 {
-    ASSERT(nIndex >= 0 && nIndex < m_nSize);
-    return m_pData[nIndex];
+    return Checked("OStringArray::ElementAt", nIndex);
 }
 
 const OString& OStringArray::ElementAt(int nIndex) const
 {
-    ASSERT(nIndex >= 0 && nIndex < m_nSize);
-    return m_pData[nIndex];
+    return Checked("OStringArray::ElementAt", nIndex);
 }
 
 void OStringArray::SetAt(int nIndex, const OString& value)
 {
-    ASSERT(nIndex >= 0 && nIndex < m_nSize);
-    m_pData[nIndex] = value;
+    Checked("OStringArray::SetAt", nIndex) = value;
+}
+
+/// The element itself; `operation` is what an ASSERT record calls the caller.
+OString& OStringArray::Checked(const char* operation, int nIndex) const
+{
+    ASSERT_IN(operation, nIndex >= 0 && nIndex < m_nSize);
+    return m_pData[nIndex];
 }
 
 void OStringArray::SetAtGrow(int nIndex, const OString& value)

@@ -116,5 +116,6 @@ private:
     static void _DestructElements(OString* elements, int count) noexcept;
     static void _CopyElements(OString* target, const OString* source, int count) noexcept;
     // NOLINTEND(bugprone-reserved-identifier)
+    OString& Checked(const char* operation, int nIndex) const;
     void Reallocate(int maxSize);
 };

@@ -46,10 +46,12 @@ void AddPiece(OStringArray& array, std::basic_string_view<Char> text)
     array.Add(piece);
 }
 
-/// Cuts a text at each separator. `find` gives the next one from a position on.
+/// Sets the array to the pieces of a text. `find` gives the next separator from a position on.
 template <typename Char, typename Find>
 void Cut(OStringArray& array, std::basic_string_view<Char> text, size_t separatorLength, Find find)
 {
+    array.RemoveAll();
+    if (text.empty()) return;
     size_t start = 0;
     for (size_t hit = find(start); hit != text.npos; hit = find(start)) {
         AddPiece(array, text.substr(start, hit - start));
@@ -61,20 +63,16 @@ void Cut(OStringArray& array, std::basic_string_view<Char> text, size_t separato
 template <typename Char>
 void SplitText(OStringArray& array, const Char* source, const Char* separator)
 {
-    array.RemoveAll();
     const auto text = ViewOf(source);
     const auto by = ViewOf(separator);
-    if (text.empty()) return;
     Cut(array, text, by.size(), [&](size_t start) { return by.empty() ? text.npos : text.find(by, start); });
 }
 
 template <typename Char>
 void SplitTextOneOf(OStringArray& array, const Char* source, const Char* separators)
 {
-    array.RemoveAll();
     const auto text = ViewOf(source);
     const auto set = ViewOf(separators);
-    if (text.empty()) return;
     Cut(array, text, 1, [&](size_t start) { return text.find_first_of(set, start); });
 }
 

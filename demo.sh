@@ -32,6 +32,6 @@ mkdir -p "$work"
 
 say "A script on the simulated spooler"
 on_the_simulator
-say "The same script on a real spooler: Wine's, over a CUPS queue whose device is 127.0.0.1:9100"
+say "The same script on a real spooler: Wine's, over a CUPS queue whose device is a TCP socket"
 on_a_real_spooler
 say "Done: build/release/bin/Vorlane.dll"

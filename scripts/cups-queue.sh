@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
 # A real spooler for tests and demonstrations: a private CUPS server with one raw queue whose device is a TCP socket on
-# this machine, and a listener there that keeps what arrives.
+# this machine, and a listener there that keeps what arrives. Server and listener take what is free, so several can run.
 # usage: cups-queue.sh FOLDER QUEUE RECEIVED COMMAND...
 # Runs COMMAND with CUPS_SERVER set, waits for one document to arrive, and leaves its bytes in the file RECEIVED.
 set -euo pipefail
 
 folder=$(realpath -m "${1:?}") queue=${2:?} received=$(realpath -m "${3:?}")
 shift 3
-server=127.0.0.1:6310
-device=127.0.0.1:9100
+short_path=$(mktemp -d) # the name of a socket can't be long
+server=$short_path/cups.sock
 arrival_limit_s=60
 
 rm -rf "$folder"
@@ -54,23 +54,34 @@ pids=()
 cleanup() {
     for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
     wait 2>/dev/null || true
+    rm -rf "$short_path"
 }
 trap cleanup EXIT
 
+# wait_until CONDITION WHAT LOG: tries for 10 seconds.
+wait_until() {
+    for ((try = 0; try < 100; ++try)); do
+        "$1" && return
+        sleep 0.1
+    done
+    echo "$2" >&2
+    cat "$3" >&2
+    exit 1
+}
+
+server_runs() { lpstat -r 2>/dev/null | grep -q 'is running'; }
+listener_listens() { device=$(grep -o -m 1 '127\.0\.0\.1:[0-9]*' "$folder/log/listener"); }
+
 /usr/sbin/cupsd -f -c "$folder/cupsd.conf" -s "$folder/cups-files.conf" &
 pids+=($!)
-
-export CUPS_SERVER=$server
-for ((try = 0; ; ++try)); do
-    lpstat -r 2>/dev/null | grep -q 'is running' && break
-    ((try < 100)) || { echo "The CUPS server did not start." >&2; cat "$folder/log/error" >&2; exit 1; }
-    sleep 0.1
-done
-lpadmin -p "$queue" -E -v "socket://$device" -m raw 2>/dev/null
-
-socat -u "TCP-LISTEN:${device#*:},bind=${device%:*},reuseaddr" "CREATE:$received" &
+socat -d -d -u TCP-LISTEN:0,bind=127.0.0.1 "CREATE:$received" 2>"$folder/log/listener" &
 listener=$!
 pids+=("$listener")
+
+export CUPS_SERVER=$server
+wait_until server_runs "The CUPS server did not start." "$folder/log/error"
+wait_until listener_listens "The listener did not start." "$folder/log/listener"
+lpadmin -p "$queue" -E -v "socket://$device" -m raw 2>/dev/null
 
 "$@"
 

@@ -10,9 +10,8 @@
 /// monitor are the scripted ones, each a copy in a folder of this test's.
 class AdvancedPrinterTest : public SpoolerTest {
 protected:
-    void SetUp() override
+    void Furnish() override
     {
-        ::SpoolerReset();
         ScriptedMonitor::Install(folder.Path(L"kvnetmon.d64"));
         ScriptedInterface::Install(folder.Path(L"interface.dll"));
         SetDriverPath(folder.Path(L"label.dll"));
@@ -20,7 +19,6 @@ protected:
         printer.attributes |= PRINTER_ATTRIBUTE_ENABLE_BIDI;
         AddPrinter(printer);
         SetInterface(folder.Path(L"interface.dll"));
-        ::SpoolerClearLog();
     }
 
     void TearDown() override

@@ -16,13 +16,16 @@ protected:
 
     void SetUp() override
     {
-        ::SpoolerReset();
         PrinterInfoCache::Instance().Clear();
         tick = startTick;
         SetTickCountSource([] { return tick.load(); });
+        SpoolerTest::SetUp();
+    }
+
+    void Furnish() override
+    {
         AddDriver(LabelDriver());
         AddPrinter(LocalPrinter());
-        ::SpoolerClearLog();
     }
 
     void TearDown() override

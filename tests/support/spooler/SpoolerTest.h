@@ -16,9 +16,12 @@ protected:
     void SetUp() override
     {
         ::SpoolerReset();
-        AddPrinter(LabelPrinter());
+        Furnish();
         ::SpoolerClearLog();
     }
+
+    /// Puts into the empty world what is there before a test begins.
+    virtual void Furnish() { AddPrinter(LabelPrinter()); }
 
     void TearDown() override
     {

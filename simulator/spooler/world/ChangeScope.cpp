@@ -59,10 +59,8 @@ void ChangeScope::RemoveJob(DWORD jobId)
     const auto touched = std::ranges::find(_jobs, jobId, &TouchedJob::jobId);
     if (touched != _jobs.end()) {
         if (!touched->before) AddArrival(ImageOf(job), _change);
-        JobImage last = ImageOf(job);
-        const JobImage before = touched->before ? ImageBefore(*touched) : last;
-        last.position = before.position;
-        AddDeparture(before, last, _change);
+        const JobImage last = ImageOf(job);
+        AddDeparture(touched->before ? ImageBefore(*touched) : last, last, _change);
         _jobs.erase(touched);
     }
     _printer.queue.Remove(jobId);
@@ -101,18 +99,12 @@ JobImage ChangeScope::ImageBefore(const TouchedJob& touched) const
     return {_printer, *touched.before, touched.sizeBefore, touched.positionBefore};
 }
 
-DWORD ChangeScope::PositionBefore(DWORD jobId) const
-{
-    if (!_orderKept) return _printer.queue.PositionOf(jobId);
-    return static_cast<DWORD>(std::ranges::find(_orderBefore, jobId) - _orderBefore.begin()) + 1;
-}
-
 void ChangeScope::Keep(TouchedJob& touched) const
 {
     const JobRecord& job = *_printer.queue.Find(touched.jobId);
     touched.before = job;
     touched.sizeBefore = job.Size();
-    touched.positionBefore = PositionBefore(touched.jobId);
+    touched.positionBefore = _printer.queue.PositionOf(job.id);
 }
 
 void ChangeScope::KeepOrder()

@@ -47,7 +47,6 @@ private:
 
     JobImage ImageOf(const JobRecord& job) const;
     JobImage ImageBefore(const TouchedJob& touched) const;
-    DWORD PositionBefore(DWORD jobId) const;
     void Keep(TouchedJob& touched) const;
     void KeepOrder();
     void AddJobChange(const TouchedJob& touched);

@@ -62,7 +62,6 @@ void StartPrinting(ChangeScope& scope, JobRecord& job)
     job.status &= ~static_cast<DWORD>(JOB_STATUS_RESTART);
     job.status |= JOB_STATUS_PRINTING;
     if (!job.IsSpooling()) job.status |= jobStatusRetained; // from now on until it has finished it can't just go
-    if (scope.Printer().linkedJobId == job.id) scope.EditPrinter().linkedJobId = 0;
     if (scope.Printer().trouble.jobStatus == 0) return;
     scope.Mark();
     MeetTrouble(scope.Printer().trouble, job);

@@ -175,6 +175,29 @@ TEST_F(FindNextNotificationTest, EachJobHasItsOwnLineOfStatusValues)
     EXPECT_EQ(watch.Next(), "0x200 " + job + ".STATUS=0x1 " + other + ".STATUS=0x1 " + job + ".STATUS=0x0");
 }
 
+TEST_F(FindNextNotificationTest, EqualNeighboursAmongTheValuesOfAStatusAreToldOnce)
+{
+    SpoolerRemoveJob(L"Label", jobId);
+    const Watch watch = WatchStatus();
+    for (int round = 0; round < 2; ++round) {
+        QueueJob(L"Label", {.jobId = 700});
+        SpoolerRemoveJob(L"Label", 700);
+    }
+    EXPECT_EQ(watch.Next(), "0x500 J700.STATUS=0x0");
+}
+
+TEST_F(FindNextNotificationTest, APrinterFieldWithTheNumberOfAJobsStatusIsOverwritten)
+{
+    const Watch watch(printer, 0, {}, {PRINTER_NOTIFY_FIELD_PARAMETERS});
+    static_assert(PRINTER_NOTIFY_FIELD_PARAMETERS == JOB_NOTIFY_FIELD_STATUS);
+    auto info = ReadPrinter<PRINTER_INFO_2W>(printer, 2);
+    for (const wchar_t* const parameters : {L"a", L"b"}) {
+        info.Get()->pParameters = const_cast<wchar_t*>(parameters);
+        ::SetPrinterW(printer.Get(), 2, info.Data(), 0);
+    }
+    EXPECT_EQ(watch.Next(), "0x0 P.PARAMETERS='b'");
+}
+
 TEST_F(FindNextNotificationTest, AStatusOfThePrinterIsOverwritten)
 {
     const Watch watch(printer, 0, {}, {PRINTER_NOTIFY_FIELD_STATUS});
@@ -319,6 +342,22 @@ TEST_F(FindNextNotificationTest, ARefreshTakesThePlaceOfWhatWaits)
     EXPECT_EQ(watch.Next(PRINTER_NOTIFY_OPTIONS_REFRESH), "0x200 " + job + ".STATUS=0x0");
     EXPECT_FALSE(watch.IsSignalled());
     EXPECT_EQ(watch.Next(), "0x0 -");
+}
+
+TEST_F(FindNextNotificationTest, ARefreshDropsTheBatchesOfATestToo)
+{
+    const Watch watch = WatchStatus();
+    SpoolerQueueBatch(L"Label", PRINTER_CHANGE_SET_JOB, {{.id = 99}});
+    EXPECT_EQ(watch.Next(PRINTER_NOTIFY_OPTIONS_REFRESH), "0x0 " + job + ".STATUS=0x0");
+    EXPECT_FALSE(watch.IsSignalled());
+}
+
+TEST_F(FindNextNotificationTest, ARefreshTellsNothingOfOtherPrinters)
+{
+    AddAndOpen(L"Other");
+    QueueJob(L"Other");
+    const Watch watch = WatchStatus();
+    EXPECT_EQ(watch.Next(PRINTER_NOTIFY_OPTIONS_REFRESH), "0x0 " + job + ".STATUS=0x0");
 }
 
 TEST_F(FindNextNotificationTest, ARefreshWithoutFieldsGivesNoBlock)

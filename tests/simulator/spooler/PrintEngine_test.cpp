@@ -69,6 +69,26 @@ TEST_F(PrintEngineTest, PagesOfAnAddedJobShareItsBytes)
     EXPECT_EQ(watch.Next(), "0x0 J1.BYTES_PRINTED=25");
 }
 
+TEST_F(PrintEngineTest, PagesThatWereCountedBeforePrintingAreCountedAgain)
+{
+    QueueJob(L"Label", {.totalPages = 2, .pagesPrinted = 1});
+    const Watch watch(printer, 0, {JOB_NOTIFY_FIELD_PAGES_PRINTED});
+    Step();
+    EXPECT_EQ(watch.Next(), "0x0 J1.PAGES_PRINTED=0");
+    Step(spoolerAllSteps);
+    EXPECT_EQ(watch.Next(), "0x0 J1.PAGES_PRINTED=2");
+}
+
+TEST_F(PrintEngineTest, PagesThatWereNeverStartedDoNotCount)
+{
+    StartDoc(printer);
+    ::EndPagePrinter(printer.Get());
+    ::EndDocPrinter(printer.Get());
+    const Watch watch(printer, 0, {JOB_NOTIFY_FIELD_PAGES_PRINTED});
+    Step(spoolerAllSteps);
+    EXPECT_FALSE(watch.IsSignalled());
+}
+
 TEST_F(PrintEngineTest, TheDocumentReachesTheOutputWhenAllIsSent)
 {
     Print(printer, L"Pallet", "bytes");

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/classes/QueryBytes.h"
 
+#include "foundation/OGuardedBlock.h"
 #include "support/com/ByteArray.h"
+#include "support/FaultOf.h"
 #include "support/ImportHook.h"
 
 #include <gtest/gtest.h>
@@ -96,6 +98,22 @@ TEST_F(QueryBytesTest, TextWithMoreBytesThanCharactersKeepsTheFirst)
     const OString text(L"ABC");
     EXPECT_EQ(data.SetText(text), S_OK);
     EXPECT_EQ(Binary(), "AAB");
+}
+
+TEST_F(QueryBytesTest, BytesBeyondTheCharactersAreNotWritten)
+{
+    static const OGuardedBlock* elements;
+    const OGuardedBlock block(3);
+    elements = &block;
+    const ImportHook<decltype(::WideCharToMultiByte)> narrow("WideCharToMultiByte", Doubled);
+    const ImportHook<decltype(::SafeArrayAccessData)> access("SafeArrayAccessData", [](SAFEARRAY*, void** place) {
+        *place = elements->Data();
+        return S_OK;
+    });
+    const ImportHook<decltype(::SafeArrayUnaccessData)> unaccess("SafeArrayUnaccessData",
+                                                                 [](SAFEARRAY*) { return S_OK; });
+    EXPECT_EQ(FaultOf([this] { data.SetText(OString(L"ABC")); }), 0u);
+    EXPECT_EQ(std::string_view(reinterpret_cast<char*>(block.Data()), 3), "AAB");
 }
 
 TEST_F(QueryBytesTest, HexadecimalIsReadInPairs)

@@ -171,14 +171,20 @@ void Notification::DropEntries() noexcept
 
 void Notification::Signal()
 {
-    _isSet = true;
-    ::SetEvent(_event.Get());
+    SetSignal(true);
 }
 
 void Notification::SignalOrReset()
 {
-    _isSet = !WaitsForRefresh() && (_change != 0 || !_entries.empty() || !_queued.empty() || _lost);
-    if (_isSet)
+    SetSignal(!WaitsForRefresh() && (_change != 0 || !_entries.empty() || !_queued.empty() || _lost));
+}
+
+/// The event is touched only when it changes: that costs more than all the rest.
+void Notification::SetSignal(bool set)
+{
+    if (_isSet == set) return;
+    _isSet = set;
+    if (set)
         ::SetEvent(_event.Get());
     else
         ::ResetEvent(_event.Get());

@@ -53,6 +53,7 @@ private:
     bool WaitsForRefresh() const noexcept { return !_queued.empty() && _queued.front().answersRefresh; }
     void Signal();
     void SignalOrReset();
+    void SetSignal(bool set);
 
     NotifyPlace _place;
     NotifyRequest _request;

@@ -392,8 +392,9 @@ DWORD SpoolerLoseNotifications(const wchar_t* printerName) noexcept;
 DWORD SpoolerQueueBatch(const wchar_t* printerName, const SpoolerNotifyBatch& batch) noexcept;
 /// Plays a recording (docs/recording.md) to each notification of the printer: those that are open, and those that are
 /// opened until it is taken back with a null path. Each FindNext... gives one recorded batch, with what its
-/// notification asks for, and the queue becomes as the batch tells it. Such a notification hears nothing else. Fails as
-/// `SpoolerLoadConfig` does.
+/// notification asks for, and the queue becomes as the batch tells it. All batches wait at once; if the printer's pace
+/// is real time they come at their recorded times. Such a notification hears nothing else. Fails as `SpoolerLoadConfig`
+/// does.
 DWORD SpoolerPlayRecording(const wchar_t* printerName, const wchar_t* path) noexcept;
 /// Waits until the clients have fetched all that waits in the printer's notifications: ERROR_SUCCESS, or ERROR_TIMEOUT
 /// after `timeoutMs` milliseconds. A client may still be at work on what it has fetched.

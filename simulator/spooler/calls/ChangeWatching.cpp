@@ -14,7 +14,7 @@ HANDLE ChangeWatching::Open(HANDLE handle, DWORD filter, DWORD category, const P
     const PrinterRecord* const printer = _world.FindPrinter(printerId);
     if (printer && printer->recording) {
         Notification& opened = _world.Notifications().Of(notification);
-        opened.Play(BatchesFor(opened.Request(), printer->recording->recording));
+        opened.Play(BatchesFor(opened.Request(), printer->recording->recording), PlayingBegins(*printer));
     }
     return notification;
 }

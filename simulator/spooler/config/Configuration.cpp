@@ -5,6 +5,7 @@
 #include "spooler/config/InputFile.h"
 #include "spooler/config/RecordingFile.h"
 #include "spooler/world/ChangeScope.h"
+#include "spooler/world/RecordedChanges.h"
 
 #include <algorithm>
 #include <new>
@@ -110,7 +111,7 @@ ConfigOutcome PlayRecording(const std::wstring& path, const PrinterRecord& print
         const auto recording = ReadRecordingFile(path, error);
         if (error) return Unreadable(path, error);
         ChangeScope(world, printer).EditPrinter().recording = recording;
-        world.Notifications().Play(printer.id, recording->recording);
+        world.Notifications().Play(printer.id, recording->recording, PlayingBegins(printer));
         return {};
     });
 }

@@ -3,6 +3,7 @@
 
 #include "foundation/OHandle.h"
 #include "spooler/world/PrintEngine.h"
+#include "spooler/world/RecordedChanges.h"
 
 #include <algorithm>
 
@@ -47,7 +48,9 @@ void RealTime::Run()
     std::unique_lock guard(*_lock);
     for (;;) {
         while (DoWhatIsDue()) _used->notify_all();
-        auto wake = Clock::now() + longestWait;
+        const auto now = Clock::now();
+        const auto recorded = PlayUntil(*_world, now);
+        auto wake = std::min(now + longestWait, recorded.value_or(Clock::time_point::max()));
         for (const auto& [printerId, due] : _due) wake = std::min(wake, due);
         if (std::ranges::any_of(_world->Printers(), IsRealTime))
             _used->wait_until(guard, wake);

@@ -3,6 +3,7 @@
 
 #include "spooler/notifications/NotifyValue.h"
 
+#include <cstdint>
 #include <memory>
 
 /// One entry of a batch.
@@ -22,6 +23,7 @@ struct Batch {
     std::vector<BatchEntry> entries;
 
     // Of a recording that is played:
+    uint64_t microseconds = 0;   // after its beginning
     bool answersRefresh = false; // given only to a client that asks for all values; before that it hears nothing
     std::vector<std::shared_ptr<const Batch>> recorded; // all that was told then; it becomes true when this is fetched
 };

@@ -68,12 +68,22 @@ bool ChangeNotifications::Queue(DWORD printerId, const Batch& batch)
     return heard;
 }
 
-void ChangeNotifications::Play(DWORD printerId, const Recording& recording)
+void ChangeNotifications::Play(DWORD printerId, const Recording& recording, std::optional<PlayClock::time_point> begin)
 {
     for (const auto& [handle, notification] : _open) {
         if (notification->IsConnected() && notification->Place().printerId == printerId)
-            notification->Play(BatchesFor(notification->Request(), recording));
+            notification->Play(BatchesFor(notification->Request(), recording), begin);
     }
+}
+
+Notification* ChangeNotifications::NextToCome() noexcept
+{
+    Notification* next = nullptr;
+    for (const auto& [handle, notification] : _open) {
+        const auto due = notification->NextComing();
+        if (due && (!next || *due < *next->NextComing())) next = notification.get();
+    }
+    return next;
 }
 
 PRINTER_NOTIFY_INFO* ChangeNotifications::GiveOut(const Batch& batch)

@@ -27,8 +27,10 @@ public:
     void Lose(DWORD printerId) noexcept;
     /// False if nobody listens to the printer.
     bool Queue(DWORD printerId, const Batch& batch);
-    /// Plays a recording to everybody who listens to the printer itself.
-    void Play(DWORD printerId, const Recording& recording);
+    /// Plays a recording to everybody who listens to the printer itself; as Notification::Play.
+    void Play(DWORD printerId, const Recording& recording, std::optional<PlayClock::time_point> begin);
+    /// Whose recorded batch is the next to come; null if none is.
+    Notification* NextToCome() noexcept;
     /// 0: there is none.
     void SetLimit(size_t limit) noexcept { _limit = limit; }
 

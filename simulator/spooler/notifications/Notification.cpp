@@ -4,7 +4,6 @@
 #include "spooler/SpoolerError.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace {
@@ -72,11 +71,29 @@ void Notification::Queue(Batch batch)
     Signal();
 }
 
-void Notification::Play(std::vector<Batch> batches)
+void Notification::Play(std::vector<Batch> batches, std::optional<PlayClock::time_point> begin)
 {
     _plays = true;
-    std::ranges::move(batches, std::back_inserter(_queued));
+    for (Batch& batch : batches) {
+        if (begin)
+            _coming.push_back({*begin + std::chrono::microseconds(batch.microseconds), std::move(batch)});
+        else
+            _queued.push_back(std::move(batch));
+    }
     SignalOrReset();
+}
+
+std::optional<PlayClock::time_point> Notification::NextComing() const noexcept
+{
+    return _coming.empty() ? std::nullopt : std::optional(_coming.front().due);
+}
+
+std::vector<std::shared_ptr<const Batch>> Notification::LetCome()
+{
+    Batch& batch = _queued.emplace_back(std::move(_coming.front().batch));
+    _coming.pop_front();
+    SignalOrReset();
+    return std::exchange(batch.recorded, {});
 }
 
 Batch Notification::Take()
@@ -124,6 +141,7 @@ void Notification::Disconnect() noexcept
 {
     DropEntries();
     _queued.clear();
+    _coming.clear();
     _change = 0;
     _lost = false;
     _place.printerHandle = nullptr;

@@ -74,6 +74,7 @@ std::vector<Batch> BatchesFor(const NotifyRequest& request, const Recording& rec
         const auto whole = std::make_shared<const Batch>(WholeBatch(recorded));
         unheard.push_back(whole);
         Batch batch = Heard(*whole, request, recording.header);
+        batch.microseconds = recorded.microseconds;
         batch.answersRefresh = recorded.refresh && request.WantsFields();
         const bool hasNothing = batch.change == 0 && !batch.withBlock;
         const bool hadSomething = whole->change != 0 || whole->withBlock;

@@ -54,3 +54,19 @@ void BringAbout(World& world, const PrinterRecord* printer, const Batch& batch)
     }
     if (batch.change & PRINTER_CHANGE_DELETE_PRINTER) world.RemovePrinter(*printer);
 }
+
+std::optional<PlayClock::time_point> PlayingBegins(const PrinterRecord& printer) noexcept
+{
+    return printer.pace == SpoolerPace::RealTime ? std::optional(PlayClock::now()) : std::nullopt;
+}
+
+std::optional<PlayClock::time_point> PlayUntil(World& world, PlayClock::time_point now)
+{
+    for (;;) {
+        Notification* const next = world.Notifications().NextToCome();
+        if (!next) return std::nullopt;
+        if (const auto due = next->NextComing(); *due > now) return due;
+        const DWORD printerId = next->Place().printerId;
+        for (const auto& recorded : next->LetCome()) BringAbout(world, world.FindPrinter(printerId), *recorded);
+    }
+}

@@ -3,6 +3,8 @@
 
 #include "support/TemporaryDirectory.h"
 
+#include <chrono>
+
 namespace {
 
 class PlayedRecordingsTest : public SimulatorTest {
@@ -274,6 +276,85 @@ TEST_F(PlayedRecordingsTest, ThePrinterPrintsNothingByItself)
 
     EXPECT_TRUE(::SetJobW(printer.Get(), 7, 0, nullptr, JOB_CONTROL_DELETE)) << "what a client does still works";
     EXPECT_EQ(ReadJobs<JOB_INFO_1W>(printer, 1).count, 0u);
+}
+
+/// A recording on a printer of real time.
+class PlayedInTimeTest : public PlayedRecordingsTest {
+protected:
+    void SetUp() override
+    {
+        PlayedRecordingsTest::SetUp();
+        printer.Reset();
+        SpoolerReset();
+        SpoolerAddPrinter({.printerName = L"Label", .pace = SpoolerPace::RealTime});
+        printer = Open(L"Label");
+    }
+
+    static bool Wait(const Watch& watch) { return ::WaitForSingleObject(watch.Handle(), 60000) == WAIT_OBJECT_0; }
+};
+
+TEST_F(PlayedInTimeTest, BatchesComeAtTheirTimes)
+{
+    Play("batch 0\nchange 0x100\nend\nbatch 0.02\nchange 0x800\nend\nbatch 0.05\nchange 0x400\nend\n");
+    const auto begin = std::chrono::steady_clock::now();
+    const Watch watch(printer, PRINTER_CHANGE_JOB);
+    ASSERT_TRUE(Wait(watch));
+    EXPECT_EQ(watch.Next(), "0x100 -");
+    EXPECT_EQ(SpoolerWaitUntilFetched(L"Label", 0), DWORD{ERROR_TIMEOUT}) << "more is to come";
+    ASSERT_TRUE(Wait(watch));
+    EXPECT_EQ(watch.Next(), "0x800 -");
+    ASSERT_TRUE(Wait(watch));
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(50));
+    EXPECT_EQ(watch.Next(), "0x400 -");
+    EXPECT_EQ(SpoolerWaitUntilFetched(L"Label", 0), DWORD{ERROR_SUCCESS});
+}
+
+TEST_F(PlayedInTimeTest, AnOpenNotificationHearsItFromNowOn)
+{
+    const Watch watch(printer, PRINTER_CHANGE_JOB);
+    Play("batch 0.01\nchange 0x100\nend\n");
+    ASSERT_TRUE(Wait(watch));
+    EXPECT_EQ(watch.Next(), "0x100 -");
+}
+
+TEST_F(PlayedInTimeTest, AJobCanBeGoneBeforeItsFirstNoticeIsRead)
+{
+    const Watch watch(printer, PRINTER_CHANGE_JOB, {JOB_NOTIFY_FIELD_STATUS});
+    const Watch end(printer, PRINTER_CHANGE_DELETE_JOB);
+    Play("batch 0\nchange 0x100\ninfo 2 0\njob 7 STATUS number 8\nend\n"
+         "batch 0.01\nchange 0x400\ninfo 2 0\njob 7 STATUS number 0x104\nend\n");
+    ASSERT_TRUE(Wait(end));
+    EXPECT_EQ(ReadJobs<JOB_INFO_1W>(printer, 1).count, 0u);
+    EXPECT_EQ(watch.Next(), "0x100 J7.STATUS=0x8");
+    EXPECT_EQ(ReadJobs<JOB_INFO_1W>(printer, 1).count, 0u) << "what is fetched late doesn't come true again";
+}
+
+TEST_F(PlayedInTimeTest, TheEarliestBatchOfAllNotificationsComesFirst)
+{
+    const Watch first(printer, PRINTER_CHANGE_ADD_JOB);
+    const Watch second(printer, PRINTER_CHANGE_WRITE_JOB);
+    Play("batch 0\nchange 0x100\nend\nbatch 0\nchange 0x800\nend\nbatch 3600\nchange 0x900\nend\n");
+    ASSERT_TRUE(Wait(first));
+    ASSERT_TRUE(Wait(second)) << "what comes in an hour holds nothing up";
+}
+
+TEST_F(PlayedInTimeTest, AClosedPrinterHandleTakesWhatIsToComeWithIt)
+{
+    Play("batch 0.02\nchange 0x100\ninfo 2 0\njob 7 STATUS number 8\nend\n");
+    const Watch watch(printer, PRINTER_CHANGE_JOB);
+    printer.Reset();
+    printer = Open(L"Label");
+    const Watch other(printer, PRINTER_CHANGE_JOB);
+    ASSERT_TRUE(Wait(other));
+    EXPECT_FALSE(watch.IsSignalled());
+}
+
+TEST_F(PlayedInTimeTest, AClosedNotificationTakesWhatIsToComeWithIt)
+{
+    Play("batch 3600\nchange 0x100\nend\n");
+    Watch watch(printer, PRINTER_CHANGE_JOB);
+    EXPECT_TRUE(watch.Close());
+    EXPECT_EQ(SpoolerWaitUntilFetched(L"Label", 0), DWORD{ERROR_SUCCESS});
 }
 
 TEST_F(PlayedRecordingsTest, ADeletedPrinterGoes)

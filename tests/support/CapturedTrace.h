@@ -16,6 +16,7 @@ public:
     {
         const std::lock_guard guard(lock);
         lines.clear();
+        files.clear();
     }
 
     /// The lines that begin with `start`, in order.
@@ -28,6 +29,13 @@ public:
         return found;
     }
 
+    /// Whether a line was written by a source file of that name.
+    bool HasFrom(const std::string& file) const
+    {
+        const std::lock_guard guard(lock);
+        return std::ranges::any_of(files, [&](const std::string& one) { return one == file; });
+    }
+
     bool Has(const std::string& line) const { return std::ranges::count(Lines(), line) != 0; }
 
 private:
@@ -37,9 +45,11 @@ private:
         const size_t place = line.find("): ");
         const std::lock_guard guard(lock);
         lines.push_back(place == std::string::npos ? line : line.substr(place + 3));
+        files.push_back(line.substr(0, line.find('(')));
     }
 
     static inline std::mutex lock;
     static inline std::vector<std::string> lines;
+    static inline std::vector<std::string> files; // that wrote them
     const ImportHook<decltype(::OutputDebugStringA)> _hook{"OutputDebugStringA", Take};
 };

@@ -233,7 +233,7 @@ bool XPrinter::EnumJobIds(OTypedArray<unsigned long>& jobIds) const
     const SpoolerBuffer jobs = ReadBytes(call, needed);
     if (!jobs) return false;
     const auto* const records = jobs.As<JOB_INFO_3>();
-    const DWORD room = jobs.Size() / sizeof *records;
+    const auto room = static_cast<DWORD>(jobs.Size() / sizeof *records);
     for (DWORD i = 0; i < count && i < room; ++i) jobIds.Add(records[i].JobId);
     return true;
 }

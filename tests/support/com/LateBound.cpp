@@ -5,10 +5,9 @@
 
 #include <vector>
 
-LateResult LateBound::Get(std::string_view name) const
+LateResult LateBound::Get(std::string_view name, std::initializer_list<_variant_t> arguments) const
 {
-    DISPPARAMS none{};
-    return Invoke(name, DISPATCH_PROPERTYGET, &none);
+    return Invoke(name, DISPATCH_PROPERTYGET, arguments);
 }
 
 LateResult LateBound::Put(std::string_view name, const _variant_t& value) const
@@ -21,9 +20,14 @@ LateResult LateBound::Put(std::string_view name, const _variant_t& value) const
 
 LateResult LateBound::Call(std::string_view name, std::initializer_list<_variant_t> arguments) const
 {
+    return Invoke(name, DISPATCH_METHOD, arguments);
+}
+
+LateResult LateBound::Invoke(std::string_view name, WORD kind, std::initializer_list<_variant_t> arguments) const
+{
     std::vector<_variant_t> reversed(std::rbegin(arguments), std::rend(arguments));
     DISPPARAMS parameters{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
-    return Invoke(name, DISPATCH_METHOD, &parameters);
+    return Invoke(name, kind, &parameters);
 }
 
 LateResult LateBound::Invoke(std::string_view name, WORD kind, DISPPARAMS* parameters) const

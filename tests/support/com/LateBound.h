@@ -25,13 +25,15 @@ class LateBound {
 public:
     explicit LateBound(IDispatch* object) : _object(object) {}
 
-    LateResult Get(std::string_view name) const;
+    /// A property, with arguments if it is one of a collection's.
+    LateResult Get(std::string_view name, std::initializer_list<_variant_t> arguments = {}) const;
     LateResult Put(std::string_view name, const _variant_t& value) const;
 
-    /// Arguments in the order in which they are written.
+    /// Arguments here and in `Get` are in the order in which they are written.
     LateResult Call(std::string_view name, std::initializer_list<_variant_t> arguments) const;
 
 private:
+    LateResult Invoke(std::string_view name, WORD kind, std::initializer_list<_variant_t> arguments) const;
     LateResult Invoke(std::string_view name, WORD kind, DISPPARAMS* parameters) const;
 
     Microsoft::WRL::ComPtr<IDispatch> _object;

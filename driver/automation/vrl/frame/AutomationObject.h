@@ -3,6 +3,7 @@
 
 #include "foundation/OCriticalSection.h"
 #include "vrl/frame/Automation.h"
+#include "vrl/frame/LateBinding.h"
 #include "vrl/frame/MethodGuard.h"
 #include "vrl/frame/Module.h"
 #include "vrl/frame/TypeInfo.h"
@@ -63,6 +64,10 @@ public:
         return true;
     }
 
+    /// Gives back the reference that the object was made with, and leaves the object be: whoever asks for one with a
+    /// count of 0 takes the first reference himself.
+    void DropFirstReference() noexcept { --_references; }
+
     // IDispatch
 
     STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override
@@ -92,10 +97,8 @@ public:
         Microsoft::WRL::ComPtr<ITypeInfo> typeInfo;
         const HRESULT result = InterfaceTypeInfo(__uuidof(Interface), &typeInfo);
         if (FAILED(result)) return result;
-        return Contain([&] { // an argument that is an object of the caller's may be asked for its value
-            return typeInfo->Invoke(static_cast<Interface*>(this), id, flags, parameters, returned, exception,
-                                    argumentError);
-        });
+        return InvokeMember(typeInfo.Get(), static_cast<Interface*>(this), id, flags, parameters, returned, exception,
+                            argumentError);
     }
 
     // ISupportErrorInfo

@@ -29,6 +29,14 @@ public:
     ForeignPtr& operator=(const ForeignPtr&) = delete;
     ~ForeignPtr() { Reset(); }
 
+    /// Takes over one reference that the caller has on `object`, which may be null.
+    static ForeignPtr Own(T* object) noexcept
+    {
+        ForeignPtr owner;
+        owner._object = object;
+        return owner;
+    }
+
     /// One more reference on `object`, which may be null.
     static ForeignPtr Share(T* object) noexcept
     {
@@ -37,17 +45,21 @@ public:
         return shared;
     }
 
-    /// What `object` gives for `iid`; null if it refuses or raises.
+    /// What `object`, which may be null, gives for `iid`; null if it refuses or raises.
     static ForeignPtr Query(IUnknown* object, REFIID iid) noexcept
     {
         void* found = nullptr;
         ForeignPtr queried;
+        if (!object) return queried;
         const HRESULT result = Contain([&] { return object->QueryInterface(iid, &found); });
         if (SUCCEEDED(result)) queried._object = static_cast<T*>(found);
         return queried;
     }
 
     ForeignPtr Copy() const noexcept { return Share(_object); }
+
+    /// Hands the reference to the caller.
+    [[nodiscard]] T* Detach() noexcept { return std::exchange(_object, nullptr); }
 
     void Reset() noexcept
     {

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <random>
 #include <string>
 #include <vector>
@@ -14,10 +13,10 @@
 
 namespace {
 
-/// Trees of keys to try: few, or many where the environment asks for long runs.
+/// Trees of keys to try.
 int Rounds()
 {
-    return std::getenv("VORLANE_LONG_RUNS") ? 3'000 : 30;
+    return RandomOperations(30, 3'000);
 }
 
 /// Random keys with what gives trouble in names and values.

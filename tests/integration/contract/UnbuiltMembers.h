@@ -3,8 +3,6 @@
 
 /// The members that answer E_NOTIMPL because nobody has written them yet. Who writes one takes it off the list.
 inline constexpr const char* unbuiltMembers[] = {
-    "VRL.get_Version",
-    "VRL.get_Platform",
     "PrintServer.EnumeratePrinters",
     "PrintServer.get_Name",
     "PrintServer.get_NetworkDomain",

@@ -77,10 +77,4 @@ inline constexpr const char* unbuiltMembers[] = {
     "PrintJobSchedule.put_StartTime",
     "PrintJobSchedule.get_UntilTime",
     "PrintJobSchedule.put_UntilTime",
-    "PrinterCapabilities.get_Collate",
-    "PrinterCapabilities.get_Color",
-    "PrinterCapabilities.get_Duplex",
-    "PrinterCapabilities.get_MaximumCopies",
-    "PrinterCapabilities.get_PrintSpeed",
-    "PrinterCapabilities.get_Staple",
 };

@@ -18,10 +18,12 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-/// Members that may not be called on an object that was never bound, or that give what a VARIANT cannot hold. They are
-/// left out as soon as they are built.
+/// Members that may not be called on an object that was never bound. They are left out as soon as they are built.
 constexpr const char* notToBeCalledUnbound[] = {
-    "PrintJob.Cancel", "PrintJob.Pause", "PrintJob.Resume", "PrintJob.Restart", "Printers.Create",
+    "PrintJob.Cancel",
+    "PrintJob.Pause",
+    "PrintJob.Resume",
+    "PrintJob.Restart",
 };
 
 template <typename List>

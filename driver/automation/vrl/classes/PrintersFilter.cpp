@@ -1,32 +1,45 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/classes/PrintersFilter.h"
 
-STDMETHODIMP PrintersFilter::get_Local(VARIANT_BOOL*) noexcept
+namespace {
+
+// Deliberate: neither test nor wrapper, so a failure leaves no error information and shows no dialog.
+HRESULT GiveField(VARIANT_BOOL* out, VARIANT_BOOL field) noexcept
 {
-    return E_NOTIMPL;
+    return Contain([&] { StoreUntested(out, field); });
 }
 
-STDMETHODIMP PrintersFilter::put_Local(VARIANT_BOOL) noexcept
+} // namespace
+
+STDMETHODIMP PrintersFilter::get_Local(VARIANT_BOOL* retLocal) noexcept
 {
-    return E_NOTIMPL;
+    return GiveField(retLocal, _local);
 }
 
-STDMETHODIMP PrintersFilter::get_Network(VARIANT_BOOL*) noexcept
+STDMETHODIMP PrintersFilter::put_Local(VARIANT_BOOL argLocal) noexcept
 {
-    return E_NOTIMPL;
+    _local = argLocal;
+    return S_OK;
 }
 
-STDMETHODIMP PrintersFilter::put_Network(VARIANT_BOOL) noexcept
+STDMETHODIMP PrintersFilter::get_Network(VARIANT_BOOL* retNetwork) noexcept
 {
-    return E_NOTIMPL;
+    return GiveField(retNetwork, _network);
 }
 
-STDMETHODIMP PrintersFilter::get_Shared(VARIANT_BOOL*) noexcept
+STDMETHODIMP PrintersFilter::put_Network(VARIANT_BOOL argNetwork) noexcept
 {
-    return E_NOTIMPL;
+    _network = argNetwork;
+    return S_OK;
 }
 
-STDMETHODIMP PrintersFilter::put_Shared(VARIANT_BOOL) noexcept
+STDMETHODIMP PrintersFilter::get_Shared(VARIANT_BOOL* retShared) noexcept
 {
-    return E_NOTIMPL;
+    return GiveField(retShared, _shared);
+}
+
+STDMETHODIMP PrintersFilter::put_Shared(VARIANT_BOOL argShared) noexcept
+{
+    _shared = argShared;
+    return S_OK;
 }

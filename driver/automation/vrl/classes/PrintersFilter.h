@@ -3,9 +3,11 @@
 
 #include "vrl/frame/AutomationObject.h"
 
-/// Three flags that say which printers an enumeration lists.
+#include <atomic>
+
+/// Three flags that say which printers an enumeration lists. A flag keeps what it is given; only VARIANT_TRUE counts as
+/// true there.
 /// Threading: any thread.
-/// Not built yet: every member of the interface answers E_NOTIMPL.
 class PrintersFilter final : public AutomationObject<PrintersFilter, IPrintersFilter> {
 public:
     STDMETHODIMP get_Local(VARIANT_BOOL* retLocal) noexcept override;
@@ -14,4 +16,9 @@ public:
     STDMETHODIMP put_Network(VARIANT_BOOL argNetwork) noexcept override;
     STDMETHODIMP get_Shared(VARIANT_BOOL* retShared) noexcept override;
     STDMETHODIMP put_Shared(VARIANT_BOOL argShared) noexcept override;
+
+private:
+    std::atomic<VARIANT_BOOL> _local = VARIANT_TRUE;
+    std::atomic<VARIANT_BOOL> _network = VARIANT_TRUE;
+    std::atomic<VARIANT_BOOL> _shared = VARIANT_FALSE;
 };

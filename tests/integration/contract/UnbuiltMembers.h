@@ -3,19 +3,6 @@
 
 /// The members that answer E_NOTIMPL because nobody has written them yet. Who writes one takes it off the list.
 inline constexpr const char* unbuiltMembers[] = {
-    "PrintServer.EnumeratePrinters",
-    "PrintServer.get_Name",
-    "PrintServer.get_NetworkDomain",
-    "PrintServer.get_NetworkWorkgroup",
-    "PrintServer.get_OSName",
-    "PrintServer.get_OSVersion",
-    "PrintServer.get_OSEdition",
-    "PrintServer.get_ProcessorCount",
-    "PrintServer.get_ProcessorName",
-    "PrintServer.get_DNSDomain",
-    "PrintServer.get_DNSName",
-    "PrintServer.get_ProcessorArchitecture",
-    "PrintServer.get_Description",
     "PrintQueue.EnumerateJobs",
     "PrintQueue.Pause",
     "PrintQueue.Resume",

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 
 namespace {
 
@@ -16,19 +17,26 @@ double NanosecondsPerCall(const BenchCase& one)
 
 } // namespace
 
-std::vector<Measurement> MeasureTogether(const std::vector<BenchCase>& cases)
+std::vector<Samples> MeasureTogether(const std::vector<BenchCase>& cases)
 {
     for (const BenchCase& one : cases) one.run(one.calls / 10 + 1);
 
-    std::vector<std::vector<double>> times(cases.size());
+    std::vector<Samples> samples(cases.size());
     for (int repetition = 0; repetition < repetitions; ++repetition) {
-        for (size_t i = 0; i < cases.size(); ++i) times[i].push_back(NanosecondsPerCall(cases[i]));
+        for (size_t i = 0; i < cases.size(); ++i) samples[i].push_back(NanosecondsPerCall(cases[i]));
     }
+    return samples;
+}
 
-    std::vector<Measurement> measurements;
-    for (std::vector<double>& samples : times) {
-        std::ranges::sort(samples);
-        measurements.push_back({samples[samples.size() / 2], samples.front()});
-    }
-    return measurements;
+double Median(Samples samples)
+{
+    std::ranges::nth_element(samples, samples.begin() + static_cast<ptrdiff_t>(samples.size() / 2));
+    return samples[samples.size() / 2];
+}
+
+double MedianDifference(const Samples& longer, const Samples& shorter)
+{
+    Samples differences(longer.size());
+    std::ranges::transform(longer, shorter, differences.begin(), std::minus{});
+    return Median(std::move(differences));
 }

@@ -2,23 +2,24 @@
 #pragma once
 
 #include <functional>
-#include <string>
 #include <vector>
-
-/// Time of one call in nanoseconds: the median over the repetitions of a batch.
-struct Measurement {
-    double median = 0;
-    double lowest = 0;
-};
 
 /// Something to be timed: `run(n)` does it n times.
 struct BenchCase {
-    std::string name;
     std::function<void(int calls)> run;
     int calls = 2000; ///< in one batch
 };
 
+/// Nanoseconds of one call of a case, batch by batch.
+using Samples = std::vector<double>;
+
 constexpr int repetitions = 41;
 
-/// Times the cases in turn, batch by batch, so that each meets the same state of the machine.
-std::vector<Measurement> MeasureTogether(const std::vector<BenchCase>& cases);
+/// Times a batch of each case in turn, and that `repetitions` times, so that the cases meet the same state of the
+/// machine.
+std::vector<Samples> MeasureTogether(const std::vector<BenchCase>& cases);
+
+double Median(Samples samples);
+
+/// Median of what `longer` takes beyond `shorter`, each pair of batches from one turn.
+double MedianDifference(const Samples& longer, const Samples& shorter);

@@ -1,12 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "bench/RawSpooler.h"
 
-#include <oleauto.h>
-
+#include <cwchar>
 #include <memory>
 #include <stdexcept>
 
 namespace {
+
+HANDLE Open(const wchar_t* printerName)
+{
+    PRINTER_DEFAULTSW defaults{};
+    defaults.DesiredAccess = PRINTER_ALL_ACCESS;
+    HANDLE printer = nullptr;
+    if (!::OpenPrinterW(const_cast<wchar_t*>(printerName), &printer, &defaults)) {
+        throw std::runtime_error("OpenPrinterW failed");
+    }
+    return printer;
+}
 
 using Block = std::unique_ptr<BYTE[]>;
 
@@ -21,24 +31,17 @@ Block Read(HANDLE printer, DWORD level)
 
 } // namespace
 
-RawSpooler::RawSpooler(const wchar_t* printerName)
-{
-    PRINTER_DEFAULTSW defaults{};
-    defaults.DesiredAccess = PRINTER_ALL_ACCESS;
-    if (!::OpenPrinterW(const_cast<wchar_t*>(printerName), &_printer, &defaults)) {
-        throw std::runtime_error("OpenPrinterW failed");
-    }
-}
+RawSpooler::RawSpooler(const wchar_t* printerName) : _printer(Open(printerName)) {}
 
 RawSpooler::~RawSpooler()
 {
     ::ClosePrinter(_printer);
 }
 
-void RawSpooler::ReadComment() const
+size_t RawSpooler::ReadComment() const
 {
     const Block block = Read(_printer, 2);
-    ::SysFreeString(::SysAllocString(reinterpret_cast<PRINTER_INFO_2W*>(block.get())->pComment));
+    return std::wcslen(reinterpret_cast<PRINTER_INFO_2W*>(block.get())->pComment);
 }
 
 void RawSpooler::WriteComment(wchar_t* comment) const
@@ -60,16 +63,21 @@ DWORD RawSpooler::ReadStatus() const
     return reinterpret_cast<PRINTER_INFO_6*>(block.get())->dwStatus;
 }
 
-void OpenAndClose(const wchar_t* printerName)
+DWORD RawSpooler::ReadQueueAndStatus() const
 {
-    PRINTER_DEFAULTSW defaults{};
-    defaults.DesiredAccess = PRINTER_ALL_ACCESS;
-    HANDLE printer = nullptr;
-    if (!::OpenPrinterW(const_cast<wchar_t*>(printerName), &printer, &defaults)) return;
+    DWORD needed = 0;
+    DWORD count = 0;
+    ::EnumJobsW(_printer, 0, 0xFFFFFFFF, 2, nullptr, 0, &needed, &count);
+    if (needed != 0) throw std::runtime_error("there are jobs");
+    return ReadStatus();
+}
+
+void OpenAndLeave(const wchar_t* printerName)
+{
+    HANDLE const printer = Open(printerName);
     BYTE value[520];
     DWORD needed = 0;
     ::GetPrinterDataW(printer, const_cast<wchar_t*>(L"VRL Interface"), nullptr, value, sizeof value, &needed);
     ::GetPrinterDataExW(printer, L"Gantry", L"Odometer Pages", nullptr, value, 4, &needed);
     ::GetPrinterDataExW(printer, L"Gantry", L"Odometer Distance", nullptr, value, 8, &needed);
-    ::ClosePrinter(printer);
 }

@@ -12,18 +12,20 @@ public:
     RawSpooler& operator=(const RawSpooler&) = delete;
     ~RawSpooler();
 
-    /// Size, read, and a BSTR of the comment.
-    void ReadComment() const;
+    /// Size and read; the length of the comment.
+    size_t ReadComment() const;
     /// Size, read, and write with another comment.
     void WriteComment(wchar_t* comment) const;
     /// Size, read, and one bit.
     bool IsLocal() const;
     /// Size and read of the status word.
     DWORD ReadStatus() const;
+    /// A look at the queue, which is empty; size and read of the status word.
+    DWORD ReadQueueAndStatus() const;
 
 private:
     HANDLE _printer = nullptr;
 };
 
-/// Open, ask for the driver's interface module and for the stored odometer, close.
-void OpenAndClose(const wchar_t* printerName);
+/// Opens a printer, asks for the driver's interface module and for the stored odometer, and leaves the handle open.
+void OpenAndLeave(const wchar_t* printerName);

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "support/AllocationFailure.h"
 
+#include <malloc.h>
+
+#include <array>
 #include <atomic>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 namespace {
@@ -28,10 +32,21 @@ void* Allocate(size_t size) noexcept
     return block;
 }
 
+/// Blocks stay a while after they were freed, filled with a pattern, so that whoever still uses one is seen.
+void* Postpone(void* block) noexcept
+{
+    constexpr int freedPattern = 0xDD;
+    static std::array<std::atomic<void*>, 4096> freed;
+    static std::atomic<size_t> next{0};
+    std::memset(block, freedPattern, ::_msize(block));
+    return freed[next++ % freed.size()].exchange(block);
+}
+
 void Free(void* block) noexcept
 {
-    if (block) --live;
-    std::free(block);
+    if (!block) return;
+    --live;
+    std::free(Postpone(block));
 }
 
 } // namespace

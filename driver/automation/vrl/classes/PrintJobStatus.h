@@ -2,12 +2,16 @@
 #pragma once
 
 #include "vrl/frame/AutomationObject.h"
+#include "vrl/classes/JobBinding.h"
 
 /// The state of a job, read from the shared record at the moment of the call.
 /// Threading: any thread.
-/// Not built yet: every member of the interface answers E_NOTIMPL.
 class PrintJobStatus final : public AutomationObject<PrintJobStatus, IPrintJobStatus> {
 public:
+    /// Binds to the job that `job` names; an equal printer name keeps the printer that the object has.
+    HRESULT Initialize(IPrintJob* job) noexcept;
+    void FinalRelease() { _job.Clear(); }
+
     STDMETHODIMP get_Text(BSTR* retText) noexcept override;
     STDMETHODIMP get_Spooling(VARIANT_BOOL* retSpooling) noexcept override;
     STDMETHODIMP get_Printing(VARIANT_BOOL* retPrinting) noexcept override;
@@ -18,4 +22,9 @@ public:
     STDMETHODIMP get_Completed(VARIANT_BOOL* retCompleted) noexcept override;
     STDMETHODIMP get_UserInterventionRequired(VARIANT_BOOL* retUserInterventionRequired) noexcept override;
     STDMETHODIMP get_Restarted(VARIANT_BOOL* retRestarted) noexcept override;
+
+    Bound<JobBinding>::Hold CheckBound() const { return _job.Check<JobStatusNotInitialized_E>(); }
+
+private:
+    Bound<JobBinding> _job{_lock};
 };

@@ -10,17 +10,6 @@
 #include "vrl/classes/PrintQueue.h"
 #include "vrl/core/XPrinter.h"
 
-namespace {
-
-template <class Child>
-void CreateChild(Microsoft::WRL::ComPtr<Child>& child)
-{
-    const HRESULT result = CreateInstance(child.ReleaseAndGetAddressOf());
-    if (FAILED(result)) throw VRException(result, "CreateInstance failed");
-}
-
-} // namespace
-
 Printer::Printer() = default;
 Printer::~Printer() = default;
 

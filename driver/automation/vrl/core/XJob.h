@@ -23,7 +23,7 @@
 /// Errors:    the getters and setters from `GetName` on throw `InvalidJob_E` while the job has not been loaded, which
 /// is
 ///            for good if it was gone by then.
-class XJob : private JobWitness {
+class XJob final : private JobWitness {
 public:
     XJob();
     XJob(const XJob&) = delete;

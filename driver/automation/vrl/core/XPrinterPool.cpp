@@ -3,6 +3,7 @@
 
 #include "foundation/Assert.h"
 #include "foundation/OLockGuard.h"
+#include "foundation/system/ModuleInstance.h"
 #include "vrl/core/XPrinter.h"
 #include "vrl/frame/Module.h"
 
@@ -75,6 +76,7 @@ bool XPrinterPool::CloseOnPoolThread(XPrinter* xPrinter)
     TP_CALLBACK_ENVIRON environment;
     ::InitializeThreadpoolEnvironment(&environment);
     ::SetThreadpoolCallbackRunsLong(&environment);
+    ::SetThreadpoolCallbackLibrary(&environment, GetModuleInstance());
     const bool accepted = ::TrySubmitThreadpoolCallback(close, xPrinter, &environment) != FALSE;
     if (!accepted) Module::RemoveLock();
     return accepted;

@@ -246,6 +246,14 @@ HRESULT CreateInstance(T** object) noexcept
     });
 }
 
+/// Makes a child of an automation object. Throws a `VRException` with the result of a failed creation.
+template <class Child>
+void CreateChild(Microsoft::WRL::ComPtr<Child>& child)
+{
+    const HRESULT result = CreateInstance(child.ReleaseAndGetAddressOf());
+    if (FAILED(result)) throw VRException(result, "CreateInstance failed");
+}
+
 /// Makes a `T` and asks it for `iid`, as class factories do.
 template <class T>
 HRESULT CreateObject(REFIID iid, void** object) noexcept

@@ -12,17 +12,24 @@
 #include <new>
 #include <utility>
 
-/// `ClosePrinter` for owners, which close in destructors: what the spooler raises there is dropped.
-inline void ClosePrinterQuietly(HANDLE printer) noexcept
+/// A closing call of the spooler for owners, which close in destructors: what the spooler raises there is dropped.
+template <auto Close, class T>
+void CloseQuietly(T resource) noexcept
 {
     try {
-        ::ClosePrinter(printer);
-    } catch (...) { // NOLINT(bugprone-empty-catch): the handle is gone either way
+        Close(resource);
+    } catch (...) { // NOLINT(bugprone-empty-catch): the resource is gone either way
     }
 }
 
 /// A spooler handle that somebody owns; `XPrinter`'s own is deliberately none.
-using OPrinterHandle = OHandle<ClosePrinterQuietly>;
+using OPrinterHandle = OHandle<CloseQuietly<::ClosePrinter, HANDLE>>;
+
+/// A change notification.
+using OChangeHandle = OHandle<CloseQuietly<::FindClosePrinterChangeNotification, HANDLE>>;
+
+/// What a change notification told.
+using ONotifyInfo = OHandle<CloseQuietly<::FreePrinterNotifyInfo, PRINTER_NOTIFY_INFO*>, PRINTER_NOTIFY_INFO*>;
 
 /// What a sized spooler read gave: the records, with their texts in the same block.
 class SpoolerBuffer {

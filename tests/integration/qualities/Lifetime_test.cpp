@@ -198,10 +198,11 @@ class ShortMemory : public Lifetime {
 protected:
     static void SetUpTestSuite() { WarmUp(); }
 
+    static constexpr auto internalError = static_cast<HRESULT>(0x8007054F);
+
     /// What a member answers when it finds no memory: texts take it as an internal failure.
     static auto FailureForWantOfMemory()
     {
-        constexpr auto internalError = static_cast<HRESULT>(0x8007054F);
         return AnyOf(outOfMemory, Answer{internalError, "ASSERT(core)"}, Answer{internalError, "ASSERT(wdata)"},
                      Answer{internalError, "ASSERT(ndata)"});
     }

@@ -31,3 +31,5 @@ prints vbscript/printer.vbs
 prints jscript/printer.js
 says vbscript/status.vbs Office
 echo "samples/vbscript/status.vbs: says what is expected"
+says vbscript/printers.vbs
+echo "samples/vbscript/printers.vbs: says what is expected"

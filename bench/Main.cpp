@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
 // Cases: Name, Comment (get and put), Local, Status.Text and one condition, and making and binding a Printer, each
-// beside the raw spooler calls that it stands for (MemberTable.h).
+// beside the raw spooler calls that it stands for (MemberTable.h); enumerating the machine's printers
+// (EnumerationTable.h).
+#include "bench/EnumerationTable.h"
 #include "bench/Machine.h"
 #include "bench/MemberTable.h"
 
@@ -17,6 +19,7 @@ try {
     ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
     PrintMachine();
     PrintMemberTable();
+    PrintEnumerationTable();
     ::CoUninitialize();
     return 0;
 } catch (const std::exception& failure) {

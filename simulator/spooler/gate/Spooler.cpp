@@ -117,6 +117,7 @@ void Spooler::LoadFromEnvironment() noexcept
         message = _configError;
     }
     if (!message.empty()) Report(message);
+    KeepTime();
 }
 
 DWORD Spooler::LoadConfig(const std::wstring& path) noexcept

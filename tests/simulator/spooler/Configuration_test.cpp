@@ -511,4 +511,9 @@ TEST_F(ConfigurationEnvironmentTest, AMissingFileFailsTheCallsWithItsError)
     EXPECT_THAT(Probe(""), ::testing::EndsWith("error 3\nerror 3\n"));
 }
 
+TEST_F(ConfigurationEnvironmentTest, APrinterOfRealTimeNeedsNobodyToDriveIt)
+{
+    EXPECT_EQ(Probe("[printer First]\npace = real time\n", L"print"), "First\nprinted\n");
+}
+
 } // namespace

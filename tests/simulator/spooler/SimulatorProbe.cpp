@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 
 /// Says what a fresh process sees of the spooler: the names of the local printers, a line each, or twice the error that
-/// keeps it from seeing them. With the argument "reset" it then empties the world and says it again.
+/// keeps it from seeing them. With the argument "reset" it then empties the world and says it again; with "print" it
+/// prints on the printer "First" and says whether the job leaves the queue by itself.
 
 #include "spooler/SpoolerControl.h"
 
@@ -37,13 +38,33 @@ void TryPorts()
     std::printf("error %lu\n", ::GetLastError());
 }
 
+void Print()
+{
+    constexpr DWORD limitMs = 60000;
+    wchar_t name[] = L"First";
+    wchar_t document[] = L"Page";
+    HANDLE printer = nullptr;
+    DOC_INFO_1W info{document, nullptr, nullptr};
+    DWORD written = 0;
+    if (!::OpenPrinterW(name, &printer, nullptr)) return;
+    const HANDLE gone = ::FindFirstPrinterChangeNotification(printer, PRINTER_CHANGE_DELETE_JOB, 0, nullptr);
+    ::StartDocPrinterW(printer, 1, reinterpret_cast<BYTE*>(&info));
+    ::WritePrinter(printer, document, sizeof document, &written);
+    ::EndDocPrinter(printer);
+    std::puts(::WaitForSingleObject(gone, limitMs) == WAIT_OBJECT_0 ? "printed" : "waiting");
+    ::FindClosePrinterChangeNotification(gone);
+    ::ClosePrinter(printer);
+}
+
 } // namespace
 
 int main(int argumentCount, char** arguments)
 {
     ListPrinters();
     TryPorts();
-    if (argumentCount < 2 || std::string_view(arguments[1]) != "reset") return 0;
+    const std::string_view wish = argumentCount < 2 ? "" : arguments[1];
+    if (wish == "print") Print();
+    if (wish != "reset") return 0;
     ::SpoolerReset();
     ListPrinters();
     TryPorts();

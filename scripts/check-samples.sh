@@ -24,6 +24,16 @@ prints() {
     echo "samples/$1: says what is expected, and the file arrives"
 }
 
+# shows PROGRAM ARGUMENT...: the C++ sample prints the lines of its expected text, in that order, each with a time of day.
+shows() {
+    local program=$1
+    shift
+    on_dock "$preset" "$work/$program" "$program" "Dock 2 Labels" "$(windows_path "$label")" "$@" | tr -d '\r' |
+        sed 's/^[0-9:.]* *//; s/ *$//' >"$work/$program.said"
+    diff -u "samples/expected/$program.txt" "$work/$program.said"
+    echo "samples/cpp/$program: tells the events that are expected"
+}
+
 rm -rf "$work"
 mkdir -p "$work"
 register "$preset"
@@ -33,3 +43,5 @@ says vbscript/status.vbs Office
 echo "samples/vbscript/status.vbs: says what is expected"
 says vbscript/printers.vbs
 echo "samples/vbscript/printers.vbs: says what is expected"
+shows watch "Shipping label"
+shows events

@@ -44,13 +44,27 @@ windows_path() {
     printf 'Z:%s' "$(realpath -m "$1" | tr / '\\')"
 }
 
-# on_warehouse PRESET FOLDER SCRIPT ARGUMENT...: runs a sample on the simulated warehouse, a fresh one in FOLDER.
-on_warehouse() {
-    local preset=$1 folder=$2 script=$3
+# on_simulator PRESET CONFIG FOLDER COMMAND...: runs a Windows program on the simulated spooler that samples/spooler/CONFIG
+# describes, a fresh one in FOLDER.
+on_simulator() {
+    local preset=$1 config=$2 folder=$3
     shift 3
     rm -rf "$folder"
     mkdir -p "$folder"
-    cp samples/spooler/warehouse.ini "$folder/"
-    VORLANE_SPOOLER_CONFIG=$(windows_path "$folder/warehouse.ini") spooler=simulator \
-        under_wine "$preset" cscript //nologo "$(windows_path "samples/$script")" "$@"
+    cp "samples/spooler/$config" "$folder/"
+    VORLANE_SPOOLER_CONFIG=$(windows_path "$folder/$config") spooler=simulator under_wine "$preset" "$@"
+}
+
+# on_warehouse PRESET FOLDER SCRIPT ARGUMENT...: runs a sample script on the simulated warehouse.
+on_warehouse() {
+    local preset=$1 folder=$2 script=$3
+    shift 3
+    on_simulator "$preset" warehouse.ini "$folder" cscript //nologo "$(windows_path "samples/$script")" "$@"
+}
+
+# on_dock PRESET FOLDER PROGRAM ARGUMENT...: runs a C++ sample on the simulated printer that prints in real time.
+on_dock() {
+    local preset=$1 folder=$2 program=$3
+    shift 3
+    on_simulator "$preset" dock.ini "$folder" "build/$preset/bin/$program.exe" "$@"
 }

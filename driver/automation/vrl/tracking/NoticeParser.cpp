@@ -57,7 +57,6 @@ constexpr std::array numberFields{
 void NoticeParser::Parse(const PRINTER_NOTIFY_INFO& info)
 {
     for (DWORD i = 0; i < info.Count; ++i) ParseEntry(info.aData[i]);
-    _currentJob.Release();
 }
 
 void NoticeParser::ParseEntry(const PRINTER_NOTIFY_INFO_DATA& entry)

@@ -25,7 +25,7 @@ PrintJob::~PrintJob() = default;
 
 HRESULT PrintJob::FinalConstruct() noexcept
 {
-    return Guard("Printer::FinalConstruct", [&] {
+    return Guard("PrintJob::FinalConstruct", [&] {
         CreateChild(_jobStatus);
         CreateChild(_jobSchedule);
     });

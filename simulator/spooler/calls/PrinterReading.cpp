@@ -15,6 +15,7 @@ constexpr std::wstring_view localProvider = L"Windows NT Local Print Providor"; 
 constexpr DWORD domainFlags = PRINTER_ENUM_REMOTE | PRINTER_ENUM_NETWORK;
 constexpr DWORD knownFlags = PRINTER_ENUM_DEFAULT | PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS | PRINTER_ENUM_NAME |
                              PRINTER_ENUM_SHARED | domainFlags;
+constexpr DWORD level4Flags = PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS;
 
 constexpr std::array<std::wstring_view, 5> environments{
     L"Windows x64", L"Windows NT x86", L"Windows IA64", L"Windows ARM64", L"Windows 4.0",
@@ -23,7 +24,7 @@ constexpr std::array<std::wstring_view, 5> environments{
 void CheckFlags(DWORD flags, DWORD level)
 {
     if (flags & domainFlags) Require(level == 1, ERROR_INVALID_LEVEL);
-    if (level == 4) Require((flags & ~(PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS)) == 0, ERROR_INVALID_PARAMETER);
+    if (level == 4) Require((flags & ~level4Flags) == 0, ERROR_INVALID_PARAMETER);
     Require((flags & knownFlags) != PRINTER_ENUM_SHARED, ERROR_INVALID_PARAMETER);
 }
 

@@ -238,6 +238,7 @@ template <typename Image, typename Fields, size_t count>
 std::vector<FieldChange> Values(const std::array<Field<Image, Fields>, count>& fields, const Image& image)
 {
     std::vector<FieldChange> values;
+    values.reserve(count);
     for (const Field<Image, Fields>& field : fields) values.push_back({field.field, field.read(image)});
     return values;
 }

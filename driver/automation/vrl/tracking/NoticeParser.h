@@ -10,8 +10,8 @@ class XJob;
 class XPrinter;
 
 /// Reads one batch of the spooler's notices, in the spooler's order: what it tells of the printer goes to the handler,
-/// what it tells of jobs goes into their records, and what changed there is appended to `events`. Made for one batch: the
-/// last record that it has acquired is released with it.
+/// what it tells of jobs goes into their records, and what changed there is appended to `events`. Made for one batch:
+/// the last record that it has acquired is released with it.
 ///
 /// Errors: an entry of a job that had gone before it could be loaded is dropped, with a trace line; whatever else goes
 ///         wrong is thrown and ends the batch. Threading: the printer's notification thread.

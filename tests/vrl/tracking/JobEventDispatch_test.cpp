@@ -107,6 +107,16 @@ protected:
     }
 };
 
+/// The device can't be asked, since the spooler doesn't know the driver.
+class JobLifeWithoutADriver : public TrackingTestOn<AdvancedPrinterTest> {
+protected:
+    void SetUp() override
+    {
+        TrackingTestOn<AdvancedPrinterTest>::SetUp();
+        ASSERT_EQ(::SpoolerRemoveDriver(L"Label Driver"), 0u);
+    }
+};
+
 TEST_P(JobLife, IsToldToJobSinksThenToQueueSinks)
 {
     const LifeRow& row = GetParam();
@@ -131,6 +141,15 @@ TEST_P(JobLife, IsToldToJobSinksThenToQueueSinks)
 
 INSTANTIATE_TEST_SUITE_P(Row, JobLife, testing::ValuesIn(lifeRows),
                          [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(JobLifeWithoutADriver, CostsTheBatchInWhichTheJobLeaves)
+{
+    const DWORD jobId = AddJob({});
+    const auto job = OpenJob(jobId);
+    const Connection sink = Watch(*job.Get(), "job");
+    EXPECT_THAT(Tell({Status(jobId, paused), Status(jobId, deleted)}), IsEmpty());
+    EXPECT_THAT(Tell({Status(jobId, printing)}), ElementsAre("job: OnJobResumed(job 1)", testing::_));
+}
 
 struct NumberRow {
     const char* name;

@@ -224,6 +224,15 @@ TEST_F(NoticeParserTest, OdometerIsToldAheadOfTheEventsOfItsBatch)
                 ElementsAre("printer: OnOdometerChanged(printer Label)", "job: OnJobPagesPrintedChanged(job 1, 5, 6)"));
 }
 
+TEST_F(NoticeParserTest, OdometerIsLookedAtForPagesOnly)
+{
+    Tell({ScriptedEntry::Job(jobId, JOB_NOTIFY_FIELD_PAGES_PRINTED, 6)});
+    const auto printer = OpenPrinter();
+    const Connection sink = Watch(*printer.Get(), "printer"); // has not heard of these pages
+    EXPECT_THAT(Tell({ScriptedEntry::Job(jobId, JOB_NOTIFY_FIELD_PRIORITY, 50)}),
+                ElementsAre("job: OnJobPriorityChanged(job 1, 9, 50)"));
+}
+
 TEST_F(NoticeParserTest, NullDeviceModeLeavesTheRecordAlone)
 {
     record->SetDevMode(TwoCopies());

@@ -12,7 +12,8 @@ struct Block {
 
     PRINTER_NOTIFY_INFO_DATA& Add(WORD type, WORD field, DWORD id)
     {
-        PRINTER_NOTIFY_INFO_DATA& entry = info.aData[info.Count++];
+        PRINTER_NOTIFY_INFO_DATA* const entries = info.aData; // goes on in `more`
+        PRINTER_NOTIFY_INFO_DATA& entry = entries[info.Count++];
         entry.Type = type;
         entry.Field = field;
         entry.Id = id;

@@ -33,10 +33,14 @@ void CopyModule(const wchar_t* fileName, const std::wstring& path, const char* w
     if (bytes.empty()) GiveUp("the module isn't there");
 
     if (without) {
-        // Only the last letter changes, so that the table of names stays in order.
-        const size_t position = bytes.find(std::string(1, '\0') + without + '\0');
+        // Only the last letter changes, so that the table of names stays in order. The name may also be a literal of
+        // the module's own, in front of the table.
+        const std::string name = std::string(1, '\0') + without + '\0';
+        size_t position = bytes.find(name);
         if (position == std::string::npos) GiveUp("the module has no such export");
-        bytes[position + std::string(without).size()] = '~';
+        for (; position != std::string::npos; position = bytes.find(name, position)) {
+            bytes[position + name.size() - 2] = '~';
+        }
     }
     std::ofstream copy(std::filesystem::path(path), std::ios::binary);
     copy << bytes;

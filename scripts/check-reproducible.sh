@@ -13,7 +13,7 @@ tar --exclude=./build --exclude=./.git -cf - . | tar -xf - -C "$second"
 (
     cd "$second"
     source scripts/common.sh
-    export CCACHE_DISABLE=1
+    export CCACHE_RECACHE=1 # compiled again, in the same way as the first
     build "$preset" Vorlane
 )
 for file in Vorlane.dll Vorlane.dll.debug; do

@@ -12,6 +12,7 @@
 #define CAPABILITY(x) VORLANE_THREAD_ANNOTATION(capability(x))
 #define SCOPED_CAPABILITY VORLANE_THREAD_ANNOTATION(scoped_lockable)
 #define GUARDED_BY(x) VORLANE_THREAD_ANNOTATION(guarded_by(x))
+#define PT_GUARDED_BY(x) VORLANE_THREAD_ANNOTATION(pt_guarded_by(x))
 #define REQUIRES(...) VORLANE_THREAD_ANNOTATION(requires_capability(__VA_ARGS__))
 #define ACQUIRE(...) VORLANE_THREAD_ANNOTATION(acquire_capability(__VA_ARGS__))
 #define RELEASE(...) VORLANE_THREAD_ANNOTATION(release_capability(__VA_ARGS__))

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "labelprinter/device/LabelPrinters.h"
 
-LabelPrinters& LabelPrinters::Instance()
+SharedLabelPrinters& SharedLabelPrinters::Instance()
 {
-    static LabelPrinters instance;
+    static SharedLabelPrinters instance;
     return instance;
 }
 
-LabelPrinters::LabelPrinters()
+SharedLabelPrinters::SharedLabelPrinters()
 {
     HMODULE self = nullptr;
-    const auto* const inside = reinterpret_cast<const wchar_t*>(&LabelPrinters::Instance);
+    const auto* const inside = reinterpret_cast<const wchar_t*>(&SharedLabelPrinters::Instance);
     ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN, inside, &self);
 }
 

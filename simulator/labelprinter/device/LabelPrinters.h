@@ -2,20 +2,14 @@
 #pragma once
 
 #include "labelprinter/device/LabelPrinter.h"
+#include "spooler/Mutex.h"
 
 #include <map>
-#include <mutex>
 #include <string>
 
-/// All label printers of the process, and the clock of their queries. Made at the first use, and then the module stays
-/// in the process until that ends: port monitor and interface module come and go.
+/// All label printers of the process, and the clock of their queries.
 class LabelPrinters {
 public:
-    static LabelPrinters& Instance();
-
-    /// Hold it over every use of what follows.
-    std::mutex& Lock() { return _lock; }
-
     void Reset();
     void Add(const std::wstring& name) { _printers.try_emplace(name); }
     bool Remove(const std::wstring& name) { return _printers.erase(name) != 0; }
@@ -28,25 +22,34 @@ public:
     void Advance(DWORD ms);
 
 private:
-    LabelPrinters();
-
     struct NameLess {
         bool operator()(const std::wstring& left, const std::wstring& right) const;
     };
 
-    std::mutex _lock;
     std::map<std::wstring, LabelPrinter, NameLess> _printers;
     bool _clockStopped = false;
     ULONGLONG _stoppedAt = 0;
+};
+
+/// The process's label printers. Made at the first use, and then the module stays in the process until that ends: port
+/// monitor and interface module come and go.
+struct SharedLabelPrinters {
+    static SharedLabelPrinters& Instance();
+
+    Mutex lock;
+    LabelPrinters printers GUARDED_BY(lock);
+
+private:
+    SharedLabelPrinters();
 };
 
 /// Runs `body` under the lock; it gives a result, which is that of the call. Nothing thrown gets out.
 template <class Body>
 DWORD WithLabelPrinters(Body&& body) noexcept
 try {
-    LabelPrinters& printers = LabelPrinters::Instance();
-    const std::lock_guard guard(printers.Lock());
-    return body(printers);
+    SharedLabelPrinters& shared = SharedLabelPrinters::Instance();
+    const MutexLock guard(shared.lock);
+    return body(shared.printers);
 } catch (const std::bad_alloc&) {
     return ERROR_NOT_ENOUGH_MEMORY;
 }

@@ -2,17 +2,17 @@
 /// What programs ask of the printer driver's interface module.
 
 #include "labelprinter/interface/LabelDriver.h"
+#include "spooler/Mutex.h"
 
 #include <memory>
-#include <mutex>
 #include <new>
 
 namespace {
 
 /// The drivers that are open, by their handles.
 struct OpenDrivers {
-    std::mutex lock;
-    std::map<void*, std::unique_ptr<LabelDriver>> drivers;
+    Mutex lock;
+    std::map<void*, std::unique_ptr<LabelDriver>> drivers GUARDED_BY(lock);
 };
 
 OpenDrivers& Open()
@@ -25,9 +25,10 @@ OpenDrivers& Open()
 template <class Body>
 void WithDriver(void* handle, Body&& body) noexcept
 try {
-    const std::lock_guard guard(Open().lock);
-    const auto driver = Open().drivers.find(handle);
-    if (driver != Open().drivers.end()) body(*driver->second);
+    OpenDrivers& open = Open();
+    const MutexLock guard(open.lock);
+    const auto driver = open.drivers.find(handle);
+    if (driver != open.drivers.end()) body(*driver->second);
 } catch (const std::bad_alloc&) {
     // The caller hears of no failure.
 }
@@ -42,8 +43,9 @@ try {
     if (!printer) return nullptr;
     auto driver = std::make_unique<LabelDriver>(printer);
     void* const handle = driver.get();
-    const std::lock_guard guard(Open().lock);
-    Open().drivers.emplace(handle, std::move(driver));
+    OpenDrivers& open = Open();
+    const MutexLock guard(open.lock);
+    open.drivers.emplace(handle, std::move(driver));
     return handle;
 } catch (const std::bad_alloc&) {
     return nullptr;
@@ -51,8 +53,9 @@ try {
 
 void VRL_Printer_Close(void* driver) noexcept
 {
-    const std::lock_guard guard(Open().lock);
-    Open().drivers.erase(driver);
+    OpenDrivers& open = Open();
+    const MutexLock guard(open.lock);
+    open.drivers.erase(driver);
 }
 
 void VRL_Settings_Save(void* driver) noexcept

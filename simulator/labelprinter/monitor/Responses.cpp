@@ -11,20 +11,20 @@ void* Responses::Add(std::string answer)
 {
     auto kept = std::make_unique<std::string>(std::move(answer));
     void* const handle = kept.get();
-    const std::lock_guard guard(_lock);
+    const MutexLock guard(_lock);
     _answers.emplace(handle, std::move(kept));
     return handle;
 }
 
 void Responses::Remove(void* response)
 {
-    const std::lock_guard guard(_lock);
+    const MutexLock guard(_lock);
     _answers.erase(response);
 }
 
 std::string Responses::Get(void* response)
 {
-    const std::lock_guard guard(_lock);
+    const MutexLock guard(_lock);
     const auto answer = _answers.find(response);
     return answer == _answers.end() ? std::string() : *answer->second;
 }

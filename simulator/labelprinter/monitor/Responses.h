@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "spooler/Mutex.h"
+
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 
 /// The answers that were given out and not freed, by their handles. A handle that isn't one of them stands for an empty
@@ -18,6 +19,6 @@ public:
     std::string Get(void* response);
 
 private:
-    std::mutex _lock;
-    std::map<void*, std::unique_ptr<std::string>> _answers;
+    Mutex _lock;
+    std::map<void*, std::unique_ptr<std::string>> _answers GUARDED_BY(_lock);
 };

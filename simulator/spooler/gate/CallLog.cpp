@@ -38,7 +38,7 @@ SpoolerCallRecord CallRecord::ForCaller() const
 
 size_t CallLog::Begin(const CallRecord& record)
 {
-    const std::lock_guard guard(_lock);
+    const MutexLock guard(_lock);
     _records.push_back(record);
     if (_records.size() > mostRecords) {
         _records.pop_front();
@@ -49,19 +49,19 @@ size_t CallLog::Begin(const CallRecord& record)
 
 void CallLog::End(size_t number, const CallRecord& record)
 {
-    const std::lock_guard guard(_lock);
+    const MutexLock guard(_lock);
     if (number >= _firstNumber && number - _firstNumber < _records.size()) _records[number - _firstNumber] = record;
 }
 
 DWORD CallLog::Length() const
 {
-    const std::lock_guard guard(_lock);
+    const MutexLock guard(_lock);
     return static_cast<DWORD>(_records.size());
 }
 
 bool CallLog::At(DWORD index, SpoolerCallRecord& record) const
 {
-    const std::lock_guard guard(_lock);
+    const MutexLock guard(_lock);
     if (index >= _records.size()) return false;
     record = _records[index].ForCaller();
     return true;
@@ -69,7 +69,7 @@ bool CallLog::At(DWORD index, SpoolerCallRecord& record) const
 
 DWORD CallLog::Count(SpoolerCall call, DWORD level, const wchar_t* printerName) const
 {
-    const std::lock_guard guard(_lock);
+    const MutexLock guard(_lock);
     return static_cast<DWORD>(std::ranges::count_if(_records, [&](const CallRecord& record) {
         return record.call == call && (level == spoolerAnyLevel || record.level == level) &&
                (!printerName || SameName(record.printer, printerName));
@@ -78,7 +78,7 @@ DWORD CallLog::Count(SpoolerCall call, DWORD level, const wchar_t* printerName) 
 
 void CallLog::Clear()
 {
-    const std::lock_guard guard(_lock);
+    const MutexLock guard(_lock);
     _firstNumber += _records.size();
     _records.clear();
 }

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "spooler/Mutex.h"
 #include "spooler/SpoolerControl.h"
 #include "spooler/Text.h"
 
 #include <deque>
-#include <mutex>
 
 /// One call of the spooler: what SpoolerCallRecord tells, with texts of any length.
 struct CallRecord {
@@ -59,7 +59,7 @@ public:
     void Clear();
 
 private:
-    mutable std::mutex _lock;
-    std::deque<CallRecord> _records;
-    size_t _firstNumber = 0; // of the record at the front
+    mutable Mutex _lock;
+    std::deque<CallRecord> _records GUARDED_BY(_lock);
+    size_t _firstNumber GUARDED_BY(_lock) = 0; // of the record at the front
 };

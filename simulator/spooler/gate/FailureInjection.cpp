@@ -11,13 +11,13 @@ bool FailureInjection::Entry::Matches(const CallRecord& call) const
 
 void FailureInjection::Inject(const SpoolerFailure& failure)
 {
-    const std::lock_guard guard(_lock);
+    const MutexLock guard(_lock);
     _entries.push_back({failure, CopyText(failure.printer), CopyText(failure.valueName)});
 }
 
 std::optional<SpoolerFailure> FailureInjection::Take(const CallRecord& call)
 {
-    const std::lock_guard guard(_lock);
+    const MutexLock guard(_lock);
     std::optional<SpoolerFailure> taken;
     for (Entry& entry : _entries) {
         if (!entry.Matches(call)) continue;
@@ -32,12 +32,12 @@ std::optional<SpoolerFailure> FailureInjection::Take(const CallRecord& call)
 
 DWORD FailureInjection::Pending() const
 {
-    const std::lock_guard guard(_lock);
+    const MutexLock guard(_lock);
     return static_cast<DWORD>(_entries.size());
 }
 
 void FailureInjection::Clear()
 {
-    const std::lock_guard guard(_lock);
+    const MutexLock guard(_lock);
     _entries.clear();
 }

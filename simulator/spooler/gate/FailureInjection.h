@@ -29,6 +29,6 @@ private:
         bool IsUsedUp() const noexcept { return failure.count != 0 && hits >= failure.count; }
     };
 
-    mutable std::mutex _lock;
-    std::vector<Entry> _entries;
+    mutable Mutex _lock;
+    std::vector<Entry> _entries GUARDED_BY(_lock);
 };

@@ -30,7 +30,7 @@ bool RealTime::IsNeeded(const World& world) const noexcept
     return !_world && std::ranges::any_of(world.Printers(), IsRealTime);
 }
 
-void RealTime::Start(World& world, std::mutex& lock, std::condition_variable& used) noexcept
+void RealTime::Start(World& world, Mutex& lock, std::condition_variable_any& used) noexcept
 {
     _world = &world;
     _lock = &lock;
@@ -45,7 +45,7 @@ void RealTime::Start(World& world, std::mutex& lock, std::condition_variable& us
 
 void RealTime::Run()
 {
-    std::unique_lock guard(*_lock);
+    const MutexLock guard(*_lock);
     for (;;) {
         while (DoWhatIsDue()) _used->notify_all();
         const auto now = Clock::now();
@@ -53,9 +53,9 @@ void RealTime::Run()
         auto wake = std::min(now + longestWait, recorded.value_or(Clock::time_point::max()));
         for (const auto& [printerId, due] : _due) wake = std::min(wake, due);
         if (std::ranges::any_of(_world->Printers(), IsRealTime))
-            _used->wait_until(guard, wake);
+            _used->wait_until(*_lock, wake);
         else
-            _used->wait(guard);
+            _used->wait(*_lock);
     }
 }
 
@@ -64,8 +64,9 @@ bool RealTime::DoWhatIsDue()
 {
     const auto now = Clock::now();
     bool done = false;
-    std::erase_if(_due, [&](const auto& entry) { return !_world->FindPrinter(entry.first); });
-    for (const auto& printer : _world->Printers()) {
+    const World& world = *_world;
+    std::erase_if(_due, [&world](const auto& entry) { return !world.FindPrinter(entry.first); });
+    for (const auto& printer : world.Printers()) {
         if (IsRealTime(printer)) done |= KeepGoing(*printer, now);
     }
     return done;

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "spooler/Mutex.h"
 #include "spooler/world/World.h"
 
 #include <chrono>
 #include <condition_variable>
 #include <map>
-#include <mutex>
 
 /// Keeps the printers going whose pace is real time, on a thread of its own.
 ///
@@ -17,17 +17,17 @@ public:
     bool IsNeeded(const World& world) const noexcept;
     /// `lock` guards the world; `used` is notified whenever something was done to it. All three live as long as the
     /// process.
-    void Start(World& world, std::mutex& lock, std::condition_variable& used) noexcept;
+    void Start(World& world, Mutex& lock, std::condition_variable_any& used) noexcept REQUIRES(lock);
 
 private:
     using Clock = std::chrono::steady_clock;
 
     void Run();
-    bool DoWhatIsDue();
-    bool KeepGoing(const PrinterRecord& printer, Clock::time_point now);
+    bool DoWhatIsDue() REQUIRES(*_lock);
+    bool KeepGoing(const PrinterRecord& printer, Clock::time_point now) REQUIRES(*_lock);
 
-    World* _world = nullptr;
-    std::mutex* _lock = nullptr;
-    std::condition_variable* _used = nullptr;
-    std::map<DWORD, Clock::time_point> _due; // the next step of each printer that has one
+    Mutex* _lock = nullptr; // this and the next two are set before the thread starts, and stay
+    std::condition_variable_any* _used = nullptr;
+    World* _world PT_GUARDED_BY(*_lock) = nullptr;
+    std::map<DWORD, Clock::time_point> _due GUARDED_BY(*_lock); // the next step of each printer that has one
 };

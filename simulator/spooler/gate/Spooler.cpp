@@ -46,7 +46,7 @@ size_t Spooler::Begin(Call& call)
     LoadFromEnvironment();
     call.threadId = ::GetCurrentThreadId();
     if (call.handle && call.printer.empty()) {
-        const std::lock_guard guard(_lock);
+        const MutexLock guard(_lock);
         call.printer = _world.PrinterNameOf(call.handle);
     }
     return _log.Begin(call);
@@ -62,7 +62,7 @@ void Spooler::End(Call& call, size_t number, DWORD result)
 
 DWORD Spooler::StandingError(const Call& call)
 {
-    const std::lock_guard guard(_lock);
+    const MutexLock guard(_lock);
     if (_configResult) return _configResult;
     // Blocks of notifications are the process's own memory.
     const bool goesToSpooler = call.call != SpoolerCall::FreePrinterNotifyInfo;
@@ -71,7 +71,7 @@ DWORD Spooler::StandingError(const Call& call)
 
 void Spooler::KeepTime() noexcept
 {
-    const std::lock_guard guard(_lock);
+    const MutexLock guard(_lock);
     if (_realTime.IsNeeded(_world)) _realTime.Start(_world, _lock, _worldUsed);
 }
 
@@ -109,7 +109,7 @@ void Spooler::LoadFromEnvironment() noexcept
 {
     std::wstring message;
     {
-        const std::lock_guard guard(_lock);
+        const MutexLock guard(_lock);
         if (std::exchange(_environmentRead, true)) return;
         const std::wstring path = EnvironmentText(configVariable);
         if (path.empty()) return;
@@ -134,14 +134,17 @@ DWORD Spooler::PlayRecording(const wchar_t* printerName, const std::wstring& pat
 template <typename Read>
 DWORD Spooler::ReadFile(Read read) noexcept
 {
-    DWORD outcome = ERROR_SUCCESS;
-    std::wstring message;
-    const DWORD error = Control([&](World& world) {
-        outcome = Keep(read(world));
-        message = _configError;
-    });
-    if (!message.empty()) Report(message);
-    return error ? error : outcome;
+    LoadFromEnvironment();
+    ConfigOutcome outcome;
+    DWORD error = ERROR_SUCCESS;
+    {
+        const MutexLock guard(_lock);
+        error = WorkOn([&](World& world) { outcome = read(world); });
+        if (error == ERROR_SUCCESS) error = Keep(outcome);
+    }
+    KeepTime();
+    if (!outcome.message.empty()) Report(outcome.message);
+    return error;
 }
 
 DWORD Spooler::Keep(const ConfigOutcome& outcome)
@@ -153,14 +156,14 @@ DWORD Spooler::Keep(const ConfigOutcome& outcome)
 std::wstring Spooler::ConfigError()
 {
     LoadFromEnvironment();
-    const std::lock_guard guard(_lock);
+    const MutexLock guard(_lock);
     return _configError;
 }
 
 void Spooler::Reset() noexcept
 {
     {
-        const std::lock_guard guard(_lock);
+        const MutexLock guard(_lock);
         _world.Clear();
         _environmentRead = true;
         _configResult = ERROR_SUCCESS;

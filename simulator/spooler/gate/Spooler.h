@@ -47,8 +47,8 @@ public:
     {
         const size_t number = Begin(call);
         const std::optional<DWORD> settled = Intercept(call);
-        if (call.closes && settled == RPC_S_SERVER_UNAVAILABLE) Guarded([&] { work(_world); });
-        End(call, number, settled ? *settled : Guarded([&] { work(_world); }));
+        if (call.closes && settled == RPC_S_SERVER_UNAVAILABLE) Guarded(work);
+        End(call, number, settled ? *settled : Guarded(work));
         return call.result;
     }
 
@@ -57,7 +57,7 @@ public:
     DWORD Control(Work work) noexcept
     {
         LoadFromEnvironment();
-        const DWORD error = Guarded([&] { work(_world); });
+        const DWORD error = Guarded(work);
         KeepTime();
         return error;
     }
@@ -68,11 +68,14 @@ public:
     DWORD WaitUntil(DWORD timeoutMs, Condition condition) noexcept
     {
         LoadFromEnvironment();
-        std::unique_lock guard(_lock);
-        return ErrorOf([&] {
-            const auto limit = std::chrono::milliseconds(timeoutMs);
-            Require(_worldUsed.wait_for(guard, limit, [&] { return condition(_world); }), ERROR_TIMEOUT);
-        });
+        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+        const MutexLock guard(_lock);
+        for (bool late = false;; late = _worldUsed.wait_until(_lock, end) == std::cv_status::timeout) {
+            bool met = false;
+            const DWORD error = ErrorOf([&](World& world) { met = condition(world); }, _world);
+            if (error || met) return error;
+            if (late) return ERROR_TIMEOUT;
+        }
     }
 
     void Reset() noexcept;
@@ -87,20 +90,27 @@ private:
     template <typename Work>
     DWORD Guarded(Work work) noexcept
     {
-        const std::lock_guard guard(_lock);
-        const DWORD error = ErrorOf([&] {
-            work();
-            PrintEngine(_world).Settle();
-        });
+        const MutexLock guard(_lock);
+        return WorkOn(work);
+    }
+
+    template <typename Work>
+    DWORD WorkOn(Work work) noexcept REQUIRES(_lock)
+    {
+        const auto whole = [&](World& world) {
+            work(world);
+            PrintEngine(world).Settle();
+        };
+        const DWORD error = ErrorOf(whole, _world);
         _worldUsed.notify_all();
         return error;
     }
 
     template <typename Work>
-    static DWORD ErrorOf(Work work) noexcept
+    static DWORD ErrorOf(Work work, World& world) noexcept
     {
         try {
-            work();
+            work(world);
             return ERROR_SUCCESS;
         } catch (const SpoolerError& error) {
             return error.Code();
@@ -118,17 +128,17 @@ private:
     /// Why every call fails, or this one; ERROR_SUCCESS if there is no such reason.
     DWORD StandingError(const Call& call);
     void LoadFromEnvironment() noexcept;
-    DWORD Keep(const ConfigOutcome& outcome);
+    DWORD Keep(const ConfigOutcome& outcome) REQUIRES(_lock);
     template <typename Read>
     DWORD ReadFile(Read read) noexcept;
 
-    std::mutex _lock; // of all below but the log and the failures
-    std::condition_variable _worldUsed;
-    World _world;
-    RealTime _realTime;
-    bool _environmentRead = false;
-    DWORD _configResult = ERROR_SUCCESS; // of the file that the environment names
-    std::wstring _configError;
+    Mutex _lock;
+    std::condition_variable_any _worldUsed;
+    World _world GUARDED_BY(_lock);
+    RealTime _realTime GUARDED_BY(_lock);
+    bool _environmentRead GUARDED_BY(_lock) = false;
+    DWORD _configResult GUARDED_BY(_lock) = ERROR_SUCCESS; // of the file that the environment names
+    std::wstring _configError GUARDED_BY(_lock);
     CallLog _log;
     FailureInjection _failures;
 };

@@ -292,7 +292,7 @@ DWORD SpoolerRemovePrinter(const wchar_t* printerName) noexcept;
 DWORD SpoolerAddDriver(const SpoolerDriver& driver) noexcept;
 /// ERROR_UNKNOWN_PRINTER_DRIVER for an unknown one.
 DWORD SpoolerRemoveDriver(const wchar_t* driverName) noexcept;
-/// Adds a port behind the others, or replaces the one of that name in its place.
+/// Adds a port after the others, or replaces the one of that name in its place.
 DWORD SpoolerAddPort(const SpoolerPort& port) noexcept;
 /// ERROR_UNKNOWN_PORT for an unknown one. Printers keep its name.
 DWORD SpoolerRemovePort(const wchar_t* portName) noexcept;
@@ -375,7 +375,7 @@ DWORD SpoolerDeliverJob(const wchar_t* printerName, DWORD jobId) noexcept;
 
 /// How many documents of the printer were delivered since the world began.
 DWORD SpoolerDeliveryCount(const wchar_t* printerName) noexcept;
-/// The delivery of that index, oldest first. ERROR_NO_MORE_ITEMS behind the last.
+/// The delivery of that index, oldest first. ERROR_NO_MORE_ITEMS past the last.
 DWORD SpoolerDeliveryAt(const wchar_t* printerName, DWORD index, SpoolerDelivery* delivery) noexcept;
 /// The bytes of a delivered document: up to `size` of them; gives how many there are.
 DWORD SpoolerDeliveryBytes(const wchar_t* printerName, DWORD index, void* buffer, DWORD size) noexcept;
@@ -417,7 +417,7 @@ DWORD SpoolerPendingFailures() noexcept;
 
 /// Calls in the log, each from the moment it begins; the oldest go when there are more than 100000.
 DWORD SpoolerLogLength() noexcept;
-/// The logged call of that index, oldest first. ERROR_NO_MORE_ITEMS behind the last.
+/// The logged call of that index, oldest first. ERROR_NO_MORE_ITEMS past the last.
 DWORD SpoolerLogAt(DWORD index, SpoolerCallRecord* record) noexcept;
 void SpoolerClearLog() noexcept;
 /// Logged calls of that function; `spoolerAnyLevel` and null mean any level and any printer.

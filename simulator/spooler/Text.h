@@ -27,7 +27,7 @@ OptionalText CopyText(const wchar_t* text);
 /// Null becomes empty.
 std::wstring TextOrEmpty(const wchar_t* text);
 
-/// A list of texts that ends with two nulls; the copy has the null behind each text, but not the one behind the list.
+/// A list of texts that ends with two nulls; the copy has the null of each text, but not the one of the list.
 OptionalText CopyList(const wchar_t* list);
 
 /// Null stays empty.

@@ -12,7 +12,7 @@ struct Command {
 };
 
 /// Cuts a stream of bytes into commands. Each is a line, but for two that carry bytes of any kind: IMAGE brings a
-/// picture of `pictureBytes` behind its second comma, and ?ECHO everything that is left of the stream.
+/// picture of `pictureBytes` after its second comma, and ?ECHO everything that is left of the stream.
 class CommandReader {
 public:
     /// 64 by 32 dots.

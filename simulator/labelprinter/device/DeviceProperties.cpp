@@ -137,7 +137,7 @@ constexpr DeviceProperty SupplyProperty(std::wstring_view name)
             [](const DeviceState& state) { return TextOfSupply(state.*field); }};
 }
 
-/// "mains", or percents, with "charging" behind them.
+/// "mains", or percents, followed by "charging".
 bool SetBattery(DeviceState& state, std::wstring_view value)
 {
     if (SameWord(value, L"mains")) {
@@ -161,7 +161,7 @@ std::wstring GetBattery(const DeviceState& state)
     return text;
 }
 
-/// A word, and behind "slow" a number of milliseconds.
+/// A word, and after "slow" a number of milliseconds.
 template <const auto& words, typename Mood>
 bool ParseMood(std::wstring_view text, Mood& mood)
 {

@@ -53,7 +53,7 @@ public:
     void End(size_t number, const CallRecord& record);
 
     DWORD Length() const;
-    /// False behind the last.
+    /// False past the last.
     bool At(DWORD index, SpoolerCallRecord& record) const;
     DWORD Count(SpoolerCall call, DWORD level, const wchar_t* printerName) const;
     void Clear();

@@ -13,7 +13,7 @@ struct SizedBuffer {
     DWORD nullBufferError = ERROR_INVALID_USER_BUFFER; // for a null buffer whose size would do
 };
 
-/// Builds what the sized reads give: an array of structures of one kind, and behind it the texts and blocks that they
+/// Builds what the sized reads give: an array of structures of one kind, and after it the texts and blocks that they
 /// point to, all in one buffer of the caller's.
 class PackedWriter {
 public:

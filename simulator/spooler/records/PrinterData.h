@@ -25,7 +25,7 @@ private:
     std::map<std::wstring, Key, NameLess> _keys;
 };
 
-/// The key behind GetPrinterDataW and SetPrinterDataW.
+/// The key that GetPrinterDataW and SetPrinterDataW use.
 constexpr std::wstring_view printerDriverDataKey = L"PrinterDriverData";
 
 /// A text as it is stored: with its terminator.

@@ -4,7 +4,7 @@
 #include <ostream>
 
 /// What the type library must hold: compiled callers, scripts and sinks are bound to each of these lines.
-/// `members` is in the form of `MembersText`, behind a line break.
+/// `members` is in the form of `MembersText`, after a line break.
 struct GoldenInterface {
     const char* name;
     const char* identifier;

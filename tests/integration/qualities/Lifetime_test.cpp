@@ -232,7 +232,7 @@ protected:
         return answers;
     }
 
-    /// The same for one member of a bound printer, which has to be in order behind it.
+    /// The same for one member of a bound printer, which has to be in order after it.
     static std::vector<Answer> RefuseEachBlock(const std::function<HRESULT(IPrinter& printer)>& member)
     {
         return RefuseEachBlock([&](ProductHeap& heap, int block) {

@@ -324,7 +324,7 @@ TEST_F(SpoolerFailures, UnreadShareNameSharesThePrinterUnderItsOwn)
 
 TEST_F(SpoolerFailures, ErrorWithoutSystemTextComesBackAsTheErrorOfLookingForIt)
 {
-    // Deliberate: the last error is read again behind the search for its text, and that search decides the code.
+    // Deliberate: the last error is read again after the search for its text, and that search decides the code.
     constexpr DWORD errorWithoutText = 0x20001234;
     const auto printer = BoundPrinter();
     FailNext(SpoolerCall::SetPrinterW, errorWithoutText);
@@ -339,7 +339,7 @@ struct SendFailure {
     Answer answer;
     DWORD pagesEnded;
     DWORD documentsEnded;
-    Answer again; ///< of a second file behind the first
+    Answer again; ///< of a second file after the first
 
     friend std::ostream& operator<<(std::ostream& stream, const SendFailure& row) { return stream << row.name; }
 };

@@ -120,7 +120,7 @@ TEST_F(JobsTest, PictureMayHoldAnyBytes)
 TEST_F(JobsTest, PictureHas256BytesBehindItsSecondComma)
 {
     const std::string picture(254, 'x');
-    Print(1, "IMAGE 1,1," + picture + "\nP" + "RINT 3\n"); // the line ends behind the picture
+    Print(1, "IMAGE 1,1," + picture + "\nP" + "RINT 3\n"); // the line ends after the picture
     EXPECT_EQ(Job(1).labelsPrinted, 1u);
     Print(2, "IMAGE 1,1," + picture + "x\n" + "PRINT 3\n");
     EXPECT_EQ(Job(2).labelsPrinted, 1u);

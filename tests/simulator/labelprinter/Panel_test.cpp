@@ -8,7 +8,7 @@ namespace {
 
 class PanelTest : public LabelPrinterTest {
 protected:
-    /// Writes the panel file anew; each text here has another length.
+    /// Writes the panel file again; each text here has another length.
     void Write(std::string_view text)
     {
         const std::wstring path = folder.Make(L"panel.txt", text);

@@ -69,7 +69,7 @@ public:
     std::vector<BYTE> bytes;
     DWORD count = 0;    // structures
     BOOL sized = FALSE; // what the call without a buffer gave
-    DWORD error = 0;    // the last error behind it
+    DWORD error = 0;    // the last error after it
 };
 
 template <typename Info>

@@ -15,7 +15,7 @@ struct ScriptedEntry {
     WORD field = 0;
     DWORD id = 0;
     DWORD number = 0;
-    std::vector<BYTE> bytes; ///< behind the entry's pointer, if `pointsAtBytes`
+    std::vector<BYTE> bytes; ///< what the entry's pointer points at, if `pointsAtBytes`
     bool pointsAtBytes = false;
 
     static ScriptedEntry Job(DWORD jobId, WORD field, DWORD number);

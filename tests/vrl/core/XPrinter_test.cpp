@@ -467,7 +467,7 @@ TEST_F(UnnamedShareTest, SharingUnderANameWithASlashIsRefused)
 
 TEST_F(XPrinterTest, FailedReadWhileSharingIsASystemError)
 {
-    FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, 3); // behind the two calls that read the attribute
+    FailNext(SpoolerCall::GetPrinterW, ERROR_ACCESS_DENIED, 3); // after the two calls that read the attribute
     EXPECT_EQ(ResultOf([&] { xPrinter->SetShared(false); }), HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
 }
 

@@ -76,7 +76,7 @@ TEST(QrmlAnswers, FlagsAreEightDigitsTheFirstPairOnTop)
         {"12345678"sv,                         0x12345678},
         {"DEADBEEF"sv,                         0xDEADBEEF},
         {"deadbeef"sv,                         0xDEADBEEF},
-        {"00000400zz"sv,                       0x00000400}, // nothing behind eight
+        {"00000400zz"sv,                       0x00000400}, // nothing after eight
         {""sv,                                 0         },
         {"1"sv,                                0         }, // a pair that ends with the text
         {"01"sv,                               0x01000000},

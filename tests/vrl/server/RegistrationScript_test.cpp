@@ -164,7 +164,7 @@ TEST(RegistrationScript, AMalformedScriptGivesNothing)
         L"HKCR { A = d x }",           // no number
         L"HKCR { A = d '' }",          // no digits
         L"HKCR { A = d -1 }",          // a sign
-        L"HKCR { A = d 1x }",          // something behind the number
+        L"HKCR { A = d 1x }",          // something after the number
         L"HKCR { A = d 0x100000000 }", // more than 32 bits
         L"HKCR { A { val } }",         // a value without a name
         L"HKCR { A { val B } }",       // or without data

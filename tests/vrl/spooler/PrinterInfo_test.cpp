@@ -340,7 +340,7 @@ TEST_F(PrinterInfoTest, FailedReadAtLevel3GivesNothing)
     }
 }
 
-/// The next allocation behind the matching call fails, as long as the object lives.
+/// The next allocation after the matching call fails, as long as the object lives.
 class AllocationFailureAfter {
 public:
     AllocationFailureAfter(SpoolerCall call, DWORD level)

@@ -3,8 +3,8 @@
 
 #include "vrl/driver/DriverModule.h"
 
-/// The printer driver's interface module, which reads and writes the driver's settings. Each operation looks its export
-/// up anew.
+/// The printer driver's interface module, which reads and writes the driver's settings. Each operation looks up its
+/// export again.
 ///
 /// Errors: an operation answers false or null if the export is missing. What happens inside the driver isn't known, but
 ///         for a crash: that comes out as it is.

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr size_t valueStart = 2; // behind the first state, which has one byte, and a separator that nobody looks at
+constexpr size_t valueStart = 2; // after the first state, which has one byte, and a separator that nobody looks at
 constexpr size_t flagDigits = 8;
 
 } // namespace

@@ -87,7 +87,7 @@ public:
         _disconnected = true;
         LeaveLists();
         SinkList gone;
-        OLockGuard guard(Self().ObjectLock()); // unlocked before the sinks are released: they are foreign code
+        OLockGuard guard(_objectLock); // unlocked before the sinks are released: they are foreign code
         std::swap(gone, _sinks);
     }
 
@@ -187,19 +187,19 @@ private:
 
     size_t SlotCount() noexcept
     {
-        OLockGuard guard(Self().ObjectLock());
+        OLockGuard guard(_objectLock);
         return _sinks.SlotCount();
     }
 
     std::vector<SinkList::Connection> Connections()
     {
-        OLockGuard guard(Self().ObjectLock());
+        OLockGuard guard(_objectLock);
         return _sinks.Connections();
     }
 
     ForeignPtr<IDispatch> SinkAt(size_t slot) noexcept
     {
-        OLockGuard guard(Self().ObjectLock());
+        OLockGuard guard(_objectLock);
         return _sinks.SinkAt(slot);
     }
 
@@ -222,7 +222,7 @@ private:
 
         auto events = ForeignPtr<IDispatch>::Query(sink, __uuidof(Events));
         if (!events) return CONNECT_E_CANNOTCONNECT;
-        OLockGuard guard(Self().ObjectLock());
+        OLockGuard guard(_objectLock);
         return _sinks.Add(events, cookie); // a sink that is not taken goes after the lock: it is foreign code
     }
 
@@ -230,12 +230,12 @@ private:
     {
         if (_connectionCount-- == 1) Self().LastSinkGone();
         ForeignPtr<IDispatch> gone; // released after the lock: it is foreign code
-        OLockGuard guard(Self().ObjectLock());
+        OLockGuard guard(_objectLock);
         gone = _sinks.Remove(cookie);
         return gone ? S_OK : CONNECT_E_NOCONNECTION;
     }
 
-    SinkList _sinks;                       // under the object's own lock
+    SinkList _sinks GUARDED_BY(_objectLock);
     std::atomic<LONG> _connectionCount{0}; // whether or not the ordinary step succeeds
     std::atomic<bool> _disconnected{false};
     Container _container;

@@ -99,7 +99,7 @@ try {
     return Fail(clsid, E_OUTOFMEMORY, outOfMemory);
 }
 
-HRESULT RunContained(HRESULT (*body)(void*), void* context) noexcept
+HRESULT ContainBody(HRESULT (*body)(void*), void* context) noexcept
 {
     const SehTranslator before = SetSehTranslator(ThrowCode);
     HRESULT result = E_FAIL;

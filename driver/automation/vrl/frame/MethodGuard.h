@@ -14,7 +14,7 @@ HRESULT RunGuarded(const char* function, const CLSID& clsid, HRESULT (*body)(voi
 
 /// Runs `body(context)` with structured exceptions translated. What it throws becomes E_OUTOFMEMORY or E_FAIL; nobody
 /// is told.
-HRESULT RunContained(HRESULT (*body)(void*), void* context) noexcept;
+HRESULT ContainBody(HRESULT (*body)(void*), void* context) noexcept;
 
 /// `body`, which gives nothing (S_OK) or an HRESULT, as the two above take it.
 template <class Body>
@@ -41,5 +41,5 @@ HRESULT MethodGuard(const char* function, const CLSID& clsid, Body&& body) noexc
 template <class Body>
 HRESULT Contain(Body&& body) noexcept
 {
-    return RunContained(RunBody<Body>, const_cast<void*>(static_cast<const void*>(&body)));
+    return ContainBody(RunBody<Body>, const_cast<void*>(static_cast<const void*>(&body)));
 }

@@ -47,7 +47,8 @@ protected:
     explicit SinkOwner(OCriticalSection& objectLock) noexcept : _objectLock(objectLock) {}
     ~SinkOwner() = default;
 
-private:
     OCriticalSection& _objectLock;
+
+private:
     std::vector<std::weak_ptr<ReferenceList>> _lists GUARDED_BY(_objectLock);
 };

@@ -42,7 +42,7 @@ private:
         ITypeInfo* typeInfo;
     };
 
-    HRESULT Load(REFIID iid, ITypeInfo** typeInfo)
+    HRESULT Load(REFIID iid, ITypeInfo** typeInfo) REQUIRES(_lock)
     {
         ComPtr<ITypeLib> library;
         HRESULT result = LoadModuleTypeLibrary(&library);
@@ -61,8 +61,8 @@ private:
     }
 
     OCriticalSection _lock;
-    std::array<Entry, 32> _entries{};
-    size_t _count = 0;
+    std::array<Entry, 32> _entries GUARDED_BY(_lock){};
+    size_t _count GUARDED_BY(_lock) = 0;
 };
 
 TypeInfoCache& Cache()

@@ -3,7 +3,7 @@
 
 #include "foundation/Platform.h"
 
-/// The marshalling code that the IDL compiler made for the interfaces of Vorlane.idl, behind the platform's own
+/// The marshalling code that the IDL compiler made for the interfaces of Vorlane.idl, called through the platform's own
 /// routines for it. Results are those of the platform. Any thread.
 namespace Marshalling {
 

@@ -5,7 +5,7 @@
 
 #include "foundation/Platform.h"
 
-/// A device mode of one's own, with the driver's private bytes behind it, or none.
+/// A device mode of one's own, followed by the driver's private bytes, or none.
 ///
 /// Ownership: a value; copies are deep. Threading: none.
 class DevModeCopy {

@@ -4,6 +4,7 @@
 /// The one way by which the printer core includes the print spooler, and the shapes of call that it has in common.
 
 #include "foundation/OHandle.h"
+#include "foundation/failures/SehTranslator.h"
 
 #include <wingdi.h>
 #include <winspool.h>
@@ -12,14 +13,12 @@
 #include <new>
 #include <utility>
 
-/// A closing call of the spooler for owners, which close in destructors: what the spooler raises there is dropped.
+/// A closing call of the spooler for owners, which close in destructors, on any thread: what the spooler raises there is
+/// dropped.
 template <auto Close, class T>
 void CloseQuietly(T resource) noexcept
 {
-    try {
-        Close(resource);
-    } catch (...) { // NOLINT(bugprone-empty-catch): the resource is gone either way
-    }
+    RunContained([&] { Close(resource); });
 }
 
 /// A spooler handle that somebody owns; `XPrinter`'s own is deliberately none.

@@ -44,7 +44,7 @@ struct SpoolerDeviceProgress {
     DWORD pagesPrinted;           ///< pages of the job that have come out
     DWORD pagesKnown;             ///< pages that the job has asked for as far as its bytes have been read
     DWORD jobStatus;              ///< JOB_STATUS_* bits that the device adds to the job's
-    wchar_t statusText[MAX_PATH]; ///< why the device has stalled; empty if it hasn't
+    wchar_t statusText[MAX_PATH]; ///< why the device has stalled or thrown the job away; else empty
     SpoolerDeviceVerdict verdict; ///< anything but `Pending` ends the job
 };
 

@@ -104,8 +104,8 @@ SpoolerDeviceProgress PrintRun::Progress(const DeviceState& state, DeviceJob& jo
     if (step == Step::Printed) {
         progress.busyMs = (_labelLength ? _labelLength : state.labelLength) * msPerSecond / state.speed;
     }
-    if (step == Step::Stalled) {
-        progress.busyMs = spoolerDeviceStalled;
+    if (step == Step::Stalled) progress.busyMs = spoolerDeviceStalled;
+    if (step == Step::Stalled || step == Step::ThrownAway) {
         progress.jobStatus = status.jobStatus;
         const std::string_view why = status.stall ? status.stall : "";
         std::ranges::copy(why, progress.statusText);

@@ -258,6 +258,8 @@ TEST_F(JobsTest, CancellingDeviceThrowsAwayTheRestAfterAFault)
         const SpoolerDeviceProgress progress = Write(handle, "PRINT 1\n");
         EXPECT_EQ(progress.verdict, row.fault ? Verdict::Failed : Verdict::Pending) << row.text;
         EXPECT_EQ(Job(jobId).verdict, row.fault ? LabelPrinterVerdict::Failed : LabelPrinterVerdict::Printing);
+        EXPECT_EQ(progress.jobStatus, row.jobStatus) << row.text;
+        EXPECT_STREQ(progress.statusText, row.text);
         EXPECT_EQ(Job(jobId).labelsPrinted, 1u) << row.text;
         if (!row.fault) Device().cancelJob(handle);
         Set(row.property, row.repaired);

@@ -91,6 +91,9 @@ struct SpoolerPort {
     const wchar_t* monitorName = L"Local Port";
     const wchar_t* description = L"Local Port";
     DWORD type = PORT_TYPE_READ | PORT_TYPE_WRITE;
+    /// A DLL that does as DeviceLink.h says, and is fed what is printed through the port; a plain file name is looked
+    /// for beside winspool.drv. Null: none.
+    const wchar_t* device = nullptr;
 };
 
 /// A queued job: the fields of JOB_INFO_2W, and its document.
@@ -292,7 +295,8 @@ DWORD SpoolerRemovePrinter(const wchar_t* printerName) noexcept;
 DWORD SpoolerAddDriver(const SpoolerDriver& driver) noexcept;
 /// ERROR_UNKNOWN_PRINTER_DRIVER for an unknown one.
 DWORD SpoolerRemoveDriver(const wchar_t* driverName) noexcept;
-/// Adds a port after the others, or replaces the one of that name in its place.
+/// Adds a port after the others, or replaces the one of that name in its place. If its device can't be used nothing
+/// changes: ERROR_PROC_NOT_FOUND for a DLL that is none, or why it can't be loaded.
 DWORD SpoolerAddPort(const SpoolerPort& port) noexcept;
 /// ERROR_UNKNOWN_PORT for an unknown one. Printers keep its name.
 DWORD SpoolerRemovePort(const wchar_t* portName) noexcept;
@@ -370,7 +374,7 @@ DWORD SpoolerClearTrouble(const wchar_t* printerName) noexcept;
 /// The time of day by which jobs and printers keep their times, in minutes after midnight GMT; `spoolerRealClock`: the
 /// real one.
 void SpoolerSetClock(DWORD minutes) noexcept;
-/// Prints a queued job in one go, whatever its pace and whatever holds it back.
+/// Prints a queued job in one go, whatever its pace and whatever holds it back, but for a device that has stalled.
 DWORD SpoolerDeliverJob(const wchar_t* printerName, DWORD jobId) noexcept;
 
 /// How many documents of the printer were delivered since the world began.

@@ -5,6 +5,7 @@
 #include "spooler/config/ConfigWords.h"
 #include "spooler/config/InputFile.h"
 #include "spooler/config/RecordingFile.h"
+#include "spooler/world/DeviceModule.h"
 
 #include <algorithm>
 
@@ -141,12 +142,24 @@ void ReadMachine(const ConfigSection& section, Described& described)
     }
 }
 
+/// A plain file name lies beside the spooler, not beside the file.
+void SetDevice(PortRecord& port, const ConfigEntry& entry, const std::wstring& folder)
+{
+    const bool isPlain = entry.value.find_first_of(L"\\/") == std::wstring::npos;
+    const DWORD error = ConnectDevice(port, isPlain ? entry.value : ConfigPath(entry, folder));
+    if (error == ERROR_SUCCESS) return;
+    throw ConfigError{entry.line, L"there is no device in " + entry.value + L", error " + std::to_wstring(error)};
+}
+
 void ReadPort(const ConfigSection& section, Described& described)
 {
     PortRecord port;
     port.name = section.name;
     for (const ConfigEntry& entry : section.entries) {
-        if (!SetField(port, entry, portTexts, portNumbers)) UnknownKey(section, entry);
+        if (entry.key == L"device")
+            SetDevice(port, entry, described.folder);
+        else if (!SetField(port, entry, portTexts, portNumbers))
+            UnknownKey(section, entry);
     }
     described.ports.push_back(std::move(port));
 }
@@ -247,6 +260,7 @@ bool SetSpecial(ConfiguredPrinter& printer, const ConfigEntry& entry, const std:
 {
     constexpr std::wstring_view dataPrefix = L"data ";
     constexpr std::wstring_view capabilityPrefix = L"capability ";
+    constexpr std::wstring_view devicePrefix = L"device ";
     const std::wstring_view key = entry.key;
     if (key == L"output") {
         printer.record.outputFolder = ConfigPath(entry, folder);
@@ -263,6 +277,9 @@ bool SetSpecial(ConfiguredPrinter& printer, const ConfigEntry& entry, const std:
         SetData(printer.record.data, entry, key.substr(dataPrefix.size()));
     } else if (key.starts_with(capabilityPrefix)) {
         SetCapability(printer.record, entry, key.substr(capabilityPrefix.size()));
+    } else if (key.starts_with(devicePrefix)) {
+        printer.record.deviceSettings.push_back({std::wstring(key.substr(devicePrefix.size())), entry.value});
+        printer.deviceLines.push_back(entry.line);
     } else {
         return false;
     }

@@ -18,6 +18,7 @@ struct ConfiguredPrinter {
     PrinterRecord record;
     DEVMODEW devMode = {};
     bool paceIsSet = false;
+    std::vector<size_t> deviceLines; // of the record's device settings
 };
 
 /// All that a file describes, before it becomes part of the world.

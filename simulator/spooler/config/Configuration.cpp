@@ -29,6 +29,41 @@ void CheckNames(const Described& described, const World& world)
     }
 }
 
+/// The devices that the printer is to stand before.
+std::vector<const SpoolerDevice*> DevicesOf(const PrinterRecord& printer, const Described& described, World& world)
+{
+    std::vector<const SpoolerDevice*> devices;
+    for (const std::wstring& name : SplitPorts(printer.portName.value_or(L""))) {
+        const auto isNamed = [&](const PortRecord& port) { return SameName(port.name, name); };
+        const auto port = std::ranges::find_if(described.ports, isNamed);
+        const PortRecord* const found = port == described.ports.end() ? world.FindPort(name) : &*port;
+        if (found && found->device) devices.push_back(found->device);
+    }
+    return devices;
+}
+
+/// Tries the printer's settings on its devices, as nobody else knows whether they are good.
+void TryDeviceSettings(const ConfiguredPrinter& printer, const Described& described, World& world)
+{
+    const PrinterRecord& record = printer.record;
+    if (record.deviceSettings.empty()) return;
+    const std::vector<const SpoolerDevice*> devices = DevicesOf(record, described, world);
+    if (devices.empty()) throw ConfigError{printer.deviceLines.front(), L"the printer's port has no device"};
+    for (const SpoolerDevice* const device : devices) {
+        device->attach(record.name.c_str());
+        size_t done = 0;
+        const auto isTaken = [&](const DeviceSetting& setting) {
+            return device->configure(record.name.c_str(), setting.name.c_str(), setting.value.c_str()) == ERROR_SUCCESS;
+        };
+        while (done < record.deviceSettings.size() && isTaken(record.deviceSettings[done])) ++done;
+        device->detach(record.name.c_str());
+        if (done < record.deviceSettings.size())
+            throw ConfigError{printer.deviceLines[done], L"the device doesn't take \"" +
+                                                             record.deviceSettings[done].name + L" = " +
+                                                             record.deviceSettings[done].value + L"\""};
+    }
+}
+
 void EnterJob(World& world, ConfiguredJob job)
 {
     const PrinterRecord& printer = *world.FindPrinter(job.printerName);
@@ -99,6 +134,7 @@ ConfigOutcome LoadConfiguration(const std::wstring& path, World& world)
         const std::string_view bytes(reinterpret_cast<const char*>(text.data()), text.size());
         for (const ConfigSection& section : ParseConfig(bytes)) ReadSection(section, described);
         CheckNames(described, world);
+        for (const ConfiguredPrinter& printer : described.printers) TryDeviceSettings(printer, described, world);
         Enter(std::move(described), world);
         return {};
     });

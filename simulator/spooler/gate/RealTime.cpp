@@ -9,11 +9,17 @@
 
 namespace {
 
-constexpr auto longestWait = std::chrono::seconds(1); // the time of day may let a job start
+constexpr auto longestWait = std::chrono::seconds(1);         // the time of day may let a job start
+constexpr auto lookInterval = std::chrono::milliseconds(100); // at devices, whose state changes without a word
 
 bool IsRealTime(const std::unique_ptr<PrinterRecord>& printer)
 {
     return printer->pace == SpoolerPace::RealTime;
+}
+
+bool HasDevice(const std::unique_ptr<PrinterRecord>& printer)
+{
+    return IsRealTime(printer) && !printer->attached.ports.empty();
 }
 
 void KeepModuleLoaded()
@@ -51,6 +57,7 @@ void RealTime::Run()
         const auto now = Clock::now();
         const auto recorded = PlayUntil(*_world, now);
         auto wake = std::min(now + longestWait, recorded.value_or(Clock::time_point::max()));
+        if (std::ranges::any_of(_world->Printers(), HasDevice)) wake = std::min(wake, _nextLook);
         for (const auto& [printerId, due] : _due) wake = std::min(wake, due);
         if (std::ranges::any_of(_world->Printers(), IsRealTime))
             _used->wait_until(*_lock, wake);
@@ -66,7 +73,10 @@ bool RealTime::DoWhatIsDue()
     bool done = false;
     const World& world = *_world;
     std::erase_if(_due, [&world](const auto& entry) { return !world.FindPrinter(entry.first); });
+    const bool isLookDue = now >= _nextLook;
+    if (isLookDue) _nextLook = now + lookInterval;
     for (const auto& printer : world.Printers()) {
+        if (isLookDue && HasDevice(printer)) done |= PrintEngine(*_world).LookAtDevices(*printer);
         if (IsRealTime(printer)) done |= KeepGoing(*printer, now);
     }
     return done;

@@ -30,4 +30,5 @@ private:
     std::condition_variable_any* _used = nullptr;
     World* _world PT_GUARDED_BY(*_lock) = nullptr;
     std::map<DWORD, Clock::time_point> _due GUARDED_BY(*_lock); // the next step of each printer that has one
+    Clock::time_point _nextLook GUARDED_BY(*_lock);             // at all devices
 };

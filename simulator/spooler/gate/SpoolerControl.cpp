@@ -4,6 +4,7 @@
 #include "spooler/gate/CallNames.h"
 #include "spooler/gate/ControlCalls.h"
 #include "spooler/levels/JobLevels.h"
+#include "spooler/world/DeviceModule.h"
 
 #include <algorithm>
 
@@ -112,17 +113,16 @@ DWORD SpoolerAddPort(const SpoolerPort& port) noexcept
 {
     return Control([&](World& world) {
         Require(port.name && *port.name, ERROR_INVALID_PARAMETER);
-        world.PutPort(PortRecord(port));
+        PortRecord record(port);
+        const DWORD error = port.device ? ConnectDevice(record, port.device) : DWORD{ERROR_SUCCESS};
+        Require(error == ERROR_SUCCESS, error);
+        world.PutPort(std::move(record));
     });
 }
 
 DWORD SpoolerRemovePort(const wchar_t* portName) noexcept
 {
-    return Control([&](World& world) {
-        const auto removed = std::erase_if(
-            world.Ports(), [&](const PortRecord& port) { return SameName(port.name, TextOrEmpty(portName)); });
-        Require(removed > 0, ERROR_UNKNOWN_PORT);
-    });
+    return Control([&](World& world) { Require(world.RemovePort(TextOrEmpty(portName)), ERROR_UNKNOWN_PORT); });
 }
 
 DWORD SpoolerSetPrinterStatus(const wchar_t* printerName, DWORD status) noexcept

@@ -21,7 +21,8 @@ std::optional<DWORD> JobRecord::PageEnd(DWORD page) const noexcept
 
 bool JobRecord::IsHeld() const noexcept
 {
-    return (status & heldStatus) != 0;
+    const DWORD ofDevice = device ? device->status : 0;
+    return (status & heldStatus & ~ofDevice) != 0;
 }
 
 bool JobRecord::MayStart() const noexcept

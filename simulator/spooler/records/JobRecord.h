@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "spooler/records/JobAtDevice.h"
 #include "spooler/Text.h"
+
+#include <memory>
 
 /// What the print functions and notifications tell of a job, apart from what its document and its place in the queue
 /// tell.
@@ -46,16 +49,20 @@ struct JobRecord : JobFields {
     OptionalText outputFile; // of DOC_INFO_1
     OptionalText lateName;   // that the document gets when it has been spooled
     Bytes spooled;
-    std::vector<DWORD> pageEnds; // in the spooled bytes, of the pages that were ended
-    DWORD reportedSize = 0;      // 0: what was spooled
+    std::vector<DWORD> pageEnds;         // in the spooled bytes, of the pages that were ended
+    DWORD reportedSize = 0;              // 0: what was spooled
+    std::unique_ptr<JobAtDevice> device; // while it is printed through a port with a device
 
     DWORD Size() const noexcept { return reportedSize ? reportedSize : static_cast<DWORD>(spooled.size()); }
+
+    /// Spooled bytes that have not been sent.
+    DWORD BytesLeft() const noexcept { return static_cast<DWORD>(spooled.size()) - bytesPrinted; }
 
     /// Bytes that are to be sent before that page, counted from 0, has printed; nothing if it isn't known yet.
     /// Pages whose ends were never told share the bytes evenly.
     std::optional<DWORD> PageEnd(DWORD page) const noexcept;
 
-    /// Something holds it back that somebody has to put right.
+    /// Something holds it back that somebody has to put right, apart from its device.
     bool IsHeld() const noexcept;
     /// It waits, and its status doesn't keep it from being printed.
     bool MayStart() const noexcept;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "spooler/DeviceLink.h"
 #include "spooler/Text.h"
 
 struct SpoolerPort;
@@ -14,4 +15,6 @@ struct PortRecord {
     OptionalText monitorName = L"Local Port";
     OptionalText description = L"Local Port";
     DWORD type = PORT_TYPE_READ | PORT_TYPE_WRITE;
+    std::wstring devicePath;               // as it was given; empty: no device
+    const SpoolerDevice* device = nullptr; // behind the port; null: none
 };

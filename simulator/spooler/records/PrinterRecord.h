@@ -3,6 +3,7 @@
 
 #include "recorder/Recording.h"
 #include "spooler/records/JobQueue.h"
+#include "spooler/records/PortRecord.h"
 #include "spooler/records/PrinterData.h"
 #include "spooler/SpoolerControl.h"
 
@@ -59,6 +60,24 @@ struct PrinterFields {
     DWORD transmissionRetryTimeout = 45000;
 };
 
+/// A setting that the printer's device begins with, in the device's own words.
+struct DeviceSetting {
+    std::wstring name;
+    std::wstring value;
+};
+
+/// The devices that a printer stands before, by its ports, and the name by which they know it.
+struct AttachedDevices {
+    struct Port {
+        std::wstring name;
+        const SpoolerDevice* device;
+    };
+
+    std::wstring printerName;
+    OptionalText portName;   // of the printer, when it was attached
+    std::vector<Port> ports; // those that have a device
+};
+
 /// A recording of another printer's notifications, and the file that it comes from.
 struct PlayedRecording {
     std::wstring path;
@@ -84,7 +103,10 @@ struct PrinterRecord : PrinterFields {
     bool trueEndOfJob = false;
     bool lateNames = false;
     DeviceTrouble trouble;
-    std::wstring outputFolder; // empty: nowhere
+    std::wstring outputFolder;                 // empty: nowhere
+    std::vector<DeviceSetting> deviceSettings; // for each device that the printer comes to stand before, in this order
+    AttachedDevices attached;
+    DWORD deviceStatus = 0; // bits that the printer bears because of its devices
 
     DWORD changeId = 0;    // printer data "ChangeID"
     DWORD linkedJobId = 0; // that is to print next, as it was linked to the last one

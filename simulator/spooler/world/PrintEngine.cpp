@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/world/PrintEngine.h"
 
+#include "spooler/world/DeviceSteps.h"
 #include "spooler/world/JobSchedule.h"
 #include "spooler/world/PrintSteps.h"
 
@@ -20,17 +21,23 @@ DWORD PieceLimit(const PrinterRecord& printer)
     return std::max<DWORD>(printer.bytesPerSecond / (msPerSecond / stepMs), 1);
 }
 
-DWORD SendingMs(const PrinterRecord& printer, DWORD bytes)
-{
-    if (printer.bytesPerSecond == 0) return 0;
-    return static_cast<DWORD>(ULONGLONG{bytes} * msPerSecond / printer.bytesPerSecond);
-}
-
 void SendPiece(ChangeScope& scope, JobRecord& job)
 {
     const DWORD limit = PieceLimit(scope.Printer());
     job.time += SendingMs(scope.Printer(), BytesToSend(job, limit));
     SendBytes(scope, job, limit);
+}
+
+/// What a job at a device waits for that isn't the device's own state.
+bool IsHeldUp(const PrinterRecord& printer, const JobRecord& job)
+{
+    return job.IsHeld() || (job.stage == JobStage::Sending && printer.IsPaused());
+}
+
+/// The device can print on with what it has been given, or be given more.
+bool HasMoreForDevice(const JobRecord& job)
+{
+    return !job.device->HasBegun() || job.BytesLeft() > 0 || (job.IsSpooling() && job.device->pagesLeft);
 }
 
 } // namespace
@@ -39,6 +46,7 @@ void SendPiece(ChangeScope& scope, JobRecord& job)
 std::optional<PrintEngine::Kind> PrintEngine::KindFor(const PrinterRecord& printer, const JobRecord& job,
                                                       bool forced) const
 {
+    if (job.device) return KindAtDevice(printer, job, forced);
     switch (job.stage) {
     case JobStage::Waiting:
         return forced ? std::optional(Kind::Start) : std::nullopt;
@@ -59,6 +67,15 @@ std::optional<PrintEngine::Kind> PrintEngine::KindFor(const PrinterRecord& print
         return _world.IsBeingSpooled(printer.id, job.id) ? std::nullopt : std::optional(Kind::Leave);
     }
     return std::nullopt;
+}
+
+/// The same for a job whose port has a device.
+std::optional<PrintEngine::Kind> PrintEngine::KindAtDevice(const PrinterRecord& printer, const JobRecord& job,
+                                                           bool forced)
+{
+    if (job.device->stalled || (!forced && IsHeldUp(printer, job))) return std::nullopt;
+    if (job.stage == JobStage::Ejecting || HasMoreForDevice(job)) return Kind::AskDevice;
+    return job.IsSpooling() && !forced ? std::nullopt : std::optional(Kind::EndSending);
 }
 
 std::optional<PrintEngine::NextStep> PrintEngine::Find(const PrinterRecord& printer) const
@@ -83,6 +100,10 @@ std::optional<PrintEngine::NextStep> PrintEngine::FindLeaving(const PrinterRecor
 
 void PrintEngine::Do(const PrinterRecord& printer, NextStep step)
 {
+    if (step.kind == Kind::AskDevice) {
+        AskDevice(_world, printer, World::JobOf(printer, step.jobId), PieceLimit(printer));
+        return;
+    }
     static constexpr std::array<void (*)(ChangeScope&, JobRecord&), 7> steps{
         StartPrinting, SendPiece, CountPage, EndSending, EjectLastPage, BeginLeaving, Leave,
     };
@@ -92,15 +113,38 @@ void PrintEngine::Do(const PrinterRecord& printer, NextStep step)
 
 bool PrintEngine::Step(const PrinterRecord& printer)
 {
+    if (_world.IsStopped()) return false;
+    MirrorDevices(_world, printer);
     const std::optional<NextStep> next = Find(printer);
-    if (next) Do(printer, *next);
-    return next.has_value();
+    if (next)
+        Do(printer, *next);
+    else if (!AskStalledDevice(printer))
+        return false;
+    MirrorDevices(_world, printer);
+    return true;
+}
+
+/// Of the jobs whose devices have stalled the first one that can go on does. False if there is none.
+bool PrintEngine::AskStalledDevice(const PrinterRecord& printer)
+{
+    return std::ranges::any_of(printer.queue.Jobs(), [&](const auto& job) {
+        const bool isStalled = job->device && job->device->stalled;
+        return isStalled && !IsHeldUp(printer, *job) && AskDevice(_world, printer, *job, PieceLimit(printer));
+    });
+}
+
+bool PrintEngine::LookAtDevices(const PrinterRecord& printer)
+{
+    if (_world.IsStopped() || printer.attached.ports.empty()) return false;
+    const bool goesOn = AskStalledDevice(printer);
+    return MirrorDevices(_world, printer) || goesOn;
 }
 
 std::optional<DWORD> PrintEngine::NextStepMs(const PrinterRecord& printer)
 {
     const std::optional<NextStep> next = Find(printer);
     if (!next) return std::nullopt;
+    if (next->kind == Kind::AskDevice) return World::JobOf(printer, next->jobId).device->busyMs;
     if (next->kind != Kind::Send) return stepMs;
     return SendingMs(printer, BytesToSend(World::JobOf(printer, next->jobId), PieceLimit(printer)));
 }

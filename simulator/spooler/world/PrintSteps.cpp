@@ -3,12 +3,14 @@
 
 #include "spooler/SpoolerConstants.h"
 #include "spooler/world/DocumentOutput.h"
+#include "spooler/world/PrinterDevices.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace {
 
+constexpr DWORD msPerSecond = 1000;
 constexpr DWORD atDevice = JOB_STATUS_PRINTING | JOB_STATUS_COMPLETE;
 constexpr DWORD endedBits = atDevice | JOB_STATUS_PRINTED | JOB_STATUS_ERROR | JOB_STATUS_PAPEROUT |
                             JOB_STATUS_OFFLINE | JOB_STATUS_USER_INTERVENTION | jobStatusRetained;
@@ -47,6 +49,7 @@ void EndPrinting(ChangeScope& scope, JobRecord& job)
     if (kept && !job.retain) job.status &= ~jobStatusRetained;
     if (kept && job.retain) job.status |= jobStatusRetained;
     job.stage = kept ? JobStage::Kept : JobStage::Printed;
+    job.device.reset();
     if (scope.Printer().linkedJobId != job.nextJobId) scope.EditPrinter().linkedJobId = job.nextJobId;
 }
 
@@ -56,6 +59,8 @@ void StartPrinting(ChangeScope& scope, JobRecord& job)
 {
     job.portName = FreePort(scope.Printer());
     job.stage = JobStage::Sending;
+    const SpoolerDevice* const device = DeviceFor(scope.Printer(), job);
+    job.device = device ? std::make_unique<JobAtDevice>(*device) : nullptr;
     job.bytesPrinted = 0;
     job.pagesPrinted = 0;
     job.time = 0;
@@ -65,6 +70,12 @@ void StartPrinting(ChangeScope& scope, JobRecord& job)
     if (scope.Printer().trouble.jobStatus == 0) return;
     scope.Mark();
     MeetTrouble(scope.Printer().trouble, job);
+}
+
+DWORD SendingMs(const PrinterRecord& printer, DWORD bytes)
+{
+    if (printer.bytesPerSecond == 0) return 0;
+    return static_cast<DWORD>(ULONGLONG{bytes} * msPerSecond / printer.bytesPerSecond);
 }
 
 DWORD BytesToSend(const JobRecord& job, DWORD limit) noexcept
@@ -101,7 +112,7 @@ void EndSending(ChangeScope& scope, JobRecord& job)
     }
     scope.EditPrinter().deliveries.push_back(std::move(*delivery));
     job.status &= ~static_cast<DWORD>(JOB_STATUS_SPOOLING);
-    if (!scope.Printer().trueEndOfJob) return EndPrinting(scope, job);
+    if (!scope.Printer().trueEndOfJob && !job.device) return EndPrinting(scope, job);
     job.status |= JOB_STATUS_COMPLETE;
     job.stage = JobStage::Ejecting;
 }
@@ -116,6 +127,7 @@ void BeginLeaving(ChangeScope&, JobRecord& job)
 {
     job.status |= JOB_STATUS_DELETING;
     job.stage = JobStage::Leaving;
+    job.device.reset();
 }
 
 void Leave(ChangeScope& scope, JobRecord& job)
@@ -131,6 +143,8 @@ bool MayRestart(const JobRecord& job) noexcept
 
 void RestartJob(ChangeScope&, JobRecord& job)
 {
+    if (job.device && job.device->hasText) job.statusText.reset();
+    job.device.reset();
     job.status = (job.status & ~endedBits) | JOB_STATUS_RESTART;
     job.stage = JobStage::Waiting;
     job.pagesPrinted = 0;

@@ -12,7 +12,9 @@
 void StartPrinting(ChangeScope& scope, JobRecord& job);
 /// Up to `limit` bytes go to the device, but none beyond the end of a page.
 void SendBytes(ChangeScope& scope, JobRecord& job, DWORD limit);
-/// How many bytes that would be.
+/// How long that many bytes take at the device's speed, in milliseconds.
+DWORD SendingMs(const PrinterRecord& printer, DWORD bytes);
+/// How many bytes a step sends.
 DWORD BytesToSend(const JobRecord& job, DWORD limit) noexcept;
 /// All bytes of the next page are at the device.
 bool HasPrintedPage(const JobRecord& job) noexcept;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/world/World.h"
 
+#include "spooler/world/PrinterDevices.h"
 #include "spooler/records/DirectoryMirror.h"
 #include "spooler/SpoolerConstants.h"
 #include "spooler/SpoolerError.h"
@@ -60,6 +61,7 @@ World::World()
 
 void World::Clear()
 {
+    for (const auto& printer : _printers) DetachDevices(*printer);
     _printers.clear();
     _drivers.clear();
     _ports.clear();
@@ -124,6 +126,7 @@ void World::AddMissingPorts(const PrinterRecord& printer)
 void World::RemovePrinter(const PrinterRecord& printer)
 {
     _notifications.Tell(printer.id, {PRINTER_CHANGE_DELETE_PRINTER, {}});
+    DetachDevices(Editable(printer));
     std::erase_if(_printers, [&](const auto& entry) { return entry.get() == &printer; });
 }
 
@@ -180,6 +183,19 @@ PortRecord* World::FindPort(std::wstring_view name) noexcept
 void World::PutPort(PortRecord port)
 {
     PutNamed(_ports, std::move(port));
+    AttachAll();
+}
+
+bool World::RemovePort(std::wstring_view name)
+{
+    const auto removed = std::erase_if(_ports, [&](const PortRecord& port) { return SameName(port.name, name); });
+    AttachAll();
+    return removed > 0;
+}
+
+void World::AttachAll()
+{
+    for (const auto& printer : _printers) AttachDevices(*printer, _ports);
 }
 
 void World::SetIdentity(const wchar_t* userName, const wchar_t* machineName)
@@ -260,6 +276,9 @@ void World::NoteAll()
 void World::NoteChange(PrinterRecord& printer)
 {
     printer.changeId = ++_lastChangeId;
+    const bool sameDevices =
+        printer.attached.printerName == printer.name && printer.attached.portName == printer.portName;
+    if (!sameDevices) AttachDevices(printer, _ports);
     if (std::ranges::find(_changedPrinters, printer.id) == _changedPrinters.end())
         _changedPrinters.push_back(printer.id);
 }

@@ -54,9 +54,11 @@ public:
     DriverRecord* FindDriver(std::wstring_view name) noexcept;
     void PutDriver(DriverRecord driver);
 
-    std::vector<PortRecord>& Ports() noexcept { return _ports; }
+    const std::vector<PortRecord>& Ports() const noexcept { return _ports; }
     PortRecord* FindPort(std::wstring_view name) noexcept;
     void PutPort(PortRecord port);
+    /// False if there is no such port.
+    bool RemovePort(std::wstring_view name);
 
     HandleTable& Handles() noexcept { return _handles; }
     ChangeNotifications& Notifications() noexcept { return _notifications; }
@@ -103,6 +105,7 @@ private:
     void NoteChange(PrinterRecord& printer);
 
     void AddMissingPorts(const PrinterRecord& printer);
+    void AttachAll();
 
     std::vector<std::unique_ptr<PrinterRecord>> _printers;
     std::vector<DriverRecord> _drivers;

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "support/com/EventSink.h"
 
+#include "foundation/text/OString.h"
+#include "support/com/BstrText.h"
 #include "support/Eventually.h"
-#include "vrl/frame/Automation.h"
-#include "vrl/frame/Bstr.h"
+
+#include <oaidl.h>
+
+#include "vrl/Vorlane.h"
 
 #include <utility>
 
@@ -16,6 +20,11 @@ std::string NameOf(DISPID id, const char* const (&names)[count])
 {
     const bool known = id >= 1 && static_cast<size_t>(id) <= count;
     return known ? names[id - 1] : "event " + std::to_string(id);
+}
+
+std::string Narrow(BSTR text)
+{
+    return OString(TextOf(text).c_str()).nstring();
 }
 
 template <class Interface>
@@ -35,15 +44,15 @@ std::string DescribeObject(IDispatch* object)
         return "job " + std::to_string(jobId);
     }
     if (const auto status = As<IPrintJobStatus>(object)) {
-        OBstr text;
+        OwnedBstr text;
         status->get_Text(text.Receive());
-        return std::string("status '") + FromBstr(text.Get()).nstring() + "'";
+        return "status '" + Narrow(text.Get()) + "'";
     }
     if (As<IPrinterStatus>(object)) return "printer status";
     if (const auto printer = As<IPrinter>(object)) {
-        OBstr name;
+        OwnedBstr name;
         printer->get_Name(name.Receive());
-        return std::string("printer ") + FromBstr(name.Get()).nstring();
+        return "printer " + Narrow(name.Get());
     }
     return "an object";
 }
@@ -54,7 +63,7 @@ std::string Describe(const VARIANT& value)
     case VT_I4:
         return std::to_string(value.lVal);
     case VT_BSTR:
-        return std::string("'") + FromBstr(value.bstrVal).nstring() + "'";
+        return "'" + Narrow(value.bstrVal) + "'";
     case VT_DISPATCH:
         return DescribeObject(value.pdispVal);
     default:

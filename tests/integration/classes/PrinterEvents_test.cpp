@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "support/com/EventSink.h"
-#include "support/Eventually.h"
-#include "support/product/IntegrationTest.h"
+#include "support/product/PrinterEventsTest.h"
 
 #include <gmock/gmock.h>
 
@@ -16,67 +14,13 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-using PrinterHandle = OHandle<::ClosePrinter>;
-
-constexpr DWORD patienceMs = 30000;
-
-/// A bound `Printer`, and sinks that write down what they are told.
-class PrinterEvents : public IntegrationTest {
+class PrinterEvents : public PrinterEventsTest {
 protected:
-    using Lines = std::vector<std::string>;
-
-    void SetUp() override
-    {
-        IntegrationTest::SetUp();
-        printer = BoundPrinter();
-    }
-
-    void TearDown() override
-    {
-        printer.Reset();
-        EXPECT_EQ(EventSink::Living(), 0) << "a sink was not released";
-        IntegrationTest::TearDown();
-    }
-
-    static Connection Connect(IPrinter& source, IUnknown* sink)
-    {
-        return Connection(&source, __uuidof(_IPrinterEvents), sink);
-    }
-
-    /// A sink that writes down what it is told, and then answers that.
-    Connection Watch(IPrinter& source, std::string name, HRESULT answer = S_OK)
-    {
-        const auto sink = EventSink::Create(log, std::move(name), PrinterEventName);
-        sink->onInvoke = [answer](DISPID, DISPPARAMS*) { return answer; };
-        return Connect(source, sink.Get());
-    }
-
-    static ComPtr<IPrintQueue> QueueOf(IPrinter& source)
-    {
-        ComPtr<IPrintQueue> queue;
-        EXPECT_EQ(source.get_Queue(&queue), S_OK);
-        return queue;
-    }
-
     static ComPtr<IPrintJobSchedule> ScheduleOf(IPrinter& source)
     {
         ComPtr<IPrintJobSchedule> schedule;
         EXPECT_EQ(source.get_DefaultSchedule(&schedule), S_OK);
         return schedule;
-    }
-
-    /// What the sinks of printers were told of all that has happened to the printer so far: sinks are called before the
-    /// notice goes back to the spooler.
-    Lines Told(const wchar_t* name = printerName)
-    {
-        EXPECT_EQ(::SpoolerWaitUntilFetched(name, patienceMs), 0u);
-        EXPECT_TRUE(Eventually([] { return ::SpoolerUnfreedNotifyBlocks() == 0; }));
-        return log.Take();
-    }
-
-    static HRESULT SetComment(IPrinter& source, const wchar_t* comment)
-    {
-        return source.put_Comment(NewBstr(comment).Get());
     }
 
     /// Another program changes one number of the printer's.
@@ -88,18 +32,7 @@ protected:
         EXPECT_TRUE(::SetPrinterW(handle.Get(), 2, buffer.data(), 0));
     }
 
-    /// A handle of another program.
-    static PrinterHandle OpenFor(DWORD access)
-    {
-        PRINTER_DEFAULTSW defaults{nullptr, nullptr, access};
-        PrinterHandle handle;
-        EXPECT_TRUE(::OpenPrinterW(const_cast<wchar_t*>(printerName), handle.Receive(), &defaults));
-        return handle;
-    }
-
-    EventLog log;
     std::vector<BYTE> buffer;
-    ComPtr<IPrinter> printer;
 };
 
 // Setters come back as events

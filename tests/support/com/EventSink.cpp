@@ -2,10 +2,10 @@
 #include "support/com/EventSink.h"
 
 #include "foundation/text/OString.h"
-#include "support/com/BstrText.h"
 #include "support/Eventually.h"
+#include "support/com/BstrText.h"
 
-#include <oaidl.h>
+#include <winspool.h>
 
 #include "vrl/Vorlane.h"
 
@@ -22,17 +22,17 @@ std::string NameOf(DISPID id, const char* const (&names)[count])
     return known ? names[id - 1] : "event " + std::to_string(id);
 }
 
-std::string Narrow(BSTR text)
-{
-    return OString(TextOf(text).c_str()).nstring();
-}
-
 template <class Interface>
 ComPtr<Interface> As(IDispatch* object)
 {
     ComPtr<Interface> wanted;
     ComPtr<IDispatch>(object).As(&wanted);
     return wanted;
+}
+
+std::string Narrow(BSTR text)
+{
+    return OString(TextOf(text).c_str()).nstring();
 }
 
 std::string DescribeObject(IDispatch* object)
@@ -141,9 +141,12 @@ EventSink::~EventSink()
     --living;
 }
 
-STDMETHODIMP EventSink::QueryInterface(REFIID, void** object)
+STDMETHODIMP EventSink::QueryInterface(REFIID iid, void** object)
 {
-    *object = static_cast<IDispatch*>(this); // for whatever events it is asked
+    const bool known = iid == IID_IUnknown || iid == IID_IDispatch || iid == __uuidof(_IPrinterEvents) ||
+                       iid == __uuidof(_IPrintQueueEvents) || iid == __uuidof(_IPrintJobEvents);
+    *object = known ? static_cast<IDispatch*>(this) : nullptr;
+    if (!known) return E_NOINTERFACE;
     AddRef();
     return S_OK;
 }

@@ -5,18 +5,19 @@
 #include "support/product/ProductHeap.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace {
 
-/// The core of a printer asks for all access first. It takes less if it must, from the next call on the same thread.
+/// Who opens the core of a printer asks next, on the same thread, which driver it has; nobody else asks that.
 bool OpensCore(const std::vector<SpoolerCallRecord>& log, size_t index)
 {
     const SpoolerCallRecord& call = log[index];
-    if (call.call != SpoolerCall::OpenPrinterW || call.access != PRINTER_ALL_ACCESS) return false;
-    if (call.result == ERROR_SUCCESS) return true;
-    const auto second = std::find_if(log.begin() + static_cast<ptrdiff_t>(index) + 1, log.end(),
-                                     [&](const auto& later) { return later.threadId == call.threadId; });
-    return second != log.end() && second->call == SpoolerCall::OpenPrinterW && second->result == ERROR_SUCCESS;
+    if (call.call != SpoolerCall::OpenPrinterW || call.result != ERROR_SUCCESS) return false;
+    const auto next = std::find_if(log.begin() + static_cast<ptrdiff_t>(index) + 1, log.end(),
+                                   [&](const auto& later) { return later.threadId == call.threadId; });
+    return next != log.end() && next->call == SpoolerCall::GetPrinterDataW &&
+           std::wstring_view(next->valueName) == L"VRL Interface";
 }
 
 } // namespace

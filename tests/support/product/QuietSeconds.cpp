@@ -5,6 +5,8 @@
 
 namespace {
 
+constexpr DWORD haste = 10;
+
 const OWaitHandle& Handled()
 {
     static const OWaitHandle handled(::CreateSemaphoreW(nullptr, 0, std::numeric_limits<LONG>::max(), nullptr));
@@ -16,7 +18,7 @@ bool wasQuiet = false; // of the notification thread
 DWORD WINAPI WaitAndCount(DWORD count, const HANDLE* handles, BOOL all, DWORD ms)
 {
     if (wasQuiet) ::ReleaseSemaphore(Handled().Get(), 1, nullptr); // it is back from its work
-    const DWORD result = ::WaitForMultipleObjects(count, handles, all, ms);
+    const DWORD result = ::WaitForMultipleObjects(count, handles, all, ms / haste);
     wasQuiet = result == WAIT_TIMEOUT;
     return result;
 }

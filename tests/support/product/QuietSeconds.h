@@ -4,8 +4,8 @@
 #include "support/ImportHook.h"
 #include "support/product/ProductModule.h"
 
-/// Sees the seconds pass in which a notification thread of the product waits for a notice in vain. For one such thread
-/// at a time; make this before the thread starts.
+/// Sees the seconds pass in which a notification thread of the product waits for a notice in vain, and lets them pass
+/// ten times faster. For one such thread at a time; make this before the thread starts.
 class QuietSeconds {
 public:
     explicit QuietSeconds(const ProductModule& product);

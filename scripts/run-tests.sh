@@ -6,20 +6,7 @@ cd "$(dirname "$0")/.."
 
 preset=${1:?}
 
-# A test that neither passed nor failed is where its program crashed or hung.
-failures_only() {
-    awk '
-        function show() { printf "%s", kept; kept = ""; inside = 0 }
-        /^\[ RUN      \]/        { show(); inside = 1 }
-        /^\[       OK \]/        { kept = ""; inside = 0; next }
-        /^ *[0-9]+\/[0-9]+ Test/ { show() }
-        inside                   { kept = kept $0 "\n" }
-        !inside && !/^\[[-=]+\]/ { print; fflush() }
-        /^\[  FAILED  \]/        { show() }
-        END                      { show() }'
-}
-
-ctest --preset "$preset" -j "$(nproc)" | failures_only || {
+ctest --preset "$preset" -j "$(nproc)" | scripts/failures-only.py || {
     echo "Repeat what failed with: ctest --preset $preset --rerun-failed" >&2
     exit 1
 }

@@ -15,20 +15,17 @@ struct OpenDrivers {
     std::map<void*, std::unique_ptr<LabelDriver>> drivers GUARDED_BY(lock);
 };
 
-OpenDrivers& Open()
-{
-    static OpenDrivers open;
-    return open;
-}
+// Not made at its first use: that would take a thread index of the process at every load of the module, and none comes
+// back when it is released.
+OpenDrivers openDrivers;
 
 /// Runs `body` with an open driver. Nothing happens for any other handle, or without memory.
 template <class Body>
 void WithDriver(void* handle, Body&& body) noexcept
 try {
-    OpenDrivers& open = Open();
-    const MutexLock guard(open.lock);
-    const auto driver = open.drivers.find(handle);
-    if (driver != open.drivers.end()) body(*driver->second);
+    const MutexLock guard(openDrivers.lock);
+    const auto driver = openDrivers.drivers.find(handle);
+    if (driver != openDrivers.drivers.end()) body(*driver->second);
 } catch (const std::bad_alloc&) {
     // The caller hears of no failure.
 }
@@ -43,9 +40,8 @@ try {
     if (!printer) return nullptr;
     auto driver = std::make_unique<LabelDriver>(printer);
     void* const handle = driver.get();
-    OpenDrivers& open = Open();
-    const MutexLock guard(open.lock);
-    open.drivers.emplace(handle, std::move(driver));
+    const MutexLock guard(openDrivers.lock);
+    openDrivers.drivers.emplace(handle, std::move(driver));
     return handle;
 } catch (const std::bad_alloc&) {
     return nullptr;
@@ -53,9 +49,8 @@ try {
 
 void VRL_Printer_Close(void* driver) noexcept
 {
-    OpenDrivers& open = Open();
-    const MutexLock guard(open.lock);
-    open.drivers.erase(driver);
+    const MutexLock guard(openDrivers.lock);
+    openDrivers.drivers.erase(driver);
 }
 
 void VRL_Settings_Save(void* driver) noexcept

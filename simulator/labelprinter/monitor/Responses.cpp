@@ -1,10 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "labelprinter/monitor/Responses.h"
 
+namespace {
+
+// Not made at its first use: that would take a thread index of the process at every load of the module, and none comes
+// back when it is released.
+Responses responses;
+
+} // namespace
+
 Responses& Responses::Instance()
 {
-    static Responses instance;
-    return instance;
+    return responses;
 }
 
 void* Responses::Add(std::string answer)

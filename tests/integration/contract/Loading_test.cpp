@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "support/product/ProductModule.h"
+#include "support/ThreadIndexes.h"
 #include "vrl/Vorlane.h"
 
 #include <gtest/gtest.h>
 #include <oleauto.h>
 #include <wrl/client.h>
-
-#include <vector>
 
 namespace {
 
@@ -24,15 +23,6 @@ void UseOnce()
     printer.Reset();
     ::SetErrorInfo(0, nullptr);
     EXPECT_EQ(product.CanUnloadNow(), S_OK);
-}
-
-/// How many indexes for the data of threads the process has left.
-size_t FreeThreadIndexes()
-{
-    std::vector<DWORD> taken;
-    for (DWORD index = ::TlsAlloc(); index != TLS_OUT_OF_INDEXES; index = ::TlsAlloc()) taken.push_back(index);
-    for (const DWORD index : taken) ::TlsFree(index);
-    return taken.size();
 }
 
 TEST(Loading, AgainAndAgainUsesUpNothing)

@@ -3,6 +3,9 @@
 #include "LabelPrinterTest.h"
 #include "Modules.h"
 
+#include "foundation/ImportedFunction.h"
+#include "support/ThreadIndexes.h"
+
 #include <process.h>
 
 #include <initializer_list>
@@ -32,6 +35,31 @@ TEST(LabelPrinterModules, DeviceStaysWhenTheMonitorGoes)
 {
     const std::wstring probe = ModulePath(L"label_printer_probe.exe");
     EXPECT_EQ(::_wspawnl(_P_WAIT, probe.c_str(), L"label_printer_probe.exe", nullptr), 0);
+}
+
+/// As programs do it: the monitor for each request, the driver for each printer.
+void LoadAndAsk(const wchar_t* printerName)
+{
+    const OModuleHandle monitor = LoadModule(L"kvnetmon.d64");
+    const OModuleHandle driver = LoadModule(L"labeldriver.dll");
+    void* response = nullptr;
+    ImportedFunction<DWORD(const wchar_t*, const char*, void**)>(monitor.Get(), "SendQRMLRequest")(
+        printerName, "<port action='get' name='disconnected' />;", &response);
+    ASSERT_TRUE(response);
+    ImportedFunction<void(void*)>(monitor.Get(), "HTTPResponse_Free")(response);
+    ImportedFunction<void(void*)>(driver.Get(), "VRL_Printer_Close")(nullptr);
+}
+
+using ReleasedModules = LabelPrinterTest;
+
+TEST_F(ReleasedModules, GiveBackAllThatTheyTook)
+{
+    LoadAndAsk(printerName); // the device stays
+    const size_t before = FreeThreadIndexes();
+    LoadAndAsk(printerName);
+    EXPECT_EQ(FreeThreadIndexes(), before);
+    EXPECT_FALSE(::GetModuleHandleW(L"kvnetmon.d64"));
+    EXPECT_FALSE(::GetModuleHandleW(L"labeldriver.dll"));
 }
 
 TEST(LabelPrinterModules, TableOfDeviceFunctionsTellsItsSize)

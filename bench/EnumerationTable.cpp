@@ -2,6 +2,7 @@
 #include "bench/EnumerationTable.h"
 
 #include "bench/Measurement.h"
+#include "bench/SimulatedWorld.h"
 #include "bench/WmiPrinters.h"
 #include "spooler/SpoolerControl.h"
 #include "support/product/ProductModule.h"
@@ -23,17 +24,6 @@ using Microsoft::WRL::ComPtr;
 
 constexpr std::array printerCounts{1, 10, 100, 1000};
 constexpr int printersInABatch = 1000; ///< each opening leaves a spooler handle behind
-
-void FillWorld(int count)
-{
-    ::SpoolerReset();
-    for (int number = 1; number <= count; ++number) {
-        const std::wstring name = L"Printer " + std::to_wstring(number);
-        SpoolerPrinter printer;
-        printer.printerName = name.c_str();
-        ::SpoolerAddPrinter(printer);
-    }
-}
 
 /// As a C program would do it; the handles stay open, as the product's do.
 int EnumerateRaw()

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "bench/Machine.h"
 
-#include <windows.h>
+#include "support/product/LabelPrinterSetup.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <ctime>
+#include <filesystem>
 #include <string>
 
 namespace {
@@ -43,9 +45,18 @@ std::string System()
     return std::string("Wine ") + reinterpret_cast<WineVersion*>(reinterpret_cast<void*>(wineVersion))();
 }
 
+uintmax_t SizeBesideProgram(const wchar_t* fileName)
+{
+    std::error_code none;
+    const uintmax_t size = std::filesystem::file_size(ProgramFolder() / fileName, none);
+    return none ? 0 : size;
+}
+
 } // namespace
 
 void PrintMachine()
 {
-    std::printf("%s, %s, %d of %s\n\n", Today().c_str(), System().c_str(), Processors(), Processor().c_str());
+    std::printf("%s, %s, %d of %s.\n\n", Today().c_str(), System().c_str(), Processors(), Processor().c_str());
+    std::printf("Vorlane.dll has %llu bytes, its symbols in Vorlane.dll.debug have %llu.\n\n",
+                SizeBesideProgram(L"Vorlane.dll"), SizeBesideProgram(L"Vorlane.dll.debug"));
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// Prints one line that says when and on what this runs: date, processor and their number, Windows or Wine.
+/// Prints when and on what this runs: date, Windows or Wine, processors and their number; and the sizes of the files of
+/// the product that stand beside this program.
 void PrintMachine();

@@ -167,28 +167,3 @@ STDMETHODIMP EventSink::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parame
     _log.Add(line + ")");
     return onInvoke ? onInvoke(id, parameters) : S_OK;
 }
-
-Connection::Connection(IUnknown* source, REFIID events, IUnknown* sink)
-{
-    ComPtr<IConnectionPointContainer> container;
-    _result = source->QueryInterface(IID_PPV_ARGS(&container));
-    if (SUCCEEDED(_result)) _result = container->FindConnectionPoint(events, &_point);
-    if (SUCCEEDED(_result)) _result = _point->Advise(sink, &_cookie);
-    if (FAILED(_result)) _point.Reset();
-}
-
-Connection& Connection::operator=(Connection&& other) noexcept
-{
-    if (this == &other) return *this;
-    Close();
-    _point.Swap(other._point); // a move would only copy
-    _cookie = other._cookie;
-    _result = other._result;
-    return *this;
-}
-
-void Connection::Close()
-{
-    if (_point) _point->Unadvise(_cookie);
-    _point.Reset();
-}

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "foundation/Platform.h"
+#include "support/com/Connection.h"
 
 #include <ocidl.h>
 #include <wrl/client.h>
@@ -69,25 +70,4 @@ private:
     const std::string _name;
     const Names _names;
     std::atomic<ULONG> _references{1};
-};
-
-/// The connection of a sink to an object with events; taken away at the end of the scope.
-class Connection {
-public:
-    Connection() = default;
-    Connection(IUnknown* source, REFIID events, IUnknown* sink);
-    Connection(Connection&& other) noexcept = default;
-    Connection& operator=(Connection&& other) noexcept;
-    ~Connection() { Close(); }
-
-    HRESULT Result() const noexcept { return _result; }
-    void Close();
-
-    /// Forgets the connection, as a client does that never unadvises.
-    void Forget() { _point.Reset(); }
-
-private:
-    Microsoft::WRL::ComPtr<IConnectionPoint> _point;
-    DWORD _cookie = 0;
-    HRESULT _result = E_UNEXPECTED;
 };

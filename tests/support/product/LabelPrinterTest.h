@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "foundation/OHandle.h"
 #include "labelprinter/LabelPrinterControl.h"
 #include "support/product/IntegrationTest.h"
-
-#include <filesystem>
+#include "support/product/LabelPrinterSetup.h"
 
 /// The product over a virtual label printer: "Label" is bidirectional, its driver names the simulated interface module
 /// and has the simulated port monitor beside it, and there is a device of its name. The device's clock stands still.
@@ -16,16 +14,7 @@ protected:
         IntegrationTest::SetUp();
         ::LabelPrinterReset();
         ::LabelPrinterStopClock();
-        ASSERT_EQ(::LabelPrinterAdd(printerName), 0u);
-        SpoolerDriver driver;
-        const std::wstring driverPath = ProgramFolder() / L"label.dll";
-        driver.name = L"Label Driver";
-        driver.driverPath = driverPath.c_str();
-        ASSERT_EQ(::SpoolerAddDriver(driver), 0u);
-        ASSERT_EQ(::SpoolerSetTextData(printerName, L"PrinterDriverData", L"VRL Interface",
-                                       (ProgramFolder() / L"labeldriver.dll").wstring()),
-                  0u);
-        ::SpoolerSetPrinterAttributes(printerName, PRINTER_ATTRIBUTE_LOCAL | PRINTER_ATTRIBUTE_ENABLE_BIDI);
+        ASSERT_EQ(SetUpLabelPrinter(printerName), 0u);
         ::SpoolerClearLog();
     }
 
@@ -35,13 +24,6 @@ protected:
         EXPECT_EQ(::GetModuleHandleW(L"labeldriver.dll"), nullptr) << "the driver was left loaded";
         ::LabelPrinterReset();
         IntegrationTest::TearDown();
-    }
-
-    static std::filesystem::path ProgramFolder()
-    {
-        wchar_t program[MAX_PATH];
-        ::GetModuleFileNameW(nullptr, program, MAX_PATH);
-        return std::filesystem::path(program).parent_path();
     }
 
     static void SetDevice(const wchar_t* property, const wchar_t* value)

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "support/product/ProductHeap.h"
 
+#include <malloc.h>
+
 #include <cstdlib>
 #include <mutex>
+#include <numeric>
 #include <set>
 
 namespace {
@@ -10,7 +13,7 @@ namespace {
 constexpr int none = -1;
 
 std::mutex lock;
-std::set<const void*> blocks;
+std::set<void*> blocks;
 DWORD shortThread = 0;
 int granted = none;
 bool refused = false;
@@ -87,6 +90,13 @@ size_t ProductHeap::LiveBlocks() const
 {
     const std::lock_guard guard(lock);
     return blocks.size();
+}
+
+size_t ProductHeap::LiveBytes() const
+{
+    const std::lock_guard guard(lock);
+    return std::accumulate(blocks.begin(), blocks.end(), size_t{0},
+                           [](size_t sum, void* block) { return sum + _msize(block); });
 }
 
 void ProductHeap::Refuse(int index)

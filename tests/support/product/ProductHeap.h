@@ -16,6 +16,9 @@ public:
     /// Blocks that were taken since this object was made and not given back.
     size_t LiveBlocks() const;
 
+    /// The sum of their sizes.
+    size_t LiveBytes() const;
+
     /// Of the blocks that the calling thread takes from now on, the one of that index is refused.
     void Refuse(int index);
 

@@ -2,6 +2,7 @@
 #include "bench/EnumerationTable.h"
 
 #include "bench/Measurement.h"
+#include "bench/RawSpooler.h"
 #include "bench/SimulatedWorld.h"
 #include "bench/WmiPrinters.h"
 #include "spooler/SpoolerControl.h"
@@ -26,7 +27,8 @@ constexpr std::array printerCounts{1, 10, 100, 1000};
 constexpr int printersInABatch = 1000; ///< each opening leaves a spooler handle behind
 
 /// As a C program would do it; the handles stay open, as the product's do.
-int EnumerateRaw()
+template <class Open>
+int EnumerateRaw(Open open)
 {
     constexpr DWORD flags = PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS;
     DWORD needed = 0;
@@ -35,13 +37,23 @@ int EnumerateRaw()
     std::vector<BYTE> buffer(needed);
     ::EnumPrintersW(flags, nullptr, 2, buffer.data(), needed, &needed, &count);
     const auto* const printers = reinterpret_cast<const PRINTER_INFO_2W*>(buffer.data());
-    int opened = 0;
-    for (DWORD index = 0; index < count; ++index) {
+    for (DWORD index = 0; index < count; ++index) open(printers[index].pPrinterName);
+    return static_cast<int>(count);
+}
+
+int EnumerateAndOpen()
+{
+    return EnumerateRaw([](wchar_t* name) {
         HANDLE printer = nullptr;
         PRINTER_DEFAULTSW defaults{nullptr, nullptr, PRINTER_ALL_ACCESS};
-        opened += ::OpenPrinterW(printers[index].pPrinterName, &printer, &defaults) ? 1 : 0;
-    }
-    return opened;
+        if (!::OpenPrinterW(name, &printer, &defaults)) throw std::runtime_error("OpenPrinterW failed");
+    });
+}
+
+/// With what binding a `Printer` asks of the spooler.
+int EnumerateAndBind()
+{
+    return EnumerateRaw([](const wchar_t* name) { OpenAndLeave(name); });
 }
 
 class Product {
@@ -89,7 +101,25 @@ BenchCase Repeated(const char* name, std::function<int()> once, int count)
             printersInABatch / count};
 }
 
-void PrintMicroseconds(double nanoseconds, double raw)
+DWORD SpoolerCallsOf(const std::function<int()>& enumerate)
+{
+    ::SpoolerClearLog();
+    enumerate();
+    return ::SpoolerLogLength();
+}
+
+void RequireEqualCalls(const Product& product)
+{
+    if (SpoolerCallsOf([&] { return product.Enumerate(); }) != SpoolerCallsOf(EnumerateAndBind))
+        throw std::runtime_error("the raw calls are not those of the enumeration");
+}
+
+void PrintMicroseconds(double nanoseconds)
+{
+    std::printf(" %.1f us |", nanoseconds / 1000);
+}
+
+void PrintWithRatio(double nanoseconds, double raw)
 {
     std::printf(" %.1f us (%.2f) |", nanoseconds / 1000, nanoseconds / raw);
 }
@@ -97,22 +127,27 @@ void PrintMicroseconds(double nanoseconds, double raw)
 void PrintRow(const Product& product, const WmiPrinters& wmi, int count)
 {
     FillWorld(count);
+    RequireEqualCalls(product);
     const auto ofProduct = [&] { return product.Enumerate(); };
     const auto ofQuery = [&] { return wmi.CountNames(); };
     // Wine's query takes the count of the sized call for the list, which the real spooler, and so the simulator, leaves
     // 0.
     const bool hasQuery = wmi && ofQuery() == count;
 
-    std::vector<BenchCase> cases{Repeated("EnumPrintersW", EnumerateRaw, count),
+    std::vector<BenchCase> cases{Repeated("EnumPrintersW", EnumerateAndOpen, count),
+                                 Repeated("EnumPrintersW", EnumerateAndBind, count),
                                  Repeated("EnumeratePrinters", ofProduct, count)};
     if (hasQuery) cases.push_back(Repeated("the query", ofQuery, count));
     const std::vector<Samples> samples = MeasureTogether(cases);
 
-    const double raw = Median(samples[0]);
-    std::printf("| %d | %.1f us |", count, raw / 1000);
-    PrintMicroseconds(Median(samples[1]), raw);
+    const double same = Median(samples[1]);
+    std::printf("| %d |", count);
+    PrintMicroseconds(Median(samples[0]));
+    PrintMicroseconds(same);
+    PrintWithRatio(Median(samples[2]), same);
+    PrintMicroseconds(MedianDifference(samples[2], samples[1]) / count);
     if (hasQuery) {
-        PrintMicroseconds(Median(samples[2]), raw);
+        PrintWithRatio(Median(samples[3]), same);
     } else {
         std::printf(" none |");
     }
@@ -126,7 +161,7 @@ void PrintEnumerationTable()
 {
     const Product product;
     const WmiPrinters wmi;
-    std::printf("\n| Printers | EnumPrintersW and OpenPrinterW | EnumeratePrinters | query of Win32_Printer "
-                "|\n|---|---|---|---|\n");
+    std::printf("\n| Printers | EnumPrintersW and OpenPrinterW | the calls of the product | EnumeratePrinters "
+                "| the product adds, a printer | query of Win32_Printer |\n|---|---|---|---|---|---|\n");
     for (const int count : printerCounts) PrintRow(product, wmi, count);
 }

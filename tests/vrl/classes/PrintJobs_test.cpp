@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/classes/PrintJobs.h"
 
-#include "support/com/Answer.h"
+#include "support/com/JobAnswers.h"
 #include "support/spooler/SpoolerTest.h"
 #include "vrl/classes/PrintJob.h"
 #include "vrl/core/XPrinterPool.h"
@@ -211,7 +211,7 @@ TEST_F(PrintJobsTest, MakesAJobThatIsBoundToNothingAndNotAnEntry)
     EXPECT_EQ(References(*job.Get()), 1u);
     EXPECT_EQ(Count(), 0);
     long id = 0;
-    EXPECT_EQ(AnswerOf(job->get_JobId(&id)), (Answer{static_cast<HRESULT>(0x80042200), "Job object not initialized"}));
+    EXPECT_EQ(AnswerOf(job->get_JobId(&id)), jobNotInitialized);
 }
 
 TEST_F(PrintJobsTest, AnEnumeratorKeepsItsOwnCopy)

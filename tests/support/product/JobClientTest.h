@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "support/Eventually.h"
+#include "support/ImportHook.h"
+#include "support/com/EventSink.h"
+#include "support/com/JobAnswers.h"
+#include "support/product/IntegrationTest.h"
+#include "support/spooler/QueuedJob.h"
+
+#include <utility>
+#include <vector>
+
+/// The product over a printer with one queued job. A test connects sinks, lets the spooler tell something, and looks at
+/// what they have heard.
+class JobClientTest : public IntegrationTest {
+protected:
+    using Lines = std::vector<std::string>;
+
+    void SetUp() override
+    {
+        IntegrationTest::SetUp();
+        jobId = AddJob(QueuedJob());
+    }
+
+    /// The thread of a printer may still be letting go of its own objects when the client has let go of his.
+    void TearDown() override
+    {
+        _marker.Close();
+        EXPECT_TRUE(Eventually(IsUnloadable)) << "an object is left";
+        EXPECT_EQ(EventSink::Living(), 0) << "a sink was not released";
+        IntegrationTest::TearDown();
+    }
+
+    static bool IsUnloadable() { return Product().CanUnloadNow() == S_OK && ::SpoolerOpenNotifications() == 0; }
+
+    static HRESULT Bind(IPrintJob& job, DWORD id, std::wstring_view name = printerName)
+    {
+        return job.Initialize(NewBstr(name).Get(), static_cast<long>(id));
+    }
+
+    static ComPtr<IPrintJob> OpenJob(DWORD id)
+    {
+        const auto job = Create<IPrintJob>(__uuidof(PrintJob));
+        EXPECT_EQ(Bind(*job.Get(), id), S_OK);
+        return job;
+    }
+
+    static ComPtr<IPrintQueue> QueueOf(IPrinter& printer)
+    {
+        ComPtr<IPrintQueue> queue;
+        EXPECT_EQ(printer.get_Queue(&queue), S_OK);
+        return queue;
+    }
+
+    using IntegrationTest::StatusOf;
+    static ComPtr<IPrintJobStatus> StatusOf(IPrintJob& job)
+    {
+        ComPtr<IPrintJobStatus> status;
+        EXPECT_EQ(job.get_Status(&status), S_OK);
+        return status;
+    }
+
+    static ComPtr<IPrintJobSchedule> ScheduleOf(IPrintJob& job)
+    {
+        ComPtr<IPrintJobSchedule> schedule;
+        EXPECT_EQ(job.get_Schedule(&schedule), S_OK);
+        return schedule;
+    }
+
+    static Connection Connect(IPrintJob& job, IUnknown* sink)
+    {
+        return Connection(&job, __uuidof(_IPrintJobEvents), sink);
+    }
+    static Connection Connect(IPrintQueue& queue, IUnknown* sink)
+    {
+        return Connection(&queue, __uuidof(_IPrintQueueEvents), sink);
+    }
+    static Connection Connect(IPrinter& printer, IUnknown* sink)
+    {
+        return Connection(&printer, __uuidof(_IPrinterEvents), sink);
+    }
+
+    /// A sink that only writes down what it hears.
+    template <class Source>
+    Connection Watch(Source& source, std::string name)
+    {
+        constexpr bool isPrinter = std::is_same_v<Source, IPrinter>;
+        return Connect(source,
+                       EventSink::Create(log, std::move(name), isPrinter ? PrinterEventName : JobEventName).Get());
+    }
+
+    /// The last of such calls that the spooler got; all zero without one.
+    static SpoolerCallRecord LastCall(SpoolerCall call)
+    {
+        SpoolerCallRecord last{};
+        for (const SpoolerCallRecord& record : SpoolerLog()) {
+            if (record.call == call) last = record;
+        }
+        return last;
+    }
+
+    static SpoolerNotifyEntry Status(DWORD id, DWORD status)
+    {
+        return {.field = JOB_NOTIFY_FIELD_STATUS, .id = id, .number = status};
+    }
+
+    /// Lets the spooler tell a batch and gives what the sinks were told.
+    Lines Tell(const std::vector<SpoolerNotifyEntry>& entries, DWORD change = PRINTER_CHANGE_SET_JOB)
+    {
+        EXPECT_EQ(::SpoolerQueueBatch(printerName, change, entries), 0u);
+        return Heard();
+    }
+
+    /// What the sinks were told, when everything that the spooler has told so far is handled.
+    Lines Heard()
+    {
+        if (FAILED(_marker.Result())) _marker = Mark();
+        EXPECT_EQ(::SpoolerWaitUntilFetched(printerName, patienceMs), 0u);
+        const SpoolerNotifyEntry mark{.type = PRINTER_NOTIFY_TYPE, .field = PRINTER_NOTIFY_FIELD_COMMENT, .text = L""};
+        EXPECT_EQ(::SpoolerQueueBatch(printerName, 0, {mark}), 0u);
+        EXPECT_EQ(::WaitForSingleObject(_marked.Get(), patienceMs), WAIT_OBJECT_0) << "the thread doesn't come back";
+        return log.Take();
+    }
+
+    /// Lets the queue sinks hear of the end of a job. One whose end they have not heard of keeps its printer open.
+    void EndJob(DWORD id)
+    {
+        const auto printer = BoundPrinter();
+        const Connection sink = Watch(*QueueOf(*printer.Get()).Get(), "end");
+        Tell({Status(id, JOB_STATUS_RESTART | JOB_STATUS_DELETED)});
+    }
+
+    static constexpr DWORD patienceMs = 30000;
+
+    EventLog log;
+    DWORD jobId = 0;
+
+private:
+    /// A sink that hears of each mark among the notices, which come in order.
+    Connection Mark()
+    {
+        const auto sink = EventSink::Create(_unread, "mark", PrinterEventName);
+        sink->onInvoke = [this](DISPID id, DISPPARAMS*) {
+            constexpr DISPID onCommentChanged = 4;
+            if (id == onCommentChanged) ::SetEvent(_marked.Get());
+            return S_OK;
+        };
+        return Connect(*BoundPrinter().Get(), sink.Get());
+    }
+
+    const OWaitHandle _marked{::CreateEventW(nullptr, FALSE, FALSE, nullptr)};
+    EventLog _unread;
+    Connection _marker;
+    /// A thread that is stopped is asked again at once, not after 100 ms.
+    const ImportHook<decltype(::Sleep)> _noSleep{"Sleep", [](DWORD) { ::SwitchToThread(); }, Product().Handle()};
+};

@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/calls/JobControl.h"
 
-#include "spooler/records/NameRules.h"
-#include "spooler/world/PrintSteps.h"
 #include "spooler/SpoolerConstants.h"
 #include "spooler/SpoolerError.h"
+#include "spooler/TimeUnits.h"
+#include "spooler/records/NameRules.h"
+#include "spooler/world/PrintSteps.h"
 
 #include <algorithm>
 #include <array>
 
 namespace {
-
-constexpr DWORD minutesOfDay = 24 * 60;
 
 /// A job that is to change, and what its change depends on.
 struct JobChange {

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/calls/PrinterSetting.h"
 
-#include "spooler/records/NameRules.h"
 #include "spooler/SpoolerError.h"
+#include "spooler/TimeUnits.h"
+#include "spooler/records/NameRules.h"
 #include "spooler/world/PrintSteps.h"
 
 #include <algorithm>
@@ -10,7 +11,6 @@
 
 namespace {
 
-constexpr DWORD minutesOfDay = 24 * 60;
 constexpr DWORD fixedStatus = PRINTER_STATUS_PAUSED | PRINTER_STATUS_PENDING_DELETION;
 constexpr DWORD fixedAttributes = PRINTER_ATTRIBUTE_LOCAL | PRINTER_ATTRIBUTE_NETWORK | PRINTER_ATTRIBUTE_PUBLISHED |
                                   PRINTER_ATTRIBUTE_FAX | PRINTER_ATTRIBUTE_TS;

@@ -2,13 +2,12 @@
 #include "spooler/notifications/NotifyFields.h"
 
 #include "spooler/SpoolerConstants.h"
+#include "spooler/TimeUnits.h"
 
 #include <algorithm>
 #include <array>
 
 namespace {
-
-constexpr DWORD msPerSecond = 1000;
 
 /// How a field is read, which bits its change raises, and how a value of it is stored.
 template <typename Image, typename Fields>

@@ -96,7 +96,7 @@ void TakeOver(ChangeScope& scope, JobRecord& job, const Answer& answer)
 void Break(JobRecord& job, DWORD error)
 {
     ShowState(job, {});
-    job.status = (job.status & ~JOB_STATUS_COMPLETE) | JOB_STATUS_ERROR;
+    job.status = (job.status & ~DWORD{JOB_STATUS_COMPLETE}) | JOB_STATUS_ERROR;
     job.statusText = L"The device has refused or lost the job, error " + std::to_wstring(error);
     job.stage = JobStage::Sending;
     job.bytesPrinted = 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/world/PrintEngine.h"
 
+#include "spooler/TimeUnits.h"
 #include "spooler/world/DeviceSteps.h"
 #include "spooler/world/JobSchedule.h"
 #include "spooler/world/PrintSteps.h"
@@ -10,7 +11,6 @@
 
 namespace {
 
-constexpr DWORD msPerSecond = 1000;
 constexpr DWORD stepMs = 20; // of a step in real time that is no sending
 constexpr DWORD noLimit = 0xFFFFFFFF;
 

@@ -2,6 +2,7 @@
 #include "spooler/world/PrintSteps.h"
 
 #include "spooler/SpoolerConstants.h"
+#include "spooler/TimeUnits.h"
 #include "spooler/world/DocumentOutput.h"
 #include "spooler/world/PrinterDevices.h"
 
@@ -10,7 +11,6 @@
 
 namespace {
 
-constexpr DWORD msPerSecond = 1000;
 constexpr DWORD atDevice = JOB_STATUS_PRINTING | JOB_STATUS_COMPLETE;
 constexpr DWORD endedBits = atDevice | JOB_STATUS_PRINTED | JOB_STATUS_ERROR | JOB_STATUS_PAPEROUT |
                             JOB_STATUS_OFFLINE | JOB_STATUS_USER_INTERVENTION | jobStatusRetained;

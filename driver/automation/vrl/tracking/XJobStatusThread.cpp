@@ -20,13 +20,13 @@ constexpr DWORD quietTimeMs = 1000;
 constexpr DWORD pauseAfterFailureMs = 100;
 
 // The spooler takes the lists by pointers that it only reads.
-WORD printerFields[] = {
+WORD watchedPrinterFields[] = {
     PRINTER_NOTIFY_FIELD_PRINTER_NAME, PRINTER_NOTIFY_FIELD_SHARE_NAME, PRINTER_NOTIFY_FIELD_PORT_NAME,
     PRINTER_NOTIFY_FIELD_COMMENT,      PRINTER_NOTIFY_FIELD_LOCATION,   PRINTER_NOTIFY_FIELD_PRIORITY,
     PRINTER_NOTIFY_FIELD_START_TIME,   PRINTER_NOTIFY_FIELD_UNTIL_TIME, PRINTER_NOTIFY_FIELD_STATUS,
 };
 
-WORD jobFields[] = {
+WORD watchedJobFields[] = {
     JOB_NOTIFY_FIELD_STATUS,      JOB_NOTIFY_FIELD_TOTAL_PAGES, JOB_NOTIFY_FIELD_PAGES_PRINTED,
     JOB_NOTIFY_FIELD_TOTAL_BYTES, JOB_NOTIFY_FIELD_PRIORITY,    JOB_NOTIFY_FIELD_START_TIME,
     JOB_NOTIFY_FIELD_UNTIL_TIME,  JOB_NOTIFY_FIELD_POSITION,    JOB_NOTIFY_FIELD_DEVMODE,
@@ -90,8 +90,8 @@ void XJobStatusThread::SetUpNotification()
 {
     DEBUG_ASSERT(_hPrn != ((HANDLE)(LONG_PTR)-1));
     PRINTER_NOTIFY_OPTIONS_TYPE types[] = {
-        FieldsOf(PRINTER_NOTIFY_TYPE, printerFields, std::size(printerFields)),
-        FieldsOf(JOB_NOTIFY_TYPE, jobFields, std::size(jobFields)),
+        FieldsOf(PRINTER_NOTIFY_TYPE, watchedPrinterFields, std::size(watchedPrinterFields)),
+        FieldsOf(JOB_NOTIFY_TYPE, watchedJobFields, std::size(watchedJobFields)),
     };
     PRINTER_NOTIFY_OPTIONS options{};
     options.Version = 2;

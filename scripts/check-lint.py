@@ -4,9 +4,12 @@
 
 usage: check-lint.py BUILD_FOLDER [SOURCE...]
 
-The build folder is one without precompiled headers of the product. A source that passed is not looked at again as long
-as it, all that it includes, and .clang-tidy stay as they are: build/lint remembers.
+The build folder is one without precompiled headers of the product. Most of the time goes into the platform's headers,
+so the sources of a room are looked at as one, where they can be compiled as one; sources that are named are looked at
+alone. What passed is not looked at again as long as it, all that it includes, and .clang-tidy stay as they are:
+build/lint remembers.
 """
+import collections
 import concurrent.futures
 import hashlib
 import json
@@ -19,6 +22,7 @@ import sys
 
 root = pathlib.Path(__file__).resolve().parent.parent
 build = pathlib.Path(sys.argv[1]).resolve()
+named = [str(pathlib.Path(name).resolve()) for name in sys.argv[2:]]
 passed = root / "build/lint"
 compiler = "x86_64-w64-mingw32-g++-posix"
 
@@ -29,45 +33,63 @@ def library_folders():
     return dict.fromkeys(re.findall(r"^ (.*/c\+\+\S*)$", said.stderr, re.MULTILINE))
 
 
-arguments = ["--quiet", f"-p={build}"]
-for argument in ["--target=x86_64-w64-mingw32", "-Wno-unknown-warning-option", "-Wno-ignored-optimization-argument",
-                 "-Wthread-safety", *(f"-isystem{folder}" for folder in library_folders())]:
-    arguments.append(f"--extra-arg={argument}")
+# A room as one source includes its sources, and what is hidden in one of them may have the name of a local variable in
+# another; the compiler has looked for shadows in each of them.
+tidy = ["clang-tidy-14", "--quiet", "--checks=-bugprone-suspicious-include"]
+for_clang = ["--target=x86_64-w64-mingw32", "-Wno-unknown-warning-option", "-Wno-ignored-optimization-argument",
+             "-Wno-shadow", "-Wthread-safety", *(f"-isystem{folder}" for folder in library_folders())]
 
 
-def mark(command):
-    """The file that says that this very source has passed."""
-    words = shlex.split(command["command"])
+def flags_of(row):
+    """What the compiler is told of a source, but for the source and what becomes of it."""
+    words = shlex.split(row["command"])
     start = next(i for i, word in enumerate(words) if word.endswith(compiler))  # after a compiler cache
-    output = words.index("-o")
-    preprocess = words[start:output] + words[output + 2:] + ["-E", "-C"]
-    text = subprocess.run(preprocess, cwd=command["directory"], capture_output=True, check=True).stdout
-    text += (root / ".clang-tidy").read_bytes() + "\n".join(arguments).encode()
-    return passed / hashlib.sha256(text).hexdigest()
+    return tuple(words[start + 1:words.index("-o")])
 
 
-def check(command):
-    """What clang-tidy says of one source; empty if nothing."""
-    remembered = mark(command)
+def rooms():
+    """The sources that are wanted: a list for each room, and for those of its sources that are compiled in one way."""
+    found = collections.defaultdict(list)
+    for row in json.loads((build / "compile_commands.json").read_text()):
+        source = row["file"]
+        is_ours = source.endswith(".cpp") and source.startswith((f"{root}/driver/", f"{root}/simulator/"))
+        if source in named or (is_ours and not named):
+            found[pathlib.Path(source).parent, flags_of(row), source if named else ""].append(source)
+    return [(sources, flags) for (_, flags, _), sources in found.items()]
+
+
+def as_one(sources):
+    """A source that is all of them."""
+    if len(sources) == 1:
+        return pathlib.Path(sources[0])
+    name = "_".join(pathlib.Path(sources[0]).parent.relative_to(root).parts)
+    text = "".join(f'#include "{source}"\n' for source in sources)
+    file = passed / f"{name}_{hashlib.sha256(text.encode()).hexdigest()[:8]}.cpp"
+    file.write_text(text)
+    return file
+
+
+def check(sources, flags):
+    """What clang-tidy says of the sources; empty if nothing."""
+    source = as_one(sources)
+    preprocessed = subprocess.run([compiler, *flags, "-E", "-C", source], cwd=build, capture_output=True)
+    text = preprocessed.stdout + (root / ".clang-tidy").read_bytes() + "\n".join([*tidy, *for_clang]).encode()
+    remembered = passed / hashlib.sha256(text).hexdigest()
     if remembered.exists():
         return ""
-    run = subprocess.run(["clang-tidy-14", *arguments, command["file"]], capture_output=True, text=True)
-    if run.returncode != 0:
-        return run.stdout or run.stderr
-    remembered.touch()
-    return ""
-
-
-def is_wanted(source):
-    if sys.argv[2:]:
-        return source in [str(pathlib.Path(name).resolve()) for name in sys.argv[2:]]
-    return source.endswith(".cpp") and source.startswith((f"{root}/driver/", f"{root}/simulator/"))
+    run = subprocess.run([*tidy, source, "--", *flags, *for_clang], cwd=build, capture_output=True, text=True)
+    if run.returncode == 0:
+        remembered.touch()
+        return ""
+    if len(sources) > 1:  # they may not go together
+        return "".join(check([one], flags) for one in sources)
+    return run.stdout or run.stderr
 
 
 passed.mkdir(parents=True, exist_ok=True)
-commands = [row for row in json.loads((build / "compile_commands.json").read_text()) if is_wanted(row["file"])]
+work = rooms()
 with concurrent.futures.ThreadPoolExecutor(len(os.sched_getaffinity(0))) as pool:
-    findings = [said for said in pool.map(check, commands) if said]
-print("".join(findings) or f"{len(commands)} sources are clean.")
+    findings = [said for said in pool.map(lambda room: check(*room), work) if said]
+print("".join(findings) or f"{sum(len(sources) for sources, _ in work)} sources are clean.")
 if findings:
     sys.exit(f"Repeat it for one source with: scripts/check-lint.py {build.relative_to(root)} SOURCE")

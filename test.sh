@@ -14,7 +14,7 @@ step_rooms() { scripts/check-rooms.py; }
 step_format() { scripts/check-format.sh; }
 step_release() { build release; }
 step_tests() { build release && scripts/run-tests.sh release; }
-step_samples() { build release Vorlane spooler_simulator watch events && scripts/check-samples.sh release; }
+step_samples() { build release "${sample_targets[@]}" && scripts/check-samples.sh release; }
 step_spooler() { build release Vorlane && scripts/check-spooler.sh release; }
 
 step_ubsan() { build ubsan; }

@@ -7,6 +7,9 @@ packages_to_run=(wine wine64 cups cups-client socat)
 packages_to_check=(clang-format-14)
 packages_to_lint=(clang-tidy-14)
 
+# What the samples need.
+sample_targets=(Vorlane spooler_simulator labelprinter_monitor labelprinter_interface watch events)
+
 say() { printf '\n== %s\n' "$*"; }
 
 # build PRESET [TARGET...]: configures and builds it, or those targets of it.
@@ -45,13 +48,13 @@ windows_path() {
 }
 
 # on_simulator PRESET CONFIG FOLDER COMMAND...: runs a Windows program on the simulated spooler that samples/spooler/CONFIG
-# describes, a fresh one in FOLDER.
+# describes, a fresh one in FOLDER. MODULES in it stands for the folder of the preset's modules.
 on_simulator() {
     local preset=$1 config=$2 folder=$3
     shift 3
     rm -rf "$folder"
     mkdir -p "$folder"
-    cp "samples/spooler/$config" "$folder/"
+    sed "s|MODULES|$(windows_path "build/$preset/bin" | sed 's|\\|\\\\|g')|" "samples/spooler/$config" >"$folder/$config"
     VORLANE_SPOOLER_CONFIG=$(windows_path "$folder/$config") spooler=simulator under_wine "$preset" "$@"
 }
 
@@ -60,6 +63,13 @@ on_warehouse() {
     local preset=$1 folder=$2 script=$3
     shift 3
     on_simulator "$preset" warehouse.ini "$folder" cscript //nologo "$(windows_path "samples/$script")" "$@"
+}
+
+# on_labels PRESET FOLDER COMMAND...: runs a program on the simulated label printers.
+on_labels() {
+    local preset=$1 folder=$2
+    shift 2
+    on_simulator "$preset" labels.ini "$folder" "$@"
 }
 
 # on_dock PRESET FOLDER PROGRAM ARGUMENT...: runs a C++ sample on the simulated printer that prints in real time.

@@ -19,6 +19,17 @@ inline void PrintTo(const RaisedKind& kind, std::ostream* out)
     *out << kind.name;
 }
 
+/// Whether an exception of any kind comes out of `body`, which is called as the wrapper of a method calls its work.
+template <class Body>
+bool RaisesOut(Body&& body)
+{
+    try {
+        return FaultOf(body) != 0;
+    } catch (...) {
+        return true;
+    }
+}
+
 /// All of them, for tests of the places where foreign code is called.
 inline constexpr std::array raisedKinds{
     RaisedKind{"AccessViolation",     WriteToNowhere                                            },

@@ -2,10 +2,9 @@
 #include "support/BackgroundCall.h"
 #include "support/driver/ScriptedInterface.h"
 #include "support/driver/ScriptedMonitor.h"
-#include "support/FaultOf.h"
-#include "support/ForeignThrow.h"
 #include "support/product/IntegrationTest.h"
 #include "support/product/ProductDialogs.h"
+#include "support/Raising.h"
 #include "support/TemporaryDirectory.h"
 
 #include <comutil.h>
@@ -85,6 +84,25 @@ TEST_F(DriverModules, CrashOfTheMonitorFailsTheMemberAndKeepsNoLock)
     LetMonitor([] {});
     BackgroundCall other([this] { EXPECT_EQ(StatusText(), succeeded); });
     EXPECT_TRUE(other.Ends());
+}
+
+TEST_F(DriverModules, ExceptionOfAnyKindCostsTheMemberAndKeepsNoLock)
+{
+    for (const RaisedKind& kind : raisedKinds) {
+        LetMonitor(kind.raise);
+        interfaceModule.step = [&](const ScriptedInterface::Call&) { kind.raise(); };
+        EXPECT_TRUE(FAILED(StatusText().result)) << kind.name;
+        EXPECT_TRUE(FAILED(Reset().result)) << kind.name;
+
+        LetMonitor([] {});
+        interfaceModule.step = [](const ScriptedInterface::Call&) {};
+        BackgroundCall other([&] {
+            EXPECT_EQ(StatusText(), succeeded) << kind.name;
+            EXPECT_EQ(Reset(), succeeded) << kind.name;
+        });
+        EXPECT_TRUE(other.Ends()) << kind.name;
+        printer = BoundPrinter(); // whose driver opens again
+    }
 }
 
 TEST_F(DriverModules, ForeignExceptionOfTheMonitorIsUnspecifiedAndNotShown)

@@ -3,9 +3,8 @@
 
 #include "foundation/threads/TickCount.h"
 #include "support/driver/AdvancedPrinterTest.h"
-#include "support/FaultOf.h"
-#include "support/ForeignThrow.h"
 #include "support/ImportHook.h"
+#include "support/Raising.h"
 
 #include <algorithm>
 #include <atomic>
@@ -735,21 +734,17 @@ TEST_F(AdvancedDriverInterfaceTest, CrashWhileTheDriverOpensLeavesItClosed)
     EXPECT_EQ(interfaceModule.CallNames()[1], "VRL_Printer_Open");
 }
 
-TEST_F(AdvancedDriverInterfaceTest, CrashWhileTheDriverClosesIsDropped)
+TEST_F(AdvancedDriverInterfaceTest, ExceptionOfAnyKindWhileTheDriverClosesIsDropped)
 {
-    driver->ResetSettings(1);
-    interfaceModule.step = [](const ScriptedInterface::Call&) { WriteToNowhere(); };
-    driver.reset(); // outside of every wrapper, as the last release of a printer is
-    EXPECT_EQ(interfaceModule.CallNames().back(), "VRL_Printer_Close");
-    EXPECT_FALSE(interfaceModule.IsLoaded());
-}
-
-TEST_F(AdvancedDriverInterfaceTest, ForeignExceptionWhileTheDriverClosesIsDropped)
-{
-    driver->ResetSettings(1);
-    interfaceModule.step = [](const ScriptedInterface::Call&) { ThrowAsForeignCode(); };
-    driver.reset();
-    EXPECT_FALSE(interfaceModule.IsLoaded());
+    for (const RaisedKind& kind : raisedKinds) {
+        interfaceModule.step = [](const ScriptedInterface::Call&) {};
+        Attach();
+        driver->ResetSettings(1);
+        interfaceModule.step = [&](const ScriptedInterface::Call&) { kind.raise(); };
+        driver.reset(); // outside of every wrapper, as the last release of a printer is
+        EXPECT_EQ(interfaceModule.CallNames().back(), "VRL_Printer_Close") << kind.name;
+        EXPECT_FALSE(interfaceModule.IsLoaded()) << kind.name;
+    }
 }
 
 TEST_F(AdvancedDriverInterfaceTest, DriverThatReleasesItselfGoesWithTheLastOfIt)

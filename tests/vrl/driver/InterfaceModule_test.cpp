@@ -2,7 +2,7 @@
 #include "vrl/driver/InterfaceModule.h"
 
 #include "support/driver/ScriptedInterface.h"
-#include "support/FaultOf.h"
+#include "support/Raising.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -104,15 +104,28 @@ TEST_F(InterfaceModuleTest, MissingFileIsAFailureOfEveryOperation)
     for (const Operation& row : operations) EXPECT_FALSE(row.run(module)) << row.exported;
 }
 
-TEST_F(InterfaceModuleTest, CrashComesOutAndTheModuleStaysUsable)
+TEST_F(InterfaceModuleTest, EachKindOfExceptionComesOutAndTheModuleStaysUsable)
 {
     const InterfaceModule module(path.c_str());
-    for (const Operation& row : operations) {
-        scripted.step = [](const auto&) { WriteToNowhere(); };
-        EXPECT_EQ(FaultOf([&] { row.run(module); }), EXCEPTION_ACCESS_VIOLATION) << row.exported;
-        scripted.step = [](const auto&) {};
-        EXPECT_TRUE(row.run(module)) << row.exported;
+    for (const RaisedKind& kind : raisedKinds) {
+        for (const auto& table :
+             {std::span<const Operation>(operations), std::span<const Operation>(silentOperations)}) {
+            for (const Operation& row : table) {
+                scripted.step = [&](const auto&) { kind.raise(); };
+                EXPECT_TRUE(RaisesOut([&] { row.run(module); })) << kind.name << " in " << row.exported;
+                scripted.step = [](const auto&) {};
+                EXPECT_TRUE(row.run(module)) << kind.name << " in " << row.exported;
+            }
+        }
     }
+}
+
+TEST_F(InterfaceModuleTest, CrashComesOutAsItsFault)
+{
+    const InterfaceModule module(path.c_str());
+    scripted.step = [](const auto&) { WriteToNowhere(); };
+    for (const Operation& row : operations)
+        EXPECT_EQ(FaultOf([&] { row.run(module); }), EXCEPTION_ACCESS_VIOLATION) << row.exported;
 }
 
 TEST_F(InterfaceModuleTest, ModuleThatReleasesItselfOnceTooOftenIsStillThere)

@@ -2,10 +2,9 @@
 #include "vrl/driver/PortMonitor.h"
 
 #include "support/driver/ScriptedMonitor.h"
-#include "support/FaultOf.h"
-#include "support/ForeignThrow.h"
 #include "support/ImportHook.h"
 #include "support/RandomSeed.h"
+#include "support/Raising.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -227,32 +226,46 @@ TEST_P(PortMonitorCrash, ComesOutAndLeavesNothingBehind)
     }
 }
 
-TEST_P(PortMonitorCrash, MayBeAnExceptionOfForeignCode)
+TEST_P(PortMonitorCrash, MayBeAnExceptionOfAnyKind)
 {
     monitor.AnswerWith("1;Ready");
-    LetStepBeFollowedBy(monitor, GetParam(), ThrowAsForeignCode);
-    for (int round = 0; round < 3; ++round) {
-        EXPECT_THROW(RunTranslated([this] { Send(); }), ForeignException);
-        EXPECT_EQ(monitor.LivingResponses(), 0u);
-        EXPECT_FALSE(monitor.IsLoaded());
+    for (const RaisedKind& kind : raisedKinds) {
+        LetStepBeFollowedBy(monitor, GetParam(), kind.raise);
+        for (int round = 0; round < 3; ++round) {
+            EXPECT_TRUE(RaisesOut([this] { Send(); })) << kind.name;
+            EXPECT_EQ(monitor.LivingResponses(), 0u) << kind.name;
+            EXPECT_FALSE(monitor.IsLoaded()) << kind.name;
+        }
     }
+}
+
+TEST_P(PortMonitorCrash, MayBeAnExceptionOfForeignCode)
+{
+    LetStepBeFollowedBy(monitor, GetParam(), ThrowAsForeignCode);
+    monitor.AnswerWith("1;Ready");
+    EXPECT_THROW(RunTranslated([this] { Send(); }), ForeignException);
 }
 
 INSTANTIATE_TEST_SUITE_P(InEachStep, PortMonitorCrash, ::testing::Range(size_t{0}, std::size(monitorExports)),
                          [](const auto& test) { return std::string(monitorExports[test.param]); });
 
-TEST_F(PortMonitorTest, CrashInAPostComesOut)
+TEST_F(PortMonitorTest, ExceptionOfAnyKindInAPostComesOut)
 {
-    LetStepBeFollowedBy(monitor, 0, WriteToNowhere);
-    EXPECT_EQ(FaultOf([this] { Post(); }), EXCEPTION_ACCESS_VIOLATION);
+    for (const RaisedKind& kind : raisedKinds) {
+        LetStepBeFollowedBy(monitor, 0, kind.raise);
+        EXPECT_TRUE(RaisesOut([this] { Post(); })) << kind.name;
+        EXPECT_FALSE(monitor.IsLoaded()) << kind.name;
+    }
 }
 
-TEST_F(PortMonitorTest, SecondCrashWhileTheAnswerIsFreedIsDropped)
+TEST_F(PortMonitorTest, SecondExceptionWhileTheAnswerIsFreedIsDropped)
 {
     monitor.AnswerWith("1;Ready");
     LetStepBeFollowedBy(monitor, 2, WriteToNowhere);
-    LetStepBeFollowedBy(monitor, 3, [] { ::RaiseException(STATUS_ILLEGAL_INSTRUCTION, 0, 0, nullptr); });
-    EXPECT_EQ(FaultOf([this] { Send(); }), EXCEPTION_ACCESS_VIOLATION);
+    for (const RaisedKind& kind : raisedKinds) {
+        LetStepBeFollowedBy(monitor, 3, kind.raise);
+        EXPECT_EQ(FaultOf([this] { Send(); }), EXCEPTION_ACCESS_VIOLATION) << kind.name;
+    }
 }
 
 TEST_F(PortMonitorTest, WriteBehindTheBufferOfTheAnswerIsAFaultAndNoDamage)

@@ -6,12 +6,15 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <map>
 #include <mutex>
 
 namespace {
 
 std::mutex lock;
+std::condition_variable entered; ///< a thread waits
 std::map<DWORD, HANDLE> waiting; ///< the notification that each thread waits for
 std::atomic<DWORD> longestMs{INFINITE};
 std::atomic<int> timeouts{0};
@@ -23,6 +26,7 @@ DWORD WINAPI Wait(DWORD count, const HANDLE* handles, BOOL all, DWORD ms)
         const std::lock_guard guard(lock);
         waiting[thread] = handles[0];
     }
+    entered.notify_all();
     const DWORD result = ::WaitForMultipleObjects(count, handles, all, std::min<DWORD>(ms, longestMs));
     const std::lock_guard guard(lock);
     waiting.erase(thread);
@@ -30,9 +34,9 @@ DWORD WINAPI Wait(DWORD count, const HANDLE* handles, BOOL all, DWORD ms)
     return result;
 }
 
+/// Requires: `lock` held.
 bool IsIdle()
 {
-    const std::lock_guard guard(lock);
     return waiting.size() == ::SpoolerOpenNotifications() && std::ranges::all_of(waiting, [](const auto& entry) {
                return ::WaitForSingleObject(entry.second, 0) == WAIT_TIMEOUT;
            });
@@ -54,7 +58,15 @@ ProductWaits::~ProductWaits()
 
 bool ProductWaits::WaitUntilIdle() const
 {
-    return Eventually(IsIdle);
+    constexpr auto mayHaveEnded = std::chrono::milliseconds(10); // a thread that no longer waits, and tells nobody
+    constexpr auto patience = std::chrono::seconds(30);
+    const auto last = std::chrono::steady_clock::now() + patience;
+    std::unique_lock guard(lock);
+    while (!IsIdle()) {
+        if (std::chrono::steady_clock::now() > last) return false;
+        entered.wait_for(guard, mayHaveEnded);
+    }
+    return true;
 }
 
 void ProductWaits::ShortenQuietSeconds(DWORD ms)

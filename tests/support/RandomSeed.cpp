@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "support/RandomSeed.h"
 
+#include <gtest/gtest.h>
+
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
+#include <string_view>
 
 std::uint64_t RandomSeed()
 {
@@ -17,5 +20,7 @@ std::uint64_t RandomSeed()
 
 int RandomOperations(int usual, int longRun)
 {
+    const auto* const suite = ::testing::UnitTest::GetInstance()->current_test_suite();
+    EXPECT_TRUE(suite && std::string_view(suite->name()).ends_with("Property")) << "not found by the long runs";
     return std::getenv("VORLANE_LONG_RUNS") ? longRun : usual;
 }

@@ -7,5 +7,6 @@
 /// a run that failed can be had again.
 std::uint64_t RandomSeed();
 
-/// How many random operations a test makes: `usual`, or `longRun` if the environment has VORLANE_LONG_RUNS.
+/// How many operations a test makes: `usual`, or `longRun` if the environment has VORLANE_LONG_RUNS. Only for tests of
+/// suites whose name ends in "Property": by that the long runs find them.
 int RandomOperations(int usual, int longRun);

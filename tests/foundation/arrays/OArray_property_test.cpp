@@ -233,7 +233,7 @@ TEST(OArrayProperty, StringArrayBehavesAsAVector)
     PropertyRun<TextArray>().Go();
 }
 
-class OStringArrayRoundTrip : public ::testing::Test {
+class OStringArrayProperty : public ::testing::Test {
 protected:
     const int rounds = RandomOperations(1'000, 20'000);
 
@@ -250,7 +250,7 @@ protected:
     std::vector<std::string> elements;
 };
 
-TEST_F(OStringArrayRoundTrip, SplitTakesApartWhatJoinPutTogether)
+TEST_F(OStringArrayProperty, SplitTakesApartWhatJoinPutTogether)
 {
     for (int round = 0; round < rounds; ++round) {
         Roll();
@@ -275,7 +275,7 @@ std::vector<std::string> Repacked(const OStringArray& array, int mode)
     return unpacked.Elements();
 }
 
-TEST_F(OStringArrayRoundTrip, UnpackGivesWhatWasPackedInCountedAndLineMode)
+TEST_F(OStringArrayProperty, UnpackGivesWhatWasPackedInCountedAndLineMode)
 {
     for (int round = 0; round < rounds; ++round) {
         Roll();
@@ -286,7 +286,7 @@ TEST_F(OStringArrayRoundTrip, UnpackGivesWhatWasPackedInCountedAndLineMode)
     }
 }
 
-TEST_F(OStringArrayRoundTrip, TerminatedModeLosesJustTheEmptyTexts)
+TEST_F(OStringArrayProperty, TerminatedModeLosesJustTheEmptyTexts)
 {
     for (int round = 0; round < rounds; ++round) {
         Roll();
@@ -298,7 +298,7 @@ TEST_F(OStringArrayRoundTrip, TerminatedModeLosesJustTheEmptyTexts)
     }
 }
 
-TEST_F(OStringArrayRoundTrip, SortOrdersAsTheBytesDo)
+TEST_F(OStringArrayProperty, SortOrdersAsTheBytesDo)
 {
     for (int round = 0; round < rounds; ++round) {
         Roll();

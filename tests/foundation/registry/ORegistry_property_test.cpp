@@ -157,7 +157,7 @@ std::string Difference(const StoredTree& left, const StoredTree& right)
     return "";
 }
 
-class ORegistryRoundTrip : public ::testing::Test {
+class ORegistryProperty : public ::testing::Test {
 protected:
     /// Fills a new key "From".
     void Roll()
@@ -202,7 +202,7 @@ protected:
     OStringArray lines;
 };
 
-TEST_F(ORegistryRoundTrip, GivesTheSameKeysButForWhatTheTextLoses)
+TEST_F(ORegistryProperty, GivesTheSameKeysButForWhatTheTextLoses)
 {
     for (int round = Rounds(); round > 0 && !HasFailure(); --round) {
         Roll();
@@ -212,7 +212,7 @@ TEST_F(ORegistryRoundTrip, GivesTheSameKeysButForWhatTheTextLoses)
     }
 }
 
-TEST_F(ORegistryRoundTrip, GivesTheSameWhenDoneTwice)
+TEST_F(ORegistryProperty, GivesTheSameWhenDoneTwice)
 {
     for (int round = Rounds(); round > 0 && !HasFailure(); --round) {
         Roll();
@@ -225,7 +225,7 @@ TEST_F(ORegistryRoundTrip, GivesTheSameWhenDoneTwice)
     }
 }
 
-TEST_F(ORegistryRoundTrip, EnumeratesAndDeletesWhateverIsThere)
+TEST_F(ORegistryProperty, EnumeratesAndDeletesWhateverIsThere)
 {
     for (int round = Rounds(); round > 0 && !HasFailure(); --round) {
         Roll();
@@ -247,7 +247,7 @@ TEST_F(ORegistryRoundTrip, EnumeratesAndDeletesWhateverIsThere)
 }
 
 /// Any text at all, in the shape of registry lines.
-TEST_F(ORegistryRoundTrip, AnyLinesAreReadWithoutHarm)
+TEST_F(ORegistryProperty, AnyLinesAreReadWithoutHarm)
 {
     static constexpr const wchar_t* pieces[] = {L"[",    L"]",       L"-",   L"\"", L"=", L"\"=", L"\"=\"", L"dword:",
                                                 L"hex:", L"hex(7):", L"00,", L"0",  L",", L"\\",  L" ",     L"(",

@@ -12,7 +12,7 @@ namespace {
 constexpr DWORD jobsOfRound = 50;
 constexpr DWORD retentionMs = 60000; // of the record of a job that nobody holds
 
-class SoakLongRun : public ScenarioTest {
+class SoakProperty : public ScenarioTest {
 protected:
     /// What the process and the spooler hold for the product.
     struct Holdings {
@@ -66,7 +66,7 @@ protected:
     const ProductHeap heap{Product()};
 };
 
-TEST_F(SoakLongRun, EveryJobThatGoesInComesOutAndNothingOfItStays)
+TEST_F(SoakProperty, EveryJobThatGoesInComesOutAndNothingOfItStays)
 {
     const auto rounds = static_cast<DWORD>(RandomOperations(5'000, 100'000)) / jobsOfRound;
     waits.ShortenQuietSeconds(1);

@@ -6,7 +6,6 @@
 #include "support/GoldenFile.h"
 #include "support/RandomSeed.h"
 
-#include <cstdlib>
 #include <random>
 
 namespace {
@@ -269,9 +268,11 @@ TEST_F(MonitorTest, AnswerThatIsNotOneHasNoBytes)
     _free(response);
 }
 
-TEST_F(MonitorTest, NoRequestMakesItStumble)
+using MonitorProperty = MonitorTest;
+
+TEST_F(MonitorProperty, NoRequestMakesItStumble)
 {
-    const int count = std::getenv("VORLANE_LONG_RUNS") ? 200000 : 5000;
+    const int count = RandomOperations(5'000, 200'000);
     std::mt19937_64 random(RandomSeed());
     const std::string pieces[] = {"<",  ">",     "/>",      "</",   "'",       "=",      " ",      ";", "&#00;",
                                   "&",  "state", "request", "job",  "query",   "port",   "name='", "x", "id='1'",

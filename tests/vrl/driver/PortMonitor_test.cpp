@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <cstdlib>
 #include <random>
 #include <thread>
 
@@ -360,9 +359,12 @@ TEST_F(PortMonitorTest, AnswerForWhichThereIsNoMemoryIsAFailure)
     EXPECT_EQ(Send(), 1u);
 }
 
-TEST_F(PortMonitorTest, NoAnswerMakesItStumble)
+using PortMonitorProperty = PortMonitorTest;
+
+TEST_F(PortMonitorProperty, NoAnswerMakesItStumble)
 {
-    const int count = std::getenv("VORLANE_LONG_RUNS") ? 100000 : 1000;
+    const int count = RandomOperations(1'000, 100'000);
+    const PortMonitor keepsItLoaded{OString(path.c_str())}; // loading takes most of the time
     std::mt19937_64 random(RandomSeed());
     for (int round = 0; round < count; ++round) {
         monitor.answer.resize(random() % 8 == 0 ? random() % 100000 : random() % 32);

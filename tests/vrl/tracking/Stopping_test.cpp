@@ -229,6 +229,48 @@ TEST_F(StoppingTest, NameCanBeOpenedWhileItsOldThreadIsWaitedFor)
     sink.Forget();
 }
 
+/// The last count has gone and the thread is waited for, when it makes a job object that a client keeps.
+TEST_F(StoppingTest, PrinterThatAClientTakesUpAgainWhileItIsClosedLivesOnAndIsWatchedFromItsNextFirstSinkOn)
+{
+    SpoolerPrinter other = LabelPrinter();
+    other.printerName = L"Other";
+    AddPrinter(other);
+    ComPtr<IDispatch> kept;
+    const auto keeper = EventSink::Create(log, "queue");
+    keeper->onInvoke = [&](DISPID, DISPPARAMS* parameters) {
+        kept = parameters->rgvarg[parameters->cArgs - 1].pdispVal;
+        return S_OK;
+    };
+    HeldSink sink(log, "printer");
+    {
+        const Connection queueConnection = Connect(*queue.Get(), keeper.Get());
+        const Connection connection = Connect(*printer.Get(), sink.Get());
+        notices.Queue({ScriptedEntry::Printer(PRINTER_NOTIFY_FIELD_STATUS, 1), Status(jobId, JOB_STATUS_PRINTING)});
+        ASSERT_TRUE(sink.WaitUntilCalled());
+        const CapturedTrace trace;
+        const BackgroundCall rebind([&] {
+            const OBstr name = ToBstr(OString("Other"));
+            EXPECT_EQ(printer->Initialize(name.Get()), S_OK);
+        });
+        EXPECT_TRUE(Eventually([&] { return !trace.Lines("XJobStatusThread::ThreadStop").empty(); }));
+        sink.GoOn();
+        EXPECT_TRUE(rebind.Ends());
+    }
+    ASSERT_NE(kept, nullptr);
+    EXPECT_EQ(XPrinterPool::GetCount(), 2);
+    EXPECT_EQ(notices.OpenNotifications(), 0) << "its thread has ended";
+    log.Take();
+
+    LetGo();
+    printer = OpenPrinter();
+    queue = QueueOf(*printer.Get());
+    const size_t before = notices.Requests().size();
+    const Connection again = Watch(*queue.Get(), "again");
+    EXPECT_EQ(notices.Requests().size(), before + 1);
+    EXPECT_THAT(Tell({Status(jobId, JOB_STATUS_DELETED)}), testing::Contains("again: OnJobFinalized(job 1)"));
+    kept.Reset();
+}
+
 /// The thread is in the middle of a batch, making job objects of its own, when the last release comes.
 TEST_F(StoppingTest, ThreadThatAcquiresItsOwnPrinterIsNotInTheWay)
 {

@@ -50,6 +50,7 @@ TEST_F(SpoolerScenario, WhileItIsStoppedEachCallFailsInItsOwnManner)
     ::SpoolerStop();
     EXPECT_EQ(Text(*printer.Get(), &IPrinter::get_Comment), L"");
     EXPECT_EQ(Bool(*printer.Get(), &IPrinter::get_Local), VARIANT_FALSE);
+    EXPECT_EQ(Text(*StatusOf(*printer.Get()).Get(), &IPrinterStatus::get_Text), L"Ready");
     EXPECT_EQ(AnswerOf(Initialize(*CreatePrinter().Get(), L"Other")), couldNotOpenPrinter);
     EXPECT_EQ(AnswerOf(Create<IPrintJob>(__uuidof(PrintJob))->Initialize(NewBstr(printerName).Get(), 99)),
               couldNotOpenPrinter);

@@ -270,6 +270,10 @@ void SpoolerReset() noexcept;
 /// world is then as before), or the error of opening it; `SpoolerConfigError` tells what is wrong and where.
 DWORD SpoolerLoadConfig(const wchar_t* path) noexcept;
 
+/// Writes the world as a configuration file that makes the same world again, printer data included; docs/simulator.md
+/// tells what is not in it. A file of that name is replaced as a whole, or, with the error as the result, not at all.
+DWORD SpoolerSaveConfiguration(const wchar_t* path) noexcept;
+
 /// The text of the last configuration failure, cut to `characters` with its terminator; gives its length, 0 for none.
 DWORD SpoolerConfigError(wchar_t* text, DWORD characters) noexcept;
 

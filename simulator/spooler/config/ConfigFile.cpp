@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/config/ConfigFile.h"
 
+#include "spooler/config/ConfigTexts.h"
+
 #include <algorithm>
 
 namespace {
@@ -43,20 +45,27 @@ ConfigSection ParseHeader(std::wstring_view line, size_t number)
     ConfigSection section;
     section.line = number;
     section.kind = LowerCase(inside.substr(0, blank));
-    if (blank != std::wstring_view::npos) section.name = Trimmed(inside.substr(blank));
+    if (blank == std::wstring_view::npos) return section;
+    const std::wstring_view name = Trimmed(inside.substr(blank));
+    const std::optional<std::wstring> text = IsTextForm(name) ? ReadTextForm(name) : std::wstring(name);
+    if (!text) throw ConfigError{number, L"the section's name is malformed"};
+    section.isNamed = true;
+    section.name = *text;
     return section;
 }
 
 ConfigEntry ParseEntry(std::wstring_view line, size_t number)
 {
-    const size_t equals = line.find(L'=');
+    const size_t equals = FindOutsideTexts(line, L'=');
     if (equals == std::wstring_view::npos) throw ConfigError{number, L"neither a section nor \"key = value\""};
+    const std::wstring_view key = Trimmed(line.substr(0, equals));
     std::wstring_view value = Trimmed(line.substr(equals + 1));
-    if (value.starts_with(L'"')) {
+    const bool isQuoted = value.starts_with(L'"');
+    if (isQuoted) {
         if (value.size() < 2 || value.back() != L'"') throw ConfigError{number, L"the closing quote is missing"};
         value = value.substr(1, value.size() - 2);
     }
-    return {number, LowerCase(Trimmed(line.substr(0, equals))), std::wstring(value)};
+    return {number, LowerCase(key), std::wstring(value), isQuoted, std::wstring(key)};
 }
 
 } // namespace

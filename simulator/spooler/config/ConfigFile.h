@@ -12,15 +12,18 @@ struct ConfigError {
 /// "key = value" of a section.
 struct ConfigEntry {
     size_t line = 0;
-    std::wstring key;   // lower case, inner blanks as they are
-    std::wstring value; // without the blanks and quotes around it
+    std::wstring key;      // lower case, inner blanks as they are
+    std::wstring value;    // without the blanks and quotes around it
+    bool isQuoted = false; // the value stood in quotes, so it is a text
+    std::wstring writtenKey;
 };
 
 /// "[kind name]" and what follows it.
 struct ConfigSection {
     size_t line = 0;
-    std::wstring kind; // lower case
-    std::wstring name; // may be empty
+    std::wstring kind;    // lower case
+    bool isNamed = false; // something follows the kind
+    std::wstring name;
     std::vector<ConfigEntry> entries;
 };
 

@@ -1,118 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/config/ConfigSections.h"
 
+#include "recorder/RecordingForms.h"
 #include "spooler/config/ConfigCapability.h"
-#include "spooler/config/ConfigWords.h"
+#include "spooler/config/ConfigDevMode.h"
+#include "spooler/config/ConfigKeys.h"
+#include "spooler/config/ConfigTexts.h"
 #include "spooler/config/InputFile.h"
 #include "spooler/config/RecordingFile.h"
 #include "spooler/world/DeviceModule.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 
 namespace {
-
-template <typename Record>
-struct TextKey {
-    std::wstring_view key;
-    OptionalText Record::*field;
-};
-
-template <typename Record>
-struct NumberKey {
-    std::wstring_view key;
-    DWORD Record::*field;
-    DWORD (*read)(const ConfigEntry& entry);
-};
-
-template <const auto& words>
-DWORD ReadBits(const ConfigEntry& entry)
-{
-    return ConfigBits(entry, words);
-}
-
-constexpr std::array machineTexts{
-    TextKey<Described>{L"user",    &Described::userName   },
-    TextKey<Described>{L"machine", &Described::machineName},
-};
-
-constexpr std::array machineNumbers{
-    NumberKey<Described>{L"access", &Described::serverAccess, ReadBits<serverAccessWords>},
-};
-
-constexpr std::array printerTexts{
-    TextKey<PrinterRecord>{L"server",          &PrinterRecord::serverName    },
-    TextKey<PrinterRecord>{L"share",           &PrinterRecord::shareName     },
-    TextKey<PrinterRecord>{L"port",            &PrinterRecord::portName      },
-    TextKey<PrinterRecord>{L"driver",          &PrinterRecord::driverName    },
-    TextKey<PrinterRecord>{L"comment",         &PrinterRecord::comment       },
-    TextKey<PrinterRecord>{L"location",        &PrinterRecord::location      },
-    TextKey<PrinterRecord>{L"separator file",  &PrinterRecord::sepFile       },
-    TextKey<PrinterRecord>{L"print processor", &PrinterRecord::printProcessor},
-    TextKey<PrinterRecord>{L"data type",       &PrinterRecord::datatype      },
-    TextKey<PrinterRecord>{L"parameters",      &PrinterRecord::parameters    },
-};
-
-constexpr std::array printerNumbers{
-    NumberKey<PrinterRecord>{L"priority",         &PrinterRecord::priority,        ConfigNumber                },
-    NumberKey<PrinterRecord>{L"default priority", &PrinterRecord::defaultPriority, ConfigNumber                },
-    NumberKey<PrinterRecord>{L"start time",       &PrinterRecord::startTime,       ConfigMinutes               },
-    NumberKey<PrinterRecord>{L"until time",       &PrinterRecord::untilTime,       ConfigMinutes               },
-    NumberKey<PrinterRecord>{L"average ppm",      &PrinterRecord::averagePpm,      ConfigNumber                },
-    NumberKey<PrinterRecord>{L"attributes",       &PrinterRecord::attributes,      ReadBits<attributeWords>    },
-    NumberKey<PrinterRecord>{L"status",           &PrinterRecord::status,          ReadBits<printerStatusWords>},
-    NumberKey<PrinterRecord>{L"speed",            &PrinterRecord::bytesPerSecond,  ConfigNumber                },
-    NumberKey<PrinterRecord>{L"access",           &PrinterRecord::grantedAccess,   ReadBits<accessWords>       },
-};
-
-constexpr std::array driverTexts{
-    TextKey<DriverRecord>{L"environment",       &DriverRecord::environment    },
-    TextKey<DriverRecord>{L"driver path",       &DriverRecord::driverPath     },
-    TextKey<DriverRecord>{L"data file",         &DriverRecord::dataFile       },
-    TextKey<DriverRecord>{L"config file",       &DriverRecord::configFile     },
-    TextKey<DriverRecord>{L"help file",         &DriverRecord::helpFile       },
-    TextKey<DriverRecord>{L"monitor",           &DriverRecord::monitorName    },
-    TextKey<DriverRecord>{L"default data type", &DriverRecord::defaultDataType},
-    TextKey<DriverRecord>{L"manufacturer",      &DriverRecord::manufacturer   },
-    TextKey<DriverRecord>{L"oem url",           &DriverRecord::oemUrl         },
-    TextKey<DriverRecord>{L"hardware id",       &DriverRecord::hardwareId     },
-    TextKey<DriverRecord>{L"provider",          &DriverRecord::provider       },
-};
-
-constexpr std::array driverNumbers{
-    NumberKey<DriverRecord>{L"version",       &DriverRecord::version,          ConfigNumber},
-    NumberKey<DriverRecord>{L"attributes",    &DriverRecord::driverAttributes, ConfigNumber},
-    NumberKey<DriverRecord>{L"highest level", &DriverRecord::highestLevel,     ConfigNumber},
-};
-
-constexpr std::array portTexts{
-    TextKey<PortRecord>{L"monitor",     &PortRecord::monitorName},
-    TextKey<PortRecord>{L"description", &PortRecord::description},
-};
-
-constexpr std::array portNumbers{
-    NumberKey<PortRecord>{L"type", &PortRecord::type, ReadBits<portTypeWords>},
-};
-
-constexpr std::array jobTexts{
-    TextKey<JobRecord>{L"document",        &JobRecord::document      },
-    TextKey<JobRecord>{L"user",            &JobRecord::userName      },
-    TextKey<JobRecord>{L"machine",         &JobRecord::machineName   },
-    TextKey<JobRecord>{L"notify",          &JobRecord::notifyName    },
-    TextKey<JobRecord>{L"data type",       &JobRecord::datatype      },
-    TextKey<JobRecord>{L"print processor", &JobRecord::printProcessor},
-    TextKey<JobRecord>{L"parameters",      &JobRecord::parameters    },
-    TextKey<JobRecord>{L"status text",     &JobRecord::statusText    },
-};
-
-constexpr std::array jobNumbers{
-    NumberKey<JobRecord>{L"priority",      &JobRecord::priority,     ConfigNumber            },
-    NumberKey<JobRecord>{L"start time",    &JobRecord::startTime,    ConfigMinutes           },
-    NumberKey<JobRecord>{L"until time",    &JobRecord::untilTime,    ConfigMinutes           },
-    NumberKey<JobRecord>{L"total pages",   &JobRecord::totalPages,   ConfigNumber            },
-    NumberKey<JobRecord>{L"pages printed", &JobRecord::pagesPrinted, ConfigNumber            },
-    NumberKey<JobRecord>{L"size",          &JobRecord::reportedSize, ConfigNumber            },
-    NumberKey<JobRecord>{L"status",        &JobRecord::status,       ReadBits<jobStatusWords>},
-};
 
 /// True if the entry is one of the tables' keys; the field is set then.
 template <typename Record, size_t texts, size_t numbers>
@@ -121,12 +23,12 @@ bool SetField(Record& record, const ConfigEntry& entry, const std::array<TextKey
 {
     const auto text = std::ranges::find(textKeys, entry.key, &TextKey<Record>::key);
     if (text != textKeys.end()) {
-        record.*(text->field) = entry.value;
+        record.*(text->field) = ConfigText(entry);
         return true;
     }
     const auto number = std::ranges::find(numberKeys, entry.key, &NumberKey<Record>::key);
     if (number == numberKeys.end()) return false;
-    record.*(number->field) = number->read(entry);
+    record.*(number->field) = number->form.read(entry);
     return true;
 }
 
@@ -174,63 +76,37 @@ void ReadDriver(const ConfigSection& section, Described& described)
             driver.dependentFiles = ConfigList(entry);
         else if (entry.key == L"previous names")
             driver.previousNames = ConfigList(entry);
+        else if (entry.key == L"date")
+            driver.driverDate = std::bit_cast<FILETIME>(ConfigLongNumber(entry));
+        else if (entry.key == L"driver version")
+            driver.driverVersion = ConfigLongNumber(entry);
         else
             UnknownKey(section, entry);
     }
     described.drivers.push_back(std::move(driver));
 }
 
-short SmallNumber(const ConfigEntry& entry)
+/// One part of the path of a piece of data: as it is, or as `text:"..."`.
+std::wstring PathPart(const ConfigEntry& entry, std::wstring_view part)
 {
-    const DWORD number = ConfigNumber(entry);
-    if (number > 0x7FFF) throw ConfigError{entry.line, L"\"" + entry.key + L"\" is too large"};
-    return static_cast<short>(number);
+    if (!IsTextForm(part)) return std::wstring(part);
+    const OptionalText text = ReadTextForm(part);
+    if (!text) throw ConfigError{entry.line, L"the name in \"" + entry.key + L"\" is malformed"};
+    return *text;
 }
 
-/// A device mode field with its bit.
-struct DevModeKey {
-    std::wstring_view key;
-    DWORD bit;
-    void (*set)(DEVMODEW& devMode, const ConfigEntry& entry);
-};
-
-constexpr std::array devModeKeys{
-    DevModeKey{L"paper width",  DM_PAPERWIDTH,
-               [](DEVMODEW& devMode, const ConfigEntry& entry) { devMode.dmPaperWidth = SmallNumber(entry); } },
-    DevModeKey{L"paper length", DM_PAPERLENGTH,
-               [](DEVMODEW& devMode, const ConfigEntry& entry) { devMode.dmPaperLength = SmallNumber(entry); }},
-    DevModeKey{L"copies",       DM_COPIES,
-               [](DEVMODEW& devMode, const ConfigEntry& entry) { devMode.dmCopies = SmallNumber(entry); }     },
-    DevModeKey{L"orientation",  DM_ORIENTATION,
-               [](DEVMODEW& devMode, const ConfigEntry& entry) {
-                   devMode.dmOrientation = static_cast<short>(ConfigBits(entry, orientationWords));
-               }                                                          },
-    DevModeKey{L"form",         DM_FORMNAME,
-               [](DEVMODEW& devMode, const ConfigEntry& entry) { CutText(devMode.dmFormName, entry.value); }  },
-};
-
-bool SetDevModeField(DEVMODEW& devMode, const ConfigEntry& entry)
-{
-    const auto key = std::ranges::find(devModeKeys, entry.key, &DevModeKey::key);
-    if (key == devModeKeys.end()) return false;
-    key->set(devMode, entry);
-    devMode.dmFields |= key->bit;
-    return true;
-}
-
-/// "data Key\Value", or "data Value" for the key of the driver's data.
+/// "data Key\Value", or "data Value" for the key of the driver's data. Keeps the case in which they are written.
 void SetData(PrinterData& data, const ConfigEntry& entry, std::wstring_view path)
 {
-    const size_t backslash = path.rfind(L'\\');
+    const size_t backslash = FindLastOutsideTexts(path, L'\\');
     const bool plain = backslash == std::wstring_view::npos;
-    data.Set(plain ? printerDriverDataKey : path.substr(0, backslash), plain ? path : path.substr(backslash + 1),
-             ConfigData(entry));
+    const std::wstring key = plain ? std::wstring(printerDriverDataKey) : PathPart(entry, path.substr(0, backslash));
+    data.Set(key, PathPart(entry, plain ? path : path.substr(backslash + 1)), ConfigData(entry));
 }
 
 void SetCapability(PrinterRecord& printer, const ConfigEntry& entry, std::wstring_view word)
 {
-    const ConfigEntry name{entry.line, entry.key, std::wstring(word)};
-    const DWORD capability = ConfigBits(name, capabilityWords);
+    const DWORD capability = ConfigBits(ElementOf(entry, word), capabilityWords);
     if (capability > 0xFFFF) throw ConfigError{entry.line, L"there is no such capability"};
     const WORD number = static_cast<WORD>(capability);
     printer.capabilities[number] = ConfigCapability(entry, number);
@@ -256,25 +132,69 @@ void SetRecording(PrinterRecord& printer, const ConfigEntry& entry, const std::w
     if (error) throw ConfigError{entry.line, entry.value + L" can't be read, error " + std::to_wstring(error)};
 }
 
+/// "hex:01 ff".
+Bytes ConfigHex(const ConfigEntry& entry)
+{
+    constexpr std::wstring_view prefix = L"hex:";
+    if (!entry.value.starts_with(prefix)) throw ConfigError{entry.line, L"\"" + entry.key + L"\" wants \"hex:\""};
+    return ConfigBytes(entry, std::wstring_view(entry.value).substr(prefix.size()));
+}
+
+/// A whole device mode, or `none`.
+Bytes ConfigDevMode(const ConfigEntry& entry)
+{
+    return entry.value == L"none" ? Bytes() : ConfigHex(entry);
+}
+
+/// A key of a printer that is neither a text nor a number.
+struct SpecialKey {
+    std::wstring_view key;
+    void (*set)(ConfiguredPrinter& printer, const ConfigEntry& entry, const std::wstring& folder);
+};
+
+using Folder = const std::wstring&;
+
+constexpr std::array specialKeys{
+    SpecialKey{L"output",              [](ConfiguredPrinter& printer, const ConfigEntry& entry,
+               Folder folder) { printer.record.outputFolder = ConfigPath(entry, folder); }                     },
+    SpecialKey{L"pace",
+               [](ConfiguredPrinter& printer,                         const ConfigEntry& entry, Folder) {
+                   printer.record.pace = ConfigPace(entry);
+                   printer.paceIsSet = true;
+               }},
+    SpecialKey{L"end of job",          [](ConfiguredPrinter& printer, const ConfigEntry& entry,
+               Folder) { printer.record.trueEndOfJob = ConfigTruth(entry); }                                   },
+    SpecialKey{L"late names",          [](ConfiguredPrinter& printer, const ConfigEntry& entry,
+               Folder) { printer.record.lateNames = ConfigTruth(entry); }                                      },
+    SpecialKey{L"recording",           [](ConfiguredPrinter& printer, const ConfigEntry& entry,
+               Folder folder) { SetRecording(printer.record, entry, folder); }                                 },
+    SpecialKey{L"devmode",             [](ConfiguredPrinter& printer, const ConfigEntry& entry,
+               Folder) { printer.wholeDevMode = ConfigDevMode(entry); }                                        },
+    SpecialKey{L"user devmode",        [](ConfiguredPrinter& printer, const ConfigEntry& entry,
+               Folder) { printer.record.userDevMode = ConfigDevMode(entry); }                                  },
+    SpecialKey{L"security descriptor", [](ConfiguredPrinter& printer, const ConfigEntry& entry,
+               Folder) { printer.record.securityDescriptor = ConfigHex(entry); }                               },
+    SpecialKey{L"trouble",             [](ConfiguredPrinter& printer, const ConfigEntry& entry,
+               Folder) { printer.record.trouble.jobStatus = ConfigBits(entry, jobStatusWords); }               },
+    SpecialKey{L"trouble status",
+               [](ConfiguredPrinter& printer,                         const ConfigEntry& entry, Folder) {
+                   printer.record.trouble.printerStatus = ConfigBits(entry, printerStatusWords);
+               }},
+    SpecialKey{L"trouble text",        [](ConfiguredPrinter& printer, const ConfigEntry& entry,
+               Folder) { printer.record.trouble.text = ConfigText(entry); }                                    },
+};
+
 bool SetSpecial(ConfiguredPrinter& printer, const ConfigEntry& entry, const std::wstring& folder)
 {
     constexpr std::wstring_view dataPrefix = L"data ";
     constexpr std::wstring_view capabilityPrefix = L"capability ";
     constexpr std::wstring_view devicePrefix = L"device ";
     const std::wstring_view key = entry.key;
-    if (key == L"output") {
-        printer.record.outputFolder = ConfigPath(entry, folder);
-    } else if (key == L"pace") {
-        printer.record.pace = ConfigPace(entry);
-        printer.paceIsSet = true;
-    } else if (key == L"end of job") {
-        printer.record.trueEndOfJob = ConfigTruth(entry);
-    } else if (key == L"late names") {
-        printer.record.lateNames = ConfigTruth(entry);
-    } else if (key == L"recording") {
-        SetRecording(printer.record, entry, folder);
+    const auto special = std::ranges::find(specialKeys, key, &SpecialKey::key);
+    if (special != specialKeys.end()) {
+        special->set(printer, entry, folder);
     } else if (key.starts_with(dataPrefix)) {
-        SetData(printer.record.data, entry, key.substr(dataPrefix.size()));
+        SetData(printer.record.data, entry, std::wstring_view(entry.writtenKey).substr(dataPrefix.size()));
     } else if (key.starts_with(capabilityPrefix)) {
         SetCapability(printer.record, entry, key.substr(capabilityPrefix.size()));
     } else if (key.starts_with(devicePrefix)) {
@@ -298,18 +218,76 @@ void ReadPrinter(const ConfigSection& section, Described& described)
     ConfiguredPrinter printer;
     printer.line = section.line;
     printer.record.name = section.name;
-    CutText(printer.devMode.dmDeviceName, section.name);
-    printer.devMode.dmSpecVersion = DM_SPECVERSION;
-    printer.devMode.dmSize = sizeof(DEVMODEW);
+    printer.devMode = PlainDevMode(section.name);
     for (const ConfigEntry& entry : section.entries) {
         const bool known = entry.key != L"data type" && SetSpecial(printer, entry, described.folder);
         if (known || SetField(printer.record, entry, printerTexts, printerNumbers)) continue;
         if (!SetDevModeField(printer.devMode, entry)) UnknownKey(section, entry);
     }
-    printer.record.devMode = CopyDevMode(&printer.devMode);
+    printer.record.devMode = printer.wholeDevMode ? *printer.wholeDevMode : CopyDevMode(&printer.devMode);
     if (!printer.paceIsSet) printer.record.pace = PlainPace(printer.record);
     described.printers.push_back(std::move(printer));
 }
+
+JobStage ConfigStage(const ConfigEntry& entry)
+{
+    const auto stage = std::ranges::find_if(stages, [&](const auto& row) { return SameName(row.word, entry.value); });
+    if (stage == stages.end()) throw ConfigError{entry.line, L"unknown stage \"" + entry.value + L"\""};
+    return stage->stage;
+}
+
+/// A date as "2026-03-01 12:30:59.001"; one that is none, as bytes.
+SYSTEMTIME ConfigDate(const ConfigEntry& entry)
+{
+    const std::optional<SYSTEMTIME> date = ReadDate(entry.value);
+    if (date) return *date;
+    const Bytes bytes = ConfigHex(entry);
+    SYSTEMTIME time = {};
+    if (bytes.size() != sizeof time) throw ConfigError{entry.line, L"\"" + entry.key + L"\" wants a date"};
+    std::memcpy(&time, bytes.data(), sizeof time);
+    return time;
+}
+
+std::vector<DWORD> ConfigNumbers(const ConfigEntry& entry)
+{
+    std::vector<DWORD> numbers;
+    for (const std::wstring& piece : ConfigPieces(entry.value, L';'))
+        numbers.push_back(ConfigNumber(ElementOf(entry, piece)));
+    return numbers;
+}
+
+Bytes ReadDocument(const ConfigEntry& entry, Folder folder)
+{
+    DWORD error = ERROR_SUCCESS;
+    Bytes document = ReadWholeFile(ConfigPath(entry, folder), error);
+    if (error) throw ConfigError{entry.line, L"the job's file can't be read"};
+    return document;
+}
+
+/// A key of a job that is neither a text nor a number.
+struct SpecialJobKey {
+    std::wstring_view key;
+    void (*set)(JobRecord& job, const ConfigEntry& entry, Folder folder);
+};
+
+constexpr std::array specialJobKeys{
+    SpecialJobKey{L"text",
+                  [](JobRecord& job,               const ConfigEntry& entry, Folder) {
+                      const std::wstring text = ConfigPresentText(entry);
+                      job.spooled.assign(text.begin(), text.end());
+                  }                              },
+    SpecialJobKey{L"bytes",     [](JobRecord& job, const ConfigEntry& entry, Folder) { job.spooled = ConfigHex(entry); }     },
+    SpecialJobKey{L"file",      [](JobRecord& job, const ConfigEntry& entry,
+                  Folder folder) { job.spooled = ReadDocument(entry, folder); }                                              },
+    SpecialJobKey{L"devmode",
+                  [](JobRecord& job,               const ConfigEntry& entry, Folder) { job.devMode = ConfigDevMode(entry); } },
+    SpecialJobKey{L"submitted",
+                  [](JobRecord& job,               const ConfigEntry& entry, Folder) { job.submitted = ConfigDate(entry); }  },
+    SpecialJobKey{L"stage",     [](JobRecord& job, const ConfigEntry& entry, Folder) { job.stage = ConfigStage(entry); }     },
+    SpecialJobKey{L"retain",    [](JobRecord& job, const ConfigEntry& entry, Folder) { job.retain = ConfigTruth(entry); }    },
+    SpecialJobKey{L"page ends",
+                  [](JobRecord& job,               const ConfigEntry& entry, Folder) { job.pageEnds = ConfigNumbers(entry); }},
+};
 
 void ReadJob(const ConfigSection& section, Described& described)
 {
@@ -317,16 +295,11 @@ void ReadJob(const ConfigSection& section, Described& described)
     job.line = section.line;
     job.printerName = section.name;
     for (const ConfigEntry& entry : section.entries) {
+        job.keys.insert(entry.key);
         if (SetField(job.record, entry, jobTexts, jobNumbers)) continue;
-        if (entry.key == L"text") {
-            job.record.spooled.assign(entry.value.begin(), entry.value.end());
-        } else if (entry.key == L"file") {
-            DWORD error = ERROR_SUCCESS;
-            job.record.spooled = ReadWholeFile(ConfigPath(entry, described.folder), error);
-            if (error) throw ConfigError{entry.line, L"the job's file can't be read"};
-        } else {
-            UnknownKey(section, entry);
-        }
+        const auto special = std::ranges::find(specialJobKeys, entry.key, &SpecialJobKey::key);
+        if (special == specialJobKeys.end()) UnknownKey(section, entry);
+        special->set(job.record, entry, described.folder);
     }
     described.jobs.push_back(std::move(job));
 }
@@ -351,9 +324,9 @@ void ReadSection(const ConfigSection& section, Described& described)
 {
     const auto kind = std::ranges::find(sectionKinds, section.kind, &SectionKind::kind);
     if (kind == sectionKinds.end()) throw ConfigError{section.line, L"unknown section [" + section.kind + L"]"};
-    if (kind->named && section.name.empty())
+    if (kind->named && !section.isNamed)
         throw ConfigError{section.line, L"a section [" + section.kind + L"] wants a name"};
-    if (!kind->named && !section.name.empty())
+    if (!kind->named && section.isNamed)
         throw ConfigError{section.line, L"a section [" + section.kind + L"] takes no name"};
     kind->read(section, described);
 }

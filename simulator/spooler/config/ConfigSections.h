@@ -6,17 +6,22 @@
 #include "spooler/records/PortRecord.h"
 #include "spooler/records/PrinterRecord.h"
 
+#include <functional>
+#include <set>
+
 /// A job of the file; what it leaves open comes from its printer when it is added.
 struct ConfiguredJob {
     size_t line = 0;
     std::wstring printerName;
     JobRecord record;
+    std::set<std::wstring, std::less<>> keys; // that it has
 };
 
 struct ConfiguredPrinter {
     size_t line = 0;
     PrinterRecord record;
     DEVMODEW devMode = {};
+    std::optional<Bytes> wholeDevMode; // in the place of `devMode`
     bool paceIsSet = false;
     std::vector<size_t> deviceLines; // of the record's device settings
 };
@@ -27,6 +32,7 @@ struct Described {
     OptionalText userName;
     OptionalText machineName;
     DWORD serverAccess = SERVER_ALL_ACCESS;
+    DWORD nextJobId = 0; // 0: the next that is free
     std::vector<PortRecord> ports;
     std::vector<DriverRecord> drivers;
     std::vector<ConfiguredPrinter> printers;

@@ -9,7 +9,7 @@
 
 /// The words by which a configuration file names bits and numbers.
 
-constexpr std::array attributeWords{
+inline constexpr std::array attributeWords{
     ConfigWord{L"queued",            PRINTER_ATTRIBUTE_QUEUED         },
     ConfigWord{L"direct",            PRINTER_ATTRIBUTE_DIRECT         },
     ConfigWord{L"default",           PRINTER_ATTRIBUTE_DEFAULT        },
@@ -23,7 +23,7 @@ constexpr std::array attributeWords{
     ConfigWord{L"raw only",          PRINTER_ATTRIBUTE_RAW_ONLY       },
 };
 
-constexpr std::array printerStatusWords{
+inline constexpr std::array printerStatusWords{
     ConfigWord{L"paused",            PRINTER_STATUS_PAUSED           },
     ConfigWord{L"error",             PRINTER_STATUS_ERROR            },
     ConfigWord{L"paper jam",         PRINTER_STATUS_PAPER_JAM        },
@@ -49,7 +49,7 @@ constexpr std::array printerStatusWords{
     ConfigWord{L"power save",        PRINTER_STATUS_POWER_SAVE       },
 };
 
-constexpr std::array jobStatusWords{
+inline constexpr std::array jobStatusWords{
     ConfigWord{L"paused",            JOB_STATUS_PAUSED           },
     ConfigWord{L"error",             JOB_STATUS_ERROR            },
     ConfigWord{L"deleting",          JOB_STATUS_DELETING         },
@@ -66,19 +66,19 @@ constexpr std::array jobStatusWords{
     ConfigWord{L"retained",          jobStatusRetained           },
 };
 
-constexpr std::array accessWords{
+inline constexpr std::array accessWords{
     ConfigWord{L"all",  PRINTER_ALL_ACCESS},
     ConfigWord{L"use",  PRINTER_EXECUTE   },
     ConfigWord{L"none", 0                 },
 };
 
-constexpr std::array serverAccessWords{
+inline constexpr std::array serverAccessWords{
     ConfigWord{L"all",  SERVER_ALL_ACCESS},
     ConfigWord{L"use",  SERVER_EXECUTE   },
     ConfigWord{L"none", 0                },
 };
 
-constexpr std::array portTypeWords{
+inline constexpr std::array portTypeWords{
     ConfigWord{L"write",      PORT_TYPE_WRITE       },
     ConfigWord{L"read",       PORT_TYPE_READ        },
     ConfigWord{L"redirected", PORT_TYPE_REDIRECTED  },
@@ -91,19 +91,19 @@ struct PaceWord {
     SpoolerPace pace;
 };
 
-constexpr std::array paces{
+inline constexpr std::array paces{
     PaceWord{L"resting",   SpoolerPace::Resting },
     PaceWord{L"at once",   SpoolerPace::AtOnce  },
     PaceWord{L"stepped",   SpoolerPace::Stepped },
     PaceWord{L"real time", SpoolerPace::RealTime},
 };
 
-constexpr std::array orientationWords{
+inline constexpr std::array orientationWords{
     ConfigWord{L"portrait",  DMORIENT_PORTRAIT },
     ConfigWord{L"landscape", DMORIENT_LANDSCAPE},
 };
 
-constexpr std::array capabilityWords{
+inline constexpr std::array capabilityWords{
     ConfigWord{L"collate",         DC_COLLATE      },
     ConfigWord{L"color",           DC_COLORDEVICE  },
     ConfigWord{L"copies",          DC_COPIES       },

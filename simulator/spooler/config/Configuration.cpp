@@ -2,13 +2,17 @@
 #include "spooler/config/Configuration.h"
 
 #include "spooler/config/ConfigSections.h"
+#include "spooler/config/ConfigWriter.h"
 #include "spooler/config/InputFile.h"
+#include "spooler/config/SavedFile.h"
 #include "spooler/config/RecordingFile.h"
 #include "spooler/world/ChangeScope.h"
 #include "spooler/world/RecordedChanges.h"
 
 #include <algorithm>
+#include <map>
 #include <new>
+#include <set>
 
 namespace {
 
@@ -64,19 +68,42 @@ void TryDeviceSettings(const ConfiguredPrinter& printer, const Described& descri
     }
 }
 
+void CheckJobNumbers(const Described& described, const World& world)
+{
+    std::map<std::wstring, std::set<DWORD>, NameLess> numbers;
+    for (const auto& printer : world.Printers()) {
+        for (const auto& job : printer->queue.Jobs()) numbers[printer->name].insert(job->id);
+    }
+    for (const ConfiguredJob& job : described.jobs) {
+        const DWORD number = job.record.id;
+        if (number != 0 && !numbers[job.printerName].insert(number).second)
+            throw ConfigError{job.line, L"there is a job " + std::to_wstring(number) + L" already"};
+    }
+}
+
 void EnterJob(World& world, ConfiguredJob job)
 {
     const PrinterRecord& printer = *world.FindPrinter(job.printerName);
     JobRecord& record = job.record;
-    if (!record.userName) record.userName = world.UserName();
-    if (!record.machineName) record.machineName = L"\\\\" + world.MachineName();
-    if (!record.notifyName) record.notifyName = record.userName;
-    if (!record.document) record.document = L"";
-    if (!record.datatype) record.datatype = printer.datatype;
-    if (!record.printProcessor) record.printProcessor = printer.printProcessor;
-    record.devMode = printer.devMode;
-    ::GetSystemTime(&record.submitted);
+    const auto isOpen = [&](std::wstring_view key) { return !job.keys.contains(key); };
+    if (isOpen(L"user")) record.userName = world.UserName();
+    if (isOpen(L"machine")) record.machineName = L"\\\\" + world.MachineName();
+    if (isOpen(L"notify")) record.notifyName = record.userName;
+    if (isOpen(L"document")) record.document = L"";
+    if (isOpen(L"data type")) record.datatype = printer.datatype;
+    if (isOpen(L"print processor")) record.printProcessor = printer.printProcessor;
+    if (isOpen(L"devmode")) record.devMode = printer.devMode;
+    if (isOpen(L"submitted")) ::GetSystemTime(&record.submitted);
     ChangeScope(world, printer).AppendJob(std::move(record));
+}
+
+/// Jobs that bring their numbers keep them; the others get higher ones.
+void EnterJobs(World& world, std::vector<ConfiguredJob> jobs)
+{
+    for (const ConfiguredJob& job : jobs) {
+        if (job.record.id >= world.NextJobId()) world.SetNextJobId(job.record.id + 1);
+    }
+    for (ConfiguredJob& job : jobs) EnterJob(world, std::move(job));
 }
 
 void Enter(Described described, World& world)
@@ -87,7 +114,8 @@ void Enter(Described described, World& world)
     for (PortRecord& port : described.ports) world.PutPort(std::move(port));
     for (DriverRecord& driver : described.drivers) world.PutDriver(std::move(driver));
     for (ConfiguredPrinter& printer : described.printers) world.InsertPrinter(std::move(printer.record));
-    for (ConfiguredJob& job : described.jobs) EnterJob(world, std::move(job));
+    EnterJobs(world, std::move(described.jobs));
+    if (described.nextJobId) world.SetNextJobId(described.nextJobId);
 }
 
 std::wstring FolderOf(const std::wstring& path)
@@ -135,9 +163,15 @@ ConfigOutcome LoadConfiguration(const std::wstring& path, World& world)
         for (const ConfigSection& section : ParseConfig(bytes)) ReadSection(section, described);
         CheckNames(described, world);
         for (const ConfiguredPrinter& printer : described.printers) TryDeviceSettings(printer, described, world);
+        CheckJobNumbers(described, world);
         Enter(std::move(described), world);
         return {};
     });
+}
+
+DWORD SaveConfiguration(const std::wstring& path, World& world)
+{
+    return WriteSavedFile(path, ConfigurationText(world));
 }
 
 ConfigOutcome PlayRecording(const std::wstring& path, const PrinterRecord& printer, World& world)

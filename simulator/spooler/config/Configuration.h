@@ -13,6 +13,10 @@ struct ConfigOutcome {
 /// The format is told in docs/simulator.md.
 ConfigOutcome LoadConfiguration(const std::wstring& path, World& world);
 
+/// Writes a file from which `LoadConfiguration` makes the same world again: what docs/simulator.md says of it. The file
+/// of that name is replaced as a whole, or not at all. Gives ERROR_SUCCESS or the error.
+DWORD SaveConfiguration(const std::wstring& path, World& world);
+
 /// Plays a recording to those who listen to the printer, now and from now on; nothing of it if the file can't be read
 /// or is malformed.
 ConfigOutcome PlayRecording(const std::wstring& path, const PrinterRecord& printer, World& world);

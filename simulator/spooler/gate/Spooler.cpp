@@ -125,6 +125,13 @@ DWORD Spooler::LoadConfig(const std::wstring& path) noexcept
     return ReadFile([&](World& world) { return LoadConfiguration(path, world); });
 }
 
+DWORD Spooler::SaveConfig(const std::wstring& path) noexcept
+{
+    DWORD outcome = ERROR_SUCCESS;
+    const DWORD error = Control([&](World& world) { outcome = SaveConfiguration(path, world); });
+    return error ? error : outcome;
+}
+
 DWORD Spooler::PlayRecording(const wchar_t* printerName, const std::wstring& path) noexcept
 {
     return ReadFile([&](World& world) { return ::PlayRecording(path, world.PrinterOf(printerName), world); });

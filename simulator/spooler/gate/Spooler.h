@@ -80,6 +80,7 @@ public:
 
     void Reset() noexcept;
     DWORD LoadConfig(const std::wstring& path) noexcept;
+    DWORD SaveConfig(const std::wstring& path) noexcept;
     DWORD PlayRecording(const wchar_t* printerName, const std::wstring& path) noexcept;
     std::wstring ConfigError();
 

@@ -54,6 +54,11 @@ DWORD SpoolerLoadConfig(const wchar_t* path) noexcept
     return path ? Spooler::Instance().LoadConfig(path) : ERROR_INVALID_PARAMETER;
 }
 
+DWORD SpoolerSaveConfiguration(const wchar_t* path) noexcept
+{
+    return path ? Spooler::Instance().SaveConfig(path) : ERROR_INVALID_PARAMETER;
+}
+
 DWORD SpoolerConfigError(wchar_t* text, DWORD characters) noexcept
 {
     const std::wstring message = Spooler::Instance().ConfigError();

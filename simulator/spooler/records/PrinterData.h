@@ -19,9 +19,11 @@ public:
     /// False if there was none.
     bool Remove(std::wstring_view key, std::wstring_view name);
 
-private:
     using Key = std::map<std::wstring, Value, NameLess>;
 
+    const std::map<std::wstring, Key, NameLess>& Keys() const noexcept { return _keys; }
+
+private:
     std::map<std::wstring, Key, NameLess> _keys;
 };
 

@@ -77,6 +77,7 @@ public:
     bool IsBeingSpooled(DWORD printerId, DWORD jobId) const noexcept;
     /// The number of the next job that has none yet.
     void SetNextJobId(DWORD jobId) noexcept { _nextJobId = jobId; }
+    DWORD NextJobId() const noexcept { return _nextJobId; }
 
     /// Minutes after midnight GMT.
     DWORD MinuteOfDay() const noexcept;

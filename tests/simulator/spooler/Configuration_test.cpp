@@ -290,6 +290,41 @@ TEST_F(ConfigurationTest, AccessSaysWhatTheUserMayDo)
     EXPECT_TRUE(Open(L"All"));
 }
 
+TEST_F(ConfigurationTest, TextsCanBeWrittenWithEscapesOrBeNull)
+{
+    ASSERT_EQ(Load("[printer text:\" La\\u00E4bel\"]\n"
+                   "comment = text:\"one\\ntwo \\\"three\\\"\"\n"
+                   "location = text:null\n"
+                   "share = \"text:null\"\n"
+                   "data Gan\\Name = \"dword:1\"\n"
+                   "data text:\"A=B\"\\text:\"C\\\\D\" = dword:2\n"),
+              DWORD{ERROR_SUCCESS})
+        << std::filesystem::path(Message()).string();
+    const auto info = ReadPrinter<PRINTER_INFO_2W>(Open(L" La\u00E4bel"), 2);
+    EXPECT_EQ(Text(info->pComment), L"one\ntwo \"three\"");
+    EXPECT_EQ(info->pLocation, nullptr);
+    EXPECT_EQ(Text(info->pShareName), L"text:null");
+    wchar_t text[16] = {};
+    DWORD number = 0;
+    DWORD needed = 0;
+    EXPECT_EQ(SpoolerPeekData(L" La\u00E4bel", L"Gan", L"Name", nullptr, text, sizeof text, &needed), 0u);
+    EXPECT_EQ(Text(text), L"dword:1");
+    EXPECT_EQ(SpoolerPeekData(L" La\u00E4bel", L"A=B", L"C\\D", nullptr, &number, sizeof number, &needed), 0u);
+    EXPECT_EQ(number, 2u);
+}
+
+TEST_F(ConfigurationTest, JobsWithoutANumberGetHigherOnesThanThoseWithOne)
+{
+    ASSERT_EQ(Load("[printer Label]\n[job Label]\n[job Label]\nnumber = 1\n[job Label]\nnumber = 7\n[job Label]\n"),
+              DWORD{ERROR_SUCCESS});
+    const auto jobs = ReadJobs<JOB_INFO_1W>(Open(L"Label"), 1);
+    ASSERT_EQ(jobs.count, 4u);
+    EXPECT_EQ(jobs[0].JobId, 8u);
+    EXPECT_EQ(jobs[1].JobId, 1u);
+    EXPECT_EQ(jobs[2].JobId, 7u);
+    EXPECT_EQ(jobs[3].JobId, 9u);
+}
+
 TEST_F(ConfigurationTest, CommentsBlankLinesAMarkAndEitherLineEndAreTaken)
 {
     ASSERT_EQ(Load("\xEF\xBB\xBF; a comment\r\n\r\n# another\r\n[PRINTER  L\xC3\xA4"
@@ -311,20 +346,29 @@ TEST_F(ConfigurationTest, MalformedFilesAreToldWithTheirLine)
         size_t line;
         const wchar_t* message;
     } rows[] = {
-        {"comment = x\n",                               1, L"an entry before the first section"            },
-        {"[printer Label\n",                            1, L"the section's \"]\" is missing"               },
-        {"\n[printer Label]\ncomment\n",                3, L"neither a section nor \"key = value\""        },
-        {"[plotter Label]\n",                           1, L"unknown section [plotter]"                    },
-        {"[]\n",                                        1, L"unknown section []"                           },
-        {"[printer]\n",                                 1, L"a section [printer] wants a name"             },
-        {"[machine X]\n",                               1, L"a section [machine] takes no name"            },
-        {"[port P]\ncolour = x\n",                      2, L"unknown key \"colour\" in a section [port]"   },
-        {"[driver D]\ncolour = x\n",                    2, L"unknown key \"colour\" in a section [driver]" },
-        {"[machine]\ncolour = x\n",                     2, L"unknown key \"colour\" in a section [machine]"},
-        {"[printer Label]\n[printer LABEL]\n",          2, L"there is a printer \"LABEL\" already"         },
-        {"[job Label]\n",                               1, L"there is no printer \"Label\""                },
-        {"[printer Label]\n[job Label]\ncolour = x\n",  3, L"unknown key \"colour\" in a section [job]"    },
-        {"[printer Label]\n[job Label]\nfile = none\n", 3, L"the job's file can't be read"                 },
+        {"comment = x\n",                                                       1, L"an entry before the first section"            },
+        {"[printer Label\n",                                                    1, L"the section's \"]\" is missing"               },
+        {"\n[printer Label]\ncomment\n",                                        3, L"neither a section nor \"key = value\""        },
+        {"[plotter Label]\n",                                                   1, L"unknown section [plotter]"                    },
+        {"[]\n",                                                                1, L"unknown section []"                           },
+        {"[printer]\n",                                                         1, L"a section [printer] wants a name"             },
+        {"[machine X]\n",                                                       1, L"a section [machine] takes no name"            },
+        {"[port P]\ncolour = x\n",                                              2, L"unknown key \"colour\" in a section [port]"   },
+        {"[driver D]\ncolour = x\n",                                            2, L"unknown key \"colour\" in a section [driver]" },
+        {"[machine]\ncolour = x\n",                                             2, L"unknown key \"colour\" in a section [machine]"},
+        {"[printer Label]\n[printer LABEL]\n",                                  2, L"there is a printer \"LABEL\" already"         },
+        {"[job Label]\n",                                                       1, L"there is no printer \"Label\""                },
+        {"[printer Label]\n[job Label]\ncolour = x\n",                          3, L"unknown key \"colour\" in a section [job]"    },
+        {"[printer Label]\n[job Label]\nfile = none\n",                         3, L"the job's file can't be read"                 },
+        {"[printer text:\"x]\n",                                                1, L"the section's name is malformed"              },
+        {"[printer text:\"x\" y]\n",                                            1, L"the section's name is malformed"              },
+        {"[printer Label]\n[job Label]\nstage = late\n",                        3, L"unknown stage \"late\""                       },
+        {"[printer Label]\n[job Label]\nsubmitted = noon\n",                    3, L"\"submitted\" wants \"hex:\""                 },
+        {"[printer Label]\n[job Label]\nsubmitted = hex:01\n",                  3, L"\"submitted\" wants a date"                   },
+        {"[printer Label]\n[job Label]\nbytes = 01\n",                          3, L"\"bytes\" wants \"hex:\""                     },
+        {"[printer Label]\n[job Label]\ntext = text:null\n",                    3, L"\"text\" wants a text, not \"text:null\""     },
+        {"[printer Label]\n[job Label]\npage ends = 1; x\n",                    3, L"\"page ends\" wants a number, not \"x\""      },
+        {"[printer Label]\n[job Label]\nnumber = 5\n[job Label]\nnumber = 5\n", 4, L"there is a job 5 already"                     },
     };
     for (const auto& row : rows) {
         EXPECT_EQ(Load(row.text), DWORD{ERROR_BAD_CONFIGURATION}) << row.text;
@@ -370,31 +414,43 @@ TEST_F(ConfigurationTest, WrongEntriesOfAPrinterAreToldWithTheirLine)
         std::string entry;
         const wchar_t* message;
     } rows[] = {
-        {"capability papers = A4",             L"\"capability papers\" wants a number, not \"A4\""            },
-        {"capability papers = 65536",          L"there is no such paper: 65536"                               },
-        {"capability paper sizes = 5",         L"a paper size is written as 1000 x 1500, not 5"               },
-        {"capability paper sizes = 1 x 2 x 3", L"a paper size is written as 1000 x 1500, not 1 x 2 x 3"       },
-        {"capability paper sizes = a x b",     L"\"capability paper sizes\" wants a number, not \"a\""        },
-        {"colour = x",                         L"unknown key \"colour\" in a section [printer]"               },
-        {"comment = \"x",                      L"the closing quote is missing"                                },
-        {"comment = \"",                       L"the closing quote is missing"                                },
-        {"priority = high",                    L"\"priority\" wants a number, not \"high\""                   },
-        {"priority = -1",                      L"\"priority\" wants a number, not \"-1\""                     },
-        {"priority = 0x",                      L"\"priority\" wants a number, not \"0x\""                     },
-        {"priority = 4294967296",              L"\"priority\" wants a number, not \"4294967296\""             },
-        {"priority =",                         L"\"priority\" wants a number, not \"\""                       },
-        {"copies = 32768",                     L"\"copies\" is too large"                                     },
-        {"start time = 24:00",                 L"\"start time\" wants a time of day, not \"24:00\""           },
-        {"start time = 8:60",                  L"\"start time\" wants a time of day, not \"8:60\""            },
-        {"status = paper out, tired",          L"unknown word \"tired\" for \"status\""                       },
-        {"status = paper out, 0",              L"unknown word \"0\" for \"status\""                           },
-        {"pace = quick",                       L"unknown pace \"quick\""                                      },
-        {"late names = x",                     L"\"late names\" wants yes or no, not \"x\""                   },
-        {"output =",                           L"\"output\" wants a path, not \"\""                           },
-        {"data V = dword:x",                   L"\"data v\" wants a number behind \"dword:\", not \"dword:x\""},
-        {"data V = hex:123",                   L"\"data v\" wants bytes in hexadecimal, not \"hex:123\""      },
-        {"capability juggling = 1",            L"unknown word \"juggling\" for \"capability juggling\""       },
-        {"capability 65536 = 1",               L"there is no such capability"                                 },
+        {"capability papers = A4",             L"\"capability papers\" wants a number, not \"A4\""                          },
+        {"capability papers = 65536",          L"there is no such paper: 65536"                                             },
+        {"capability paper sizes = 5",         L"a paper size is written as 1000 x 1500, not 5"                             },
+        {"capability paper sizes = 1 x 2 x 3", L"a paper size is written as 1000 x 1500, not 1 x 2 x 3"                     },
+        {"capability paper sizes = a x b",     L"\"capability paper sizes\" wants a number, not \"a\""                      },
+        {"colour = x",                         L"unknown key \"colour\" in a section [printer]"                             },
+        {"comment = \"x",                      L"the closing quote is missing"                                              },
+        {"comment = \"",                       L"the closing quote is missing"                                              },
+        {"priority = high",                    L"\"priority\" wants a number, not \"high\""                                 },
+        {"priority = -1",                      L"\"priority\" wants a number, not \"-1\""                                   },
+        {"priority = 0x",                      L"\"priority\" wants a number, not \"0x\""                                   },
+        {"priority = 4294967296",              L"\"priority\" wants a number, not \"4294967296\""                           },
+        {"priority =",                         L"\"priority\" wants a number, not \"\""                                     },
+        {"copies = 32768",                     L"\"copies\" is too large"                                                   },
+        {"start time = 24:00",                 L"\"start time\" wants a time of day, not \"24:00\""                         },
+        {"start time = 8:60",                  L"\"start time\" wants a time of day, not \"8:60\""                          },
+        {"status = paper out, tired",          L"unknown word \"tired\" for \"status\""                                     },
+        {"status = paper out, 0",              L"unknown word \"0\" for \"status\""                                         },
+        {"pace = quick",                       L"unknown pace \"quick\""                                                    },
+        {"late names = x",                     L"\"late names\" wants yes or no, not \"x\""                                 },
+        {"output =",                           L"\"output\" wants a path, not \"\""                                         },
+        {"data V = dword:x",                   L"\"data v\" wants a number behind \"dword:\", not \"dword:x\""              },
+        {"comment = text:\"x",                 L"\"comment\" wants one text in quotes after \"text:\", not \"text:\"x\""    },
+        {"comment = text:\"x\" y",             L"\"comment\" wants one text in quotes after \"text:\", not \"text:\"x\" y\""},
+        {"comment = text:\"\\q\"",             L"\"comment\" wants one text in quotes after \"text:\", not \"text:\"\\q\"\""},
+        {"output = text:null",                 L"\"output\" wants a text, not \"text:null\""                                },
+        {"form = text:null",                   L"\"form\" wants a text, not \"text:null\""                                  },
+        {"devmode = all",                      L"\"devmode\" wants \"hex:\""                                                },
+        {"security descriptor = none",         L"\"security descriptor\" wants \"hex:\""                                    },
+        {"data text:\"V\" x = 1",              L"the name in \"data text:\"v\" x\" is malformed"                            },
+        {"data V = text:null",                 L"\"data v\" wants a text, not \"text:null\""                                },
+        {"data V = hex(x):00",                 L"\"data v\" wants the number of a type in \"hex(...)\", not \"hex(x):00\""  },
+        {"capability 13 = x hex:00",           L"\"capability 13\" wants a number, not \"x\""                               },
+        {"capability 13 = 1 hex:0g",           L"\"capability 13\" wants bytes in hexadecimal, not \"1 hex:0g\""            },
+        {"data V = hex:123",                   L"\"data v\" wants bytes in hexadecimal, not \"hex:123\""                    },
+        {"capability juggling = 1",            L"unknown word \"juggling\" for \"capability juggling\""                     },
+        {"capability 65536 = 1",               L"there is no such capability"                                               },
     };
     for (const auto& row : rows) {
         EXPECT_EQ(Load("[printer Label]\n" + row.entry + "\n"), DWORD{ERROR_BAD_CONFIGURATION}) << row.entry;

@@ -1,0 +1,232 @@
+// SPDX-License-Identifier: MIT
+#include "spooler/config/ConfigWriter.h"
+
+#include "recorder/RecordingForms.h"
+#include "recorder/Utf8.h"
+#include "spooler/config/ConfigCapability.h"
+#include "spooler/config/ConfigDevMode.h"
+#include "spooler/config/ConfigForms.h"
+#include "spooler/config/ConfigKeys.h"
+#include "spooler/config/ConfigTexts.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace {
+
+/// The lines of a configuration file.
+class Lines {
+public:
+    void Section(std::wstring_view kind, const std::wstring* name = nullptr)
+    {
+        _text.append(L"\n[").append(kind);
+        if (name) _text.append(L" ").append(name->empty() ? L"text:\"\"" : TextForm(*name));
+        _text += L"]\n";
+    }
+
+    void Entry(std::wstring_view key, std::wstring_view value)
+    {
+        _text.append(key).append(L" =").append(value.empty() ? L"" : L" ").append(value) += L'\n';
+    }
+
+    /// Those of the tables' fields that differ from the ones of `plain`.
+    template <typename Record, size_t texts, size_t numbers>
+    void Fields(const Record& record, const Record& plain, const std::array<TextKey<Record>, texts>& textKeys,
+                const std::array<NumberKey<Record>, numbers>& numberKeys)
+    {
+        for (const auto& key : textKeys) {
+            if (record.*key.field != plain.*key.field) Entry(key.key, OptionalForm(record.*key.field));
+        }
+        for (const auto& key : numberKeys) {
+            if (record.*key.field != plain.*key.field) Entry(key.key, key.form.write(record.*key.field));
+        }
+    }
+
+    void Hex(std::wstring_view key, const Bytes& bytes) { Entry(key, L"hex:" + BytesForm(bytes)); }
+
+    /// A whole device mode, or none.
+    void WholeDevMode(std::wstring_view key, const Bytes& devMode)
+    {
+        devMode.empty() ? Entry(key, L"none") : Hex(key, devMode);
+    }
+
+    std::string Utf8() const { return ToUtf8(_text); }
+
+private:
+    std::wstring _text = L"; Written by the spooler simulator.\n";
+};
+
+/// The same from whatever folder the file is read.
+std::wstring FullPath(const std::wstring& path)
+{
+    std::wstring full(::GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
+    const DWORD length = ::GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+    if (length == 0 || length >= full.size()) return path;
+    full.resize(length);
+    return full;
+}
+
+void WriteMachine(Lines& lines, const World& world)
+{
+    Described machine;
+    machine.userName = world.UserName();
+    machine.machineName = world.MachineName();
+    machine.serverAccess = world.ServerAccess();
+    machine.nextJobId = world.NextJobId();
+    lines.Section(L"machine");
+    lines.Fields(machine, Described(), machineTexts, machineNumbers);
+}
+
+void WritePort(Lines& lines, const PortRecord& port)
+{
+    lines.Section(L"port", &port.name);
+    lines.Fields(port, PortRecord(), portTexts, portNumbers);
+}
+
+void WriteDriver(Lines& lines, const DriverRecord& driver)
+{
+    lines.Section(L"driver", &driver.name);
+    lines.Fields(driver, DriverRecord(), driverTexts, driverNumbers);
+    if (driver.dependentFiles) lines.Entry(L"dependent files", ListForm(*driver.dependentFiles));
+    if (driver.previousNames) lines.Entry(L"previous names", ListForm(*driver.previousNames));
+    const auto date = std::bit_cast<DWORDLONG>(driver.driverDate);
+    if (date) lines.Entry(L"date", LongNumberForm(date));
+    if (driver.driverVersion) lines.Entry(L"driver version", LongNumberForm(driver.driverVersion));
+}
+
+void WriteDevModes(Lines& lines, const PrinterRecord& printer)
+{
+    const auto entries = DevModeEntries(printer.devMode, printer.name);
+    if (!entries) lines.WholeDevMode(L"devmode", printer.devMode);
+    if (entries) {
+        for (const auto& [key, value] : *entries) lines.Entry(key, value);
+    }
+    if (!printer.userDevMode.empty()) lines.Hex(L"user devmode", printer.userDevMode);
+}
+
+void WriteTrouble(Lines& lines, const DeviceTrouble& trouble)
+{
+    if (trouble.jobStatus) lines.Entry(L"trouble", BitsForm(trouble.jobStatus, jobStatusWords));
+    if (trouble.printerStatus) lines.Entry(L"trouble status", BitsForm(trouble.printerStatus, printerStatusWords));
+    if (trouble.text) lines.Entry(L"trouble text", TextForm(*trouble.text));
+}
+
+void WritePrinting(Lines& lines, const PrinterRecord& printer)
+{
+    lines.Entry(L"pace", std::ranges::find(paces, printer.pace, &PaceWord::pace)->word);
+    if (printer.trueEndOfJob) lines.Entry(L"end of job", TruthForm(true));
+    if (printer.lateNames) lines.Entry(L"late names", TruthForm(true));
+    if (!printer.outputFolder.empty()) lines.Entry(L"output", TextForm(FullPath(printer.outputFolder)));
+    if (printer.recording) lines.Entry(L"recording", TextForm(FullPath(printer.recording->path)));
+    WriteTrouble(lines, printer.trouble);
+}
+
+std::wstring PartForm(const std::wstring& part, std::wstring_view reserved)
+{
+    return part.empty() ? L"text:\"\"" : TextForm(part, reserved);
+}
+
+/// The driver's own key goes without saying. The last backslash is the one before the name.
+std::wstring DataKeyForm(const std::wstring& key, const std::wstring& name)
+{
+    return L"data " + (key == printerDriverDataKey ? L"" : PartForm(key, L"=") + L"\\") + PartForm(name, L"=\\");
+}
+
+void WriteData(Lines& lines, const PrinterData& data)
+{
+    for (const auto& [key, values] : data.Keys()) {
+        for (const auto& [name, value] : values) lines.Entry(DataKeyForm(key, name), DataForm(value));
+    }
+}
+
+void WriteCapabilities(Lines& lines, const PrinterRecord& printer)
+{
+    for (const auto& [capability, answer] : printer.capabilities) {
+        const auto word = std::ranges::find(capabilityWords, capability, &ConfigWord::bits);
+        const std::wstring name = word == capabilityWords.end() ? DecimalForm(capability) : std::wstring(word->word);
+        lines.Entry(L"capability " + name, CapabilityForm(answer, capability));
+    }
+}
+
+void WritePrinter(Lines& lines, const PrinterRecord& printer)
+{
+    lines.Section(L"printer", &printer.name);
+    lines.Fields(printer, PrinterRecord(), printerTexts, printerNumbers);
+    WriteDevModes(lines, printer);
+    if (!printer.securityDescriptor.empty()) lines.Hex(L"security descriptor", printer.securityDescriptor);
+    WritePrinting(lines, printer);
+    WriteData(lines, printer.data);
+    WriteCapabilities(lines, printer);
+}
+
+bool IsAscii(const Bytes& bytes)
+{
+    return std::ranges::all_of(bytes, [](BYTE byte) { return byte < 0x80; });
+}
+
+void WriteDocument(Lines& lines, const Bytes& document)
+{
+    if (document.empty()) return;
+    if (IsAscii(document))
+        lines.Entry(L"text", TextForm(std::wstring(document.begin(), document.end())));
+    else
+        lines.Hex(L"bytes", document);
+}
+
+void WritePageEnds(Lines& lines, const std::vector<DWORD>& pageEnds)
+{
+    std::wstring list;
+    for (const DWORD end : pageEnds) list += (list.empty() ? L"" : L"; ") + DecimalForm(end);
+    if (!list.empty()) lines.Entry(L"page ends", list);
+}
+
+Bytes BytesOf(const SYSTEMTIME& time)
+{
+    return CopyBytes(&time, sizeof time);
+}
+
+/// What a job that says nothing gets from its printer or the machine is told in any case.
+void WriteJob(Lines& lines, const PrinterRecord& printer, const JobRecord& job)
+{
+    JobRecord plain;
+    lines.Section(L"job", &printer.name);
+    const auto tellAlways = [&](std::wstring_view key, const OptionalText& text) {
+        lines.Entry(key, OptionalForm(text));
+    };
+    tellAlways(L"document", job.document);
+    tellAlways(L"user", job.userName);
+    tellAlways(L"machine", job.machineName);
+    tellAlways(L"notify", job.notifyName);
+    tellAlways(L"data type", job.datatype);
+    tellAlways(L"print processor", job.printProcessor);
+    plain.document = job.document;
+    plain.userName = job.userName;
+    plain.machineName = job.machineName;
+    plain.notifyName = job.notifyName;
+    plain.datatype = job.datatype;
+    plain.printProcessor = job.printProcessor;
+    lines.Fields(job, plain, jobTexts, jobNumbers);
+    if (job.devMode != printer.devMode) lines.WholeDevMode(L"devmode", job.devMode);
+    const std::optional<std::wstring> date = DateText(job.submitted);
+    date ? lines.Entry(L"submitted", *date) : lines.Hex(L"submitted", BytesOf(job.submitted));
+    if (job.stage != JobStage::Waiting)
+        lines.Entry(L"stage", std::ranges::find(stages, job.stage, &StageWord::stage)->word);
+    if (job.retain) lines.Entry(L"retain", TruthForm(true));
+    WritePageEnds(lines, job.pageEnds);
+    WriteDocument(lines, job.spooled);
+}
+
+} // namespace
+
+std::string ConfigurationText(World& world)
+{
+    Lines lines;
+    WriteMachine(lines, world);
+    for (const PortRecord& port : world.Ports()) WritePort(lines, port);
+    for (const DriverRecord& driver : world.Drivers()) WriteDriver(lines, driver);
+    for (const auto& printer : world.Printers()) WritePrinter(lines, *printer);
+    for (const auto& printer : world.Printers()) {
+        for (const auto& job : printer->queue.Jobs()) WriteJob(lines, *printer, *job);
+    }
+    return lines.Utf8();
+}

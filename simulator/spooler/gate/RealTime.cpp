@@ -6,6 +6,7 @@
 #include "spooler/world/RecordedChanges.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -36,11 +37,13 @@ bool RealTime::IsNeeded(const World& world) const noexcept
     return !_world && std::ranges::any_of(world.Printers(), IsRealTime);
 }
 
-void RealTime::Start(World& world, Mutex& lock, std::condition_variable_any& used) noexcept
+void RealTime::Start(World& world, Mutex& lock, std::condition_variable_any& used,
+                     std::function<void()> noteUse) noexcept
 {
     _world = &world;
     _lock = &lock;
     _used = &used;
+    _noteUse = std::move(noteUse);
     KeepModuleLoaded();
     const auto body = [](void* engine) -> DWORD {
         static_cast<RealTime*>(engine)->Run();
@@ -53,7 +56,7 @@ void RealTime::Run()
 {
     const MutexLock guard(*_lock);
     for (;;) {
-        while (DoWhatIsDue()) _used->notify_all();
+        while (DoWhatIsDue()) _noteUse();
         const auto now = Clock::now();
         const auto recorded = PlayUntil(*_world, now);
         auto wake = std::min(now + longestWait, recorded.value_or(Clock::time_point::max()));

@@ -8,6 +8,7 @@ namespace {
 
 constexpr DWORD longestHoldMs = 60000;
 constexpr wchar_t configVariable[] = L"VORLANE_SPOOLER_CONFIG";
+constexpr wchar_t saveVariable[] = L"VORLANE_SPOOLER_SAVE";
 
 std::wstring EnvironmentText(const wchar_t* name)
 {
@@ -71,8 +72,9 @@ DWORD Spooler::StandingError(const Call& call)
 
 void Spooler::KeepTime() noexcept
 {
+    const auto noteUse = [this]() NO_THREAD_SAFETY_ANALYSIS { NoteUse(); }; // its caller has the lock
     const MutexLock guard(_lock);
-    if (_realTime.IsNeeded(_world)) _realTime.Start(_world, _lock, _worldUsed);
+    if (_realTime.IsNeeded(_world)) _realTime.Start(_world, _lock, _worldUsed, noteUse);
 }
 
 std::optional<DWORD> Spooler::Intercept(Call& call)
@@ -111,13 +113,26 @@ void Spooler::LoadFromEnvironment() noexcept
     {
         const MutexLock guard(_lock);
         if (std::exchange(_environmentRead, true)) return;
-        const std::wstring path = EnvironmentText(configVariable);
-        if (path.empty()) return;
-        _configResult = Keep(LoadConfiguration(path, _world));
+        ReadEnvironment();
         message = _configError;
     }
     if (!message.empty()) Report(message);
     KeepTime();
+}
+
+/// A world that could not be read is not written over.
+void Spooler::ReadEnvironment() noexcept
+{
+    const std::wstring path = EnvironmentText(configVariable);
+    if (!path.empty()) _configResult = Keep(LoadConfiguration(path, _world));
+    if (_configResult == ERROR_SUCCESS) _kept.KeepIn(EnvironmentText(saveVariable));
+}
+
+void Spooler::NoteUse() noexcept
+{
+    const DWORD error = _kept.Update(_world);
+    if (error != ERROR_SUCCESS) Report(_kept.Path() + L": the world can't be saved, error " + std::to_wstring(error));
+    _worldUsed.notify_all();
 }
 
 DWORD Spooler::LoadConfig(const std::wstring& path) noexcept
@@ -172,6 +187,7 @@ void Spooler::Reset() noexcept
     {
         const MutexLock guard(_lock);
         _world.Clear();
+        _kept.KeepIn({});
         _environmentRead = true;
         _configResult = ERROR_SUCCESS;
         _configError.clear();

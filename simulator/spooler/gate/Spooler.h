@@ -4,6 +4,7 @@
 #include "spooler/config/Configuration.h"
 #include "spooler/gate/CallLog.h"
 #include "spooler/gate/FailureInjection.h"
+#include "spooler/gate/KeptWorld.h"
 #include "spooler/gate/RealTime.h"
 #include "spooler/levels/PackedWriter.h"
 #include "spooler/SpoolerError.h"
@@ -103,7 +104,7 @@ private:
             PrintEngine(world).Settle();
         };
         const DWORD error = ErrorOf(whole, _world);
-        _worldUsed.notify_all();
+        NoteUse();
         return error;
     }
 
@@ -120,6 +121,9 @@ private:
         }
     }
 
+    /// The world was used, and may have changed.
+    void NoteUse() noexcept REQUIRES(_lock);
+
     /// Sees to it that printers of real time are kept going.
     void KeepTime() noexcept;
 
@@ -129,6 +133,7 @@ private:
     /// Why every call fails, or this one; ERROR_SUCCESS if there is no such reason.
     DWORD StandingError(const Call& call);
     void LoadFromEnvironment() noexcept;
+    void ReadEnvironment() noexcept REQUIRES(_lock);
     DWORD Keep(const ConfigOutcome& outcome) REQUIRES(_lock);
     template <typename Read>
     DWORD ReadFile(Read read) noexcept;
@@ -137,6 +142,7 @@ private:
     std::condition_variable_any _worldUsed;
     World _world GUARDED_BY(_lock);
     RealTime _realTime GUARDED_BY(_lock);
+    KeptWorld _kept GUARDED_BY(_lock);
     bool _environmentRead GUARDED_BY(_lock) = false;
     DWORD _configResult GUARDED_BY(_lock) = ERROR_SUCCESS; // of the file that the environment names
     std::wstring _configError GUARDED_BY(_lock);

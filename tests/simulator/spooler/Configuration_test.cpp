@@ -7,6 +7,7 @@
 namespace {
 
 constexpr wchar_t variable[] = L"VORLANE_SPOOLER_CONFIG";
+constexpr wchar_t saveVariable[] = L"VORLANE_SPOOLER_SAVE";
 
 class ConfigurationTest : public SimulatorTest {
 protected:
@@ -503,6 +504,12 @@ protected:
     std::string Probe(const char* text, const wchar_t* arguments = L"")
     {
         std::ofstream(std::filesystem::path(path), std::ios::binary) << text;
+        return Probe(arguments);
+    }
+
+    /// The same under the configuration that is there.
+    std::string Probe(const wchar_t* arguments)
+    {
         ::SetEnvironmentVariableW(variable, path.c_str());
         const std::string output = Run(L"simulator_probe.exe " + std::wstring(arguments));
         ::SetEnvironmentVariableW(variable, nullptr);
@@ -565,6 +572,80 @@ TEST_F(ConfigurationEnvironmentTest, AMissingFileFailsTheCallsWithItsError)
 {
     path = (folder / "no such folder" / "spooler.ini").wstring();
     EXPECT_THAT(Probe(""), ::testing::EndsWith("error 3\nerror 3\n"));
+}
+
+/// The world is kept in a file while the process runs.
+class KeptWorldTest : public ConfigurationEnvironmentTest {
+protected:
+    void SetUp() override
+    {
+        ConfigurationEnvironmentTest::SetUp();
+        KeepIn(folder / "kept.ini");
+    }
+
+    void TearDown() override
+    {
+        ::SetEnvironmentVariableW(saveVariable, nullptr);
+        ConfigurationEnvironmentTest::TearDown();
+    }
+
+    static void KeepIn(const std::filesystem::path& file)
+    {
+        ::SetEnvironmentVariableW(saveVariable, file.wstring().c_str());
+    }
+
+    std::string Kept() const
+    {
+        std::ifstream file(folder / "kept.ini", std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    void LoadKept() { ASSERT_EQ(SpoolerLoadConfig((folder / "kept.ini").c_str()), DWORD{ERROR_SUCCESS}) << Kept(); }
+};
+
+TEST_F(KeptWorldTest, GoesOnInTheNextProcessEvenIfTheLastWasKilled)
+{
+    EXPECT_EQ(Probe("[printer First]\n", L"count"), "First\n1\n");
+    path = (folder / "kept.ini").wstring();
+    EXPECT_EQ(Probe(L"count"), "First\n2\n");
+    EXPECT_EQ(Probe(L"count"), "First\n3\n");
+    EXPECT_THAT(Kept(), ::testing::HasSubstr("\ndata Gantry\\Odometer Pages = dword:3\n"));
+}
+
+TEST_F(KeptWorldTest, IsKeptFromTheFirstCallOn)
+{
+    EXPECT_EQ(Probe("[printer First]\n[printer Second]\n"), "First\nSecond\n");
+    LoadKept();
+    EXPECT_EQ(ReadPrinters<PRINTER_INFO_1W>(PRINTER_ENUM_LOCAL, 1).count, 2u);
+}
+
+TEST_F(KeptWorldTest, FollowsAPrinterOfRealTimeToTheEndOfItsJob)
+{
+    EXPECT_EQ(Probe("[printer First]\npace = real time\n", L"print"), "First\nprinted\n");
+    LoadKept();
+    EXPECT_EQ(ReadJobs<JOB_INFO_1W>(Open(L"First"), 1).count, 0u);
+    EXPECT_THAT(Kept(), ::testing::HasSubstr("\nnext job = 2\n"));
+}
+
+TEST_F(KeptWorldTest, IsNotWrittenOverByAWorldThatCouldNotBeRead)
+{
+    std::ofstream(folder / "kept.ini") << "old";
+    Probe("[plotter]\n");
+    EXPECT_EQ(Kept(), "old");
+}
+
+TEST_F(KeptWorldTest, IsNoLongerKeptAfterAReset)
+{
+    Probe("[printer First]\n", L"reset");
+    EXPECT_THAT(Kept(), ::testing::HasSubstr("\n[printer First]\n"));
+}
+
+TEST_F(KeptWorldTest, FileThatCannotBeWrittenIsReportedOnceAndDisturbsNoCall)
+{
+    const std::filesystem::path file = folder / "no such folder" / "kept.ini";
+    KeepIn(file);
+    EXPECT_EQ(Probe("[printer First]\n", L"count"),
+              "spooler simulator: " + file.string() + ": the world can't be saved, error 3\nFirst\n1\n");
 }
 
 TEST_F(ConfigurationEnvironmentTest, APrinterOfRealTimeNeedsNobodyToDriveIt)

@@ -2,7 +2,8 @@
 
 /// Says what a fresh process sees of the spooler: the names of the local printers, a line each, or twice the error that
 /// keeps it from seeing them. With the argument "reset" it then empties the world and says it again; with "print" it
-/// prints on the printer "First" and says whether the job leaves the queue by itself.
+/// prints on the printer "First" and says whether the job leaves the queue by itself; with "count" it counts one up in
+/// the data of "First", says to what, and is killed.
 
 #include "spooler/SpoolerControl.h"
 
@@ -56,6 +57,24 @@ void Print()
     ::ClosePrinter(printer);
 }
 
+void Count()
+{
+    wchar_t name[] = L"First";
+    PRINTER_DEFAULTSW all{nullptr, nullptr, PRINTER_ALL_ACCESS};
+    HANDLE printer = nullptr;
+    if (!::OpenPrinterW(name, &printer, &all)) return;
+    DWORD count = 0;
+    DWORD needed = 0;
+    ::GetPrinterDataExW(printer, L"Gantry", L"Odometer Pages", nullptr, reinterpret_cast<BYTE*>(&count), sizeof count,
+                        &needed);
+    ++count;
+    ::SetPrinterDataExW(printer, L"Gantry", L"Odometer Pages", REG_DWORD, reinterpret_cast<BYTE*>(&count),
+                        sizeof count);
+    std::printf("%lu\n", count);
+    std::fflush(stdout);
+    ::TerminateProcess(::GetCurrentProcess(), 0);
+}
+
 } // namespace
 
 int main(int argumentCount, char** arguments)
@@ -64,6 +83,7 @@ int main(int argumentCount, char** arguments)
     TryPorts();
     const std::string_view wish = argumentCount < 2 ? "" : arguments[1];
     if (wish == "print") Print();
+    if (wish == "count") Count();
     if (wish != "reset") return 0;
     ::SpoolerReset();
     ListPrinters();

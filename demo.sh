@@ -26,7 +26,13 @@ a_job_and_its_events() {
 }
 
 a_printer_and_its_events() {
-    on_dock release "$work/dock" events "Dock 2 Labels" "$(windows_path "$label")"
+    local world=$work/printer/dock.ini
+    rm -rf "$work/printer"
+    mkdir -p "$work/printer"
+    cp samples/spooler/dock.ini "$world"
+    on_kept release "$world" build/release/bin/events.exe "Dock 2 Labels" "$(windows_path "$label")"
+    printf '\n   -> once more, in a new process: the odometer goes on where it was\n\n'
+    on_kept release "$world" build/release/bin/events.exe "Dock 2 Labels" "$(windows_path "$label")"
 }
 
 # a_job_at_the_device PRINTER FILE NAME: the program's exit code is the job's verdict.

@@ -26,16 +26,33 @@ prints() {
     echo "samples/$1: sends the file, which arrives"
 }
 
+# without_times: the lines of a C++ sample without their times of day. Whether it sees a job before or after its first page
+# has begun is a matter of luck.
+without_times() { tr -d '\r' | sed 's/^[0-9:.]* *//; s/ *$//; /TotalPagesChanged *0 -> 1$/d'; }
+
 # events PROGRAM NAME WORLD ARGUMENT...: the C++ sample prints the lines of samples/expected/NAME.txt, in that order, each
-# with a time of day. Whether it sees a job before or after its first page has begun is a matter of luck.
+# with a time of day.
 events() {
     local program=$1 name=$2 world=$3 verdict=0
     shift 3
     on_simulator "$preset" "$world.ini" "$work/$name" "build/$preset/bin/$program.exe" "$@" >"$work/$name.raw" ||
         verdict=$? # of the job
-    tr -d '\r' <"$work/$name.raw" | sed 's/^[0-9:.]* *//; s/ *$//; /TotalPagesChanged *0 -> 1$/d' >"$work/$name.said"
+    without_times <"$work/$name.raw" >"$work/$name.said"
     diff -u "samples/expected/$name.txt" "$work/$name.said"
     echo "samples/cpp/$program: tells the events of $name.txt, and ends with $verdict"
+}
+
+# The odometer is kept with the printer, which outlives the process: one prints, the next one finds it counted.
+counts_on() {
+    local world=$work/counts_on/dock.ini run
+    mkdir -p "${world%/*}"
+    cp samples/spooler/dock.ini "$world"
+    for run in events events-again; do
+        on_kept "$preset" "$world" "build/$preset/bin/events.exe" "Dock 2 Labels" "$(windows_path "$label")" |
+            without_times >"$work/$run.kept"
+        diff -u "samples/expected/$run.txt" "$work/$run.kept"
+    done
+    echo "samples/cpp/events: finds the odometer of the process before"
 }
 
 rm -rf "$work"
@@ -51,3 +68,4 @@ events watch watch dock "Dock 2 Labels" "$(windows_path "$label")" "Shipping lab
 events events events dock "Dock 2 Labels" "$(windows_path "$label")"
 events watch watch-verified labels "Gate 1 Labels" "$(windows_path "$label")" "Shipping label"
 events watch watch-cancelled labels "Gate 2 Labels" "$(windows_path samples/labels/pallet.lbl)" "Pallet labels"
+counts_on

@@ -58,6 +58,15 @@ on_simulator() {
     VORLANE_SPOOLER_CONFIG=$(windows_path "$folder/$config") spooler=simulator under_wine "$preset" "$@"
 }
 
+# on_kept PRESET FILE COMMAND...: runs a Windows program on the simulated spooler that FILE describes; what becomes of it
+# stays in that file.
+on_kept() {
+    local preset=$1 file
+    file=$(windows_path "$2")
+    shift 2
+    VORLANE_SPOOLER_CONFIG=$file VORLANE_SPOOLER_SAVE=$file spooler=simulator under_wine "$preset" "$@"
+}
+
 # on_warehouse PRESET FOLDER SCRIPT ARGUMENT...: runs a sample script on the simulated warehouse.
 on_warehouse() {
     local preset=$1 folder=$2 script=$3

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 
-// Prints the events of a printer and its odometer, while a second thread changes the printer and prints on it.
+// Prints a printer's odometer and its events, while a second thread changes the printer and prints on it.
 //
 //     events PRINTER FILE
 //
-// Ends once the odometer has moved, and a few changes have been heard of. Exit code 0, or 2 for a call that failed.
+// Ends once the odometer has moved. Exit code 0, or 2 for a call that failed.
 
 #include "cpp/EventSink.h"
 
@@ -33,6 +33,26 @@ constexpr const char* eventNames[] = {
 
 enum : DISPID { onCommentChanged = 4, onLocationChanged = 5, onStatusChanged = 9, onOdometerChanged = 10 };
 
+std::wstring OdometerOf(IPrinter& printer)
+{
+    ComPtr<IPrinterStatus> status;
+    unsigned long pages = 0;
+    float distance = 0;
+    if (FAILED(printer.get_Status(&status)) || FAILED(status->get_OdometerPages(&pages)) ||
+        FAILED(status->get_OdometerDistance(&distance)))
+        return {};
+    wchar_t text[64];
+    std::swprintf(text, std::size(text), L"%lu pages, %.1f mm", pages, static_cast<double>(distance));
+    return text;
+}
+
+void PrintLine(const char* what, const std::wstring& value)
+{
+    PrintTime();
+    std::printf("%-20s  %ls\n", what, value.c_str());
+    std::fflush(stdout);
+}
+
 /// Prints what it is told, with the new value read from the printer that comes with the event.
 class PrinterPrinter final : public EventSink<_IPrinterEvents> {
 public:
@@ -46,9 +66,7 @@ private:
     {
         if (event < 1 || event >= static_cast<DISPID>(std::size(eventNames))) return DISP_E_MEMBERNOTFOUND;
         const auto printer = ObjectIn<IPrinter>(arguments.back());
-        PrintTime();
-        std::printf("%-20s  %ls\n", eventNames[event], printer ? NewValue(event, *printer.Get()).c_str() : L"");
-        std::fflush(stdout);
+        PrintLine(eventNames[event], printer ? NewValue(event, *printer.Get()) : L"");
         if (event == onOdometerChanged) ::SetEvent(_moved);
         return S_OK;
     }
@@ -65,20 +83,10 @@ private:
         case onStatusChanged:
             return TextOf(status.Get(), &IPrinterStatus::get_Text);
         case onOdometerChanged:
-            return Odometer(*status.Get());
+            return OdometerOf(printer);
         default:
             return {};
         }
-    }
-
-    static std::wstring Odometer(IPrinterStatus& status)
-    {
-        unsigned long pages = 0;
-        float distance = 0;
-        if (FAILED(status.get_OdometerPages(&pages)) || FAILED(status.get_OdometerDistance(&distance))) return {};
-        wchar_t text[64];
-        std::swprintf(text, std::size(text), L"%lu pages, %.1f mm", pages, static_cast<double>(distance));
-        return text;
     }
 
     const HANDLE _moved = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
@@ -116,6 +124,7 @@ int ShowEvents(const wchar_t* printerName, const wchar_t* fileName)
     ComPtr<IPrinter> printer;
     const HRESULT result = OpenPrinterObject(printerName, printer);
     if (FAILED(result)) return Failed("Initialize", result);
+    PrintLine("Odometer", OdometerOf(*printer.Get()));
 
     ComPtr<PrinterPrinter> sink;
     *sink.GetAddressOf() = new PrinterPrinter;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/product/PrinterEventsTest.h"
-#include "support/product/QuietSeconds.h"
+#include "support/product/ProductWaits.h"
 #include "support/spooler/HeldCall.h"
 
 #include <gmock/gmock.h>
@@ -326,6 +326,8 @@ TEST_F(PrinterOdometer, OtherThreadsReadOnlyCountsThatThereWere)
 
 class QuietOdometer : public PrinterOdometer {
 protected:
+    QuietOdometer() { waits.ShortenQuietSeconds(100); }
+
     Connection WatchQueue()
     {
         return Connection(QueueOf(*printer.Get()).Get(), __uuidof(_IPrintQueueEvents),
@@ -333,17 +335,17 @@ protected:
     }
 
     EventLog queueLog;
-    const QuietSeconds quiet{Product()};
+    ProductWaits waits{Product()};
 };
 
 TEST_F(QuietOdometer, UnchangedIsNotTold)
 {
     const Connection sink = Watch(*printer.Get(), "printer");
-    ASSERT_TRUE(quiet.PassOne());
+    ASSERT_TRUE(waits.WaitForQuietSecond());
     EXPECT_THAT(log.Take(), IsEmpty());
     Print(1);
     EXPECT_THAT(lines, ElementsAre(changed));
-    ASSERT_TRUE(quiet.PassOne());
+    ASSERT_TRUE(waits.WaitForQuietSecond());
     EXPECT_THAT(log.Take(), IsEmpty());
 }
 
@@ -353,9 +355,9 @@ TEST_F(QuietOdometer, ChangeWhileNoSinkListenedIsToldInTheNextQuietSecondOnce)
     Print(2);
     EXPECT_THAT(lines, IsEmpty());
     const Connection sink = Watch(*printer.Get(), "printer");
-    ASSERT_TRUE(quiet.PassOne());
+    ASSERT_TRUE(waits.WaitForQuietSecond());
     EXPECT_THAT(log.Take(), ElementsAre(changed));
-    ASSERT_TRUE(quiet.PassOne());
+    ASSERT_TRUE(waits.WaitForQuietSecond());
     EXPECT_THAT(log.Take(), IsEmpty());
 }
 
@@ -372,7 +374,7 @@ TEST_F(QuietOdometer, TellsOfPagesThatWereOutBeforeTheJobWasHeardOf)
     }
     EXPECT_THAT(Told(), IsEmpty());
     ExpectOdometer(5, 0.0F);
-    ASSERT_TRUE(quiet.PassOne());
+    ASSERT_TRUE(waits.WaitForQuietSecond());
     EXPECT_THAT(log.Take(), ElementsAre(changed));
 }
 
@@ -385,7 +387,7 @@ TEST_F(QuietOdometer, FirstSinkAfterAStoredCountIsNotToldOfIt)
     printer.Reset();
     printer = BoundPrinter();
     const Connection sink = Watch(*printer.Get(), "printer");
-    ASSERT_TRUE(quiet.PassOne());
+    ASSERT_TRUE(waits.WaitForQuietSecond());
     EXPECT_THAT(log.Take(), IsEmpty());
 }
 

@@ -326,8 +326,6 @@ TEST_F(PrinterOdometer, OtherThreadsReadOnlyCountsThatThereWere)
 
 class QuietOdometer : public PrinterOdometer {
 protected:
-    QuietOdometer() { waits.ShortenQuietSeconds(100); }
-
     Connection WatchQueue()
     {
         return Connection(QueueOf(*printer.Get()).Get(), __uuidof(_IPrintQueueEvents),
@@ -335,17 +333,17 @@ protected:
     }
 
     EventLog queueLog;
-    ProductWaits waits{Product()};
+    const ProductWaits quiet{Product(), 100};
 };
 
 TEST_F(QuietOdometer, UnchangedIsNotTold)
 {
     const Connection sink = Watch(*printer.Get(), "printer");
-    ASSERT_TRUE(waits.WaitForQuietSecond());
+    ASSERT_TRUE(quiet.PassQuietSecond());
     EXPECT_THAT(log.Take(), IsEmpty());
     Print(1);
     EXPECT_THAT(lines, ElementsAre(changed));
-    ASSERT_TRUE(waits.WaitForQuietSecond());
+    ASSERT_TRUE(quiet.PassQuietSecond());
     EXPECT_THAT(log.Take(), IsEmpty());
 }
 
@@ -355,9 +353,9 @@ TEST_F(QuietOdometer, ChangeWhileNoSinkListenedIsToldInTheNextQuietSecondOnce)
     Print(2);
     EXPECT_THAT(lines, IsEmpty());
     const Connection sink = Watch(*printer.Get(), "printer");
-    ASSERT_TRUE(waits.WaitForQuietSecond());
+    ASSERT_TRUE(quiet.PassQuietSecond());
     EXPECT_THAT(log.Take(), ElementsAre(changed));
-    ASSERT_TRUE(waits.WaitForQuietSecond());
+    ASSERT_TRUE(quiet.PassQuietSecond());
     EXPECT_THAT(log.Take(), IsEmpty());
 }
 
@@ -374,7 +372,7 @@ TEST_F(QuietOdometer, TellsOfPagesThatWereOutBeforeTheJobWasHeardOf)
     }
     EXPECT_THAT(Told(), IsEmpty());
     ExpectOdometer(5, 0.0F);
-    ASSERT_TRUE(waits.WaitForQuietSecond());
+    ASSERT_TRUE(quiet.PassQuietSecond());
     EXPECT_THAT(log.Take(), ElementsAre(changed));
 }
 
@@ -387,7 +385,7 @@ TEST_F(QuietOdometer, FirstSinkAfterAStoredCountIsNotToldOfIt)
     printer.Reset();
     printer = BoundPrinter();
     const Connection sink = Watch(*printer.Get(), "printer");
-    ASSERT_TRUE(waits.WaitForQuietSecond());
+    ASSERT_TRUE(quiet.PassQuietSecond());
     EXPECT_THAT(log.Take(), IsEmpty());
 }
 

@@ -205,7 +205,7 @@ TEST_F(JobScenario, NumberThatIsUsedAgainAfterTheMinuteIsANewJob)
     SpoolPage();
     Step();
     ProductTicks::Advance(retentionMs);
-    EXPECT_TRUE(waits.WaitForQuietSecond());
+    EXPECT_TRUE(waits.PassQuietSecond());
     ::SpoolerSetNextJobId(1);
     EXPECT_EQ(SpoolPage(), 1u);
     EXPECT_THAT(Told(), ElementsAre("queue: OnJobNew(job 1)", "queue: OnJobPositionChanged(job 1, 0, 1)",
@@ -220,7 +220,7 @@ TEST_F(JobScenario, FinalStateCanBeReadForAMinuteAfterTheEnd)
     Step();
     EXPECT_EQ(StatusTextOf(*OpenJob(1).Get()), L"Sent, Completed");
     ProductTicks::Advance(retentionMs);
-    EXPECT_TRUE(waits.WaitForQuietSecond());
+    EXPECT_TRUE(waits.PassQuietSecond());
     OwnedBstr name;
     EXPECT_EQ(AnswerOf(OpenJob(1)->get_Name(name.Receive())), invalidJob);
 }

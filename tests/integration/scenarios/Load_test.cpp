@@ -141,7 +141,7 @@ protected:
         }
     }
 
-    ProductWaits waits{Product()};
+    const ProductWaits waits{Product()};
     std::deque<WatchedPrinter> watched;
 };
 

@@ -4,6 +4,7 @@
 #include "integration/scenarios/FieldDocument.h"
 #include "support/Eventually.h"
 #include "support/com/EventSink.h"
+#include "support/com/JobAnswers.h"
 #include "support/product/IntegrationTest.h"
 #include "support/product/ProductWaits.h"
 #include "support/spooler/HeldCall.h"
@@ -33,7 +34,6 @@ protected:
     {
         IntegrationTest::SetUp();
         ASSERT_EQ(Product().CanUnloadNow(), S_OK) << "an earlier test left an object";
-        waits.ShortenQuietSeconds(20);
         printer = BoundPrinter();
         EXPECT_EQ(printer->get_Queue(&queue), S_OK);
     }
@@ -151,7 +151,7 @@ protected:
 
     void Settle() { EXPECT_TRUE(waits.WaitUntilIdle()) << "a notification thread doesn't come back"; }
 
-    ProductWaits waits{Product()};
+    const ProductWaits waits{Product(), 2};
     EventLog log;
     ComPtr<IPrinter> printer;
     ComPtr<IPrintQueue> queue;

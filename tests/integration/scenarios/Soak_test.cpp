@@ -17,12 +17,11 @@ protected:
     /// What the process and the spooler hold for the product.
     struct Holdings {
         size_t blocks;
-        DWORD handles;
+        size_t handles;
         DWORD printerHandles;
         DWORD notifications;
         DWORD notifyBlocks;
 
-        bool operator==(const Holdings&) const = default;
         friend std::ostream& operator<<(std::ostream& stream, const Holdings& holdings)
         {
             return stream << holdings.blocks << " blocks, " << holdings.handles << " handles, "
@@ -31,12 +30,29 @@ protected:
         }
     };
 
+    /// How many handles the process has. Where they aren't counted, as under Wine, the place of the first that is free,
+    /// which goes up with them.
+    static size_t HandleCount()
+    {
+        DWORD counted = 0;
+        ::GetProcessHandleCount(::GetCurrentProcess(), &counted);
+        const OWaitHandle free(::CreateEventW(nullptr, FALSE, FALSE, nullptr));
+        return counted ? counted : reinterpret_cast<size_t>(free.Get()) / sizeof(DWORD);
+    }
+
     Holdings Held() const
     {
-        DWORD handles = 0;
-        ::GetProcessHandleCount(::GetCurrentProcess(), &handles);
-        return {heap.LiveBlocks(), handles, ::SpoolerOpenHandles(nullptr), ::SpoolerOpenNotifications(),
+        return {heap.LiveBlocks(), HandleCount(), ::SpoolerOpenHandles(nullptr), ::SpoolerOpenNotifications(),
                 ::SpoolerUnfreedNotifyBlocks()};
+    }
+
+    /// A list of the product may have more room at one time than at another; what a job leaves behind adds up.
+    static bool IsFlat(const Holdings& now, const Holdings& before)
+    {
+        constexpr size_t room = 8;
+        return now.blocks <= before.blocks + room && now.handles <= before.handles + room &&
+               now.printerHandles == before.printerHandles && now.notifications == before.notifications &&
+               now.notifyBlocks == before.notifyBlocks;
     }
 
     /// The call log is too short for this many calls, so the one opening is known instead of counted.
@@ -59,7 +75,7 @@ protected:
         ::SpoolerStep(printerName, spoolerAllSteps, nullptr);
         Settle();
         ProductTicks::Advance(retentionMs);
-        EXPECT_TRUE(waits.WaitForQuietSecond());
+        EXPECT_TRUE(waits.PassQuietSecond());
     }
 
     const ProductTicks ticks{Product()};
@@ -69,7 +85,6 @@ protected:
 TEST_F(SoakProperty, EveryJobThatGoesInComesOutAndNothingOfItStays)
 {
     const auto rounds = static_cast<DWORD>(RandomOperations(5'000, 100'000)) / jobsOfRound;
-    waits.ShortenQuietSeconds(1);
     TallySink tally;
     const Connection connection = Connect(*queue.Get(), &tally);
     PrintRound();
@@ -79,7 +94,7 @@ TEST_F(SoakProperty, EveryJobThatGoesInComesOutAndNothingOfItStays)
     for (DWORD round = 2; round < rounds; ++round) {
         PrintRound();
         ::SpoolerClearLog();
-        ASSERT_EQ(Held(), before) << "round " << round;
+        ASSERT_TRUE(IsFlat(Held(), before)) << Held() << " after round " << round << ", before: " << before;
         ASSERT_EQ(tally.Take().size(), jobsOfRound) << "round " << round;
     }
     EXPECT_EQ(tally.Finalized(), rounds * jobsOfRound);

@@ -44,11 +44,12 @@ bool IsIdle()
 
 } // namespace
 
-ProductWaits::ProductWaits(const ProductModule& product)
+ProductWaits::ProductWaits(const ProductModule& product, DWORD quietSecondMs)
     : _waits("WaitForMultipleObjects", Wait, product.Handle()),
       _noSleep(
           "Sleep", [](DWORD) { ::SwitchToThread(); }, product.Handle())
 {
+    longestMs = quietSecondMs;
 }
 
 ProductWaits::~ProductWaits()
@@ -69,13 +70,8 @@ bool ProductWaits::WaitUntilIdle() const
     return true;
 }
 
-void ProductWaits::ShortenQuietSeconds(DWORD ms)
-{
-    longestMs = ms;
-}
-
 /// What the first time-out leads to is over when the second comes.
-bool ProductWaits::WaitForQuietSecond() const
+bool ProductWaits::PassQuietSecond() const
 {
     const int before = timeouts;
     return Eventually([&] { return timeouts >= before + 2; });

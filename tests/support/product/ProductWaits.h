@@ -9,7 +9,8 @@
 /// Make it before any printer is watched; one at a time. Threads: any.
 class ProductWaits {
 public:
-    explicit ProductWaits(const ProductModule& product);
+    /// A thread that has waited for `quietSecondMs` milliseconds in vain takes that for a second.
+    explicit ProductWaits(const ProductModule& product, DWORD quietSecondMs = INFINITE);
     ProductWaits(const ProductWaits&) = delete;
     ProductWaits& operator=(const ProductWaits&) = delete;
     ~ProductWaits();
@@ -17,12 +18,9 @@ public:
     /// Waits until every watched printer's thread waits with nothing to fetch; false if that takes too long.
     bool WaitUntilIdle() const;
 
-    /// From its next wait on, each thread takes so many milliseconds without a notice for a quiet second.
-    void ShortenQuietSeconds(DWORD ms);
-
     /// With one watched printer: waits until a quiet second has been handled from its beginning; false if that takes
     /// too long.
-    bool WaitForQuietSecond() const;
+    bool PassQuietSecond() const;
 
 private:
     ImportHook<decltype(::WaitForMultipleObjects)> _waits;

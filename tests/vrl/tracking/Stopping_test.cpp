@@ -3,6 +3,7 @@
 
 #include "support/BackgroundCall.h"
 #include "support/CapturedTrace.h"
+#include "support/com/HeldSink.h"
 #include "vrl/core/XPrinter.h"
 #include "vrl/core/XPrinterRef.h"
 #include "vrl/tracking/TrackingTest.h"
@@ -11,32 +12,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-/// A sink that stands still in its first event until the test lets it go on.
-class HeldSink {
-public:
-    HeldSink(EventLog& log, std::string name) : _sink(EventSink::Create(log, std::move(name)))
-    {
-        _sink->onInvoke = [this](DISPID, DISPPARAMS*) {
-            ::SetEvent(_entered.Get());
-            ::WaitForSingleObject(_goOn.Get(), patienceMs);
-            return S_OK;
-        };
-    }
-    ~HeldSink() { GoOn(); }
-
-    IUnknown* Get() const { return _sink.Get(); }
-    bool WaitUntilCalled() const { return ::WaitForSingleObject(_entered.Get(), patienceMs) == WAIT_OBJECT_0; }
-    void GoOn() const { ::SetEvent(_goOn.Get()); }
-    void Forget() { _sink.Reset(); }
-
-private:
-    static constexpr DWORD patienceMs = 30000;
-
-    Microsoft::WRL::ComPtr<EventSink> _sink;
-    OWaitHandle _entered{::CreateEventW(nullptr, FALSE, FALSE, nullptr)};
-    OWaitHandle _goOn{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
-};
 
 class StoppingTest : public TrackingTest {
 protected:

@@ -7,6 +7,10 @@
 
 #include <array>
 
+// Which sinks are taken, and when an object stands in the list of its printer, is held by tests/vrl/frame and
+// tests/vrl/classes/Printer_test.cpp; that each class has its points, by contract/ClassFactory_test.cpp. Here: what
+// references there are, and what runs, in the module that ships.
+
 namespace {
 
 ULONG ReferencesOf(IUnknown* object)
@@ -62,20 +66,6 @@ protected:
 
 // Container and point
 
-TEST_F(ConnectionPoint, IsForTheEventsOfThePrinter)
-{
-    IID iid{};
-    EXPECT_EQ(point->GetConnectionInterface(&iid), S_OK);
-    EXPECT_EQ(iid, __uuidof(_IPrinterEvents));
-}
-
-TEST_F(ConnectionPoint, LeadsBackToItsContainer)
-{
-    ComPtr<IConnectionPointContainer> back;
-    EXPECT_EQ(point->GetConnectionPointContainer(&back), S_OK);
-    EXPECT_EQ(back.Get(), container.Get());
-}
-
 TEST_F(ConnectionPoint, LivesAndDiesWithItsPrinter)
 {
     EXPECT_EQ(ReferencesOf(printer.Get()), 3u); // the printer, its container, its point
@@ -100,21 +90,8 @@ TEST_F(ConnectionPoint, IsNotThePrinterItself)
     EXPECT_EQ(point->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
 }
 
-TEST_F(ConnectionPoint, IsNotFoundUnderAnotherInterface)
-{
-    static constexpr std::array interfaces{&__uuidof(_IPrintJobEvents), &__uuidof(_IPrintQueueEvents),
-                                           &__uuidof(IPrinter), &IID_IDispatch, &IID_IUnknown};
-    for (const IID* iid : interfaces) {
-        ComPtr<IConnectionPoint> none;
-        EXPECT_EQ(container->FindConnectionPoint(*iid, &none), CONNECT_E_NOCONNECTION);
-        EXPECT_EQ(none.Get(), nullptr);
-    }
-}
-
 TEST_F(ConnectionPoint, RefusesNullPointers)
 {
-    EXPECT_EQ(container->FindConnectionPoint(__uuidof(_IPrinterEvents), nullptr), E_POINTER);
-    EXPECT_EQ(container->EnumConnectionPoints(nullptr), E_POINTER);
     EXPECT_EQ(point->GetConnectionInterface(nullptr), E_POINTER);
     EXPECT_EQ(point->GetConnectionPointContainer(nullptr), E_POINTER);
     EXPECT_EQ(point->EnumConnections(nullptr), E_POINTER);
@@ -122,100 +99,12 @@ TEST_F(ConnectionPoint, RefusesNullPointers)
 
 // Sinks
 
-TEST_F(ConnectionPoint, TakesOneReferenceOnASinkAndGivesItBack)
-{
-    const DWORD cookie = Advise();
-    EXPECT_EQ(sink->References(), 2u);
-    EXPECT_EQ(point->Unadvise(cookie), S_OK);
-    EXPECT_EQ(sink->References(), 1u);
-}
-
-TEST_F(ConnectionPoint, TakesOneSinkAsOftenAsItIsGiven)
-{
-    const DWORD first = Advise();
-    const DWORD second = Advise();
-    EXPECT_NE(first, second);
-    EXPECT_EQ(sink->References(), 3u);
-    EXPECT_EQ(point->Unadvise(second), S_OK);
-    EXPECT_EQ(point->Unadvise(first), S_OK);
-}
-
-TEST_F(ConnectionPoint, LetsGoOfTheSinkOfTheCookieOnly)
-{
-    const auto other = RecordingSink::Create(__uuidof(_IPrinterEvents));
-    const DWORD first = Advise();
-    const DWORD second = Advise(other.Get());
-    EXPECT_EQ(point->Unadvise(first), S_OK);
-    EXPECT_EQ(sink->References(), 1u);
-    EXPECT_EQ(other->References(), 2u);
-    EXPECT_EQ(point->Unadvise(second), S_OK);
-}
-
 TEST_F(ConnectionPoint, TakesManySinks)
 {
     std::vector<DWORD> cookies;
     for (int i = 0; i < 100; ++i) cookies.push_back(Advise());
     EXPECT_EQ(sink->References(), 101u);
     for (const DWORD cookie : cookies) EXPECT_EQ(point->Unadvise(cookie), S_OK);
-}
-
-TEST_F(ConnectionPoint, DoesNotKnowACookieThatItDidNotGive)
-{
-    const DWORD cookie = Advise();
-    EXPECT_EQ(point->Unadvise(cookie + 1), CONNECT_E_NOCONNECTION);
-    EXPECT_EQ(point->Unadvise(0), CONNECT_E_NOCONNECTION);
-    EXPECT_EQ(sink->References(), 2u);
-    EXPECT_EQ(point->Unadvise(cookie), S_OK);
-}
-
-TEST_F(ConnectionPoint, ForgetsACookieThatWasUsed)
-{
-    const DWORD cookie = Advise();
-    EXPECT_EQ(point->Unadvise(cookie), S_OK);
-    EXPECT_EQ(point->Unadvise(cookie), CONNECT_E_NOCONNECTION);
-}
-
-TEST_F(ConnectionPoint, RefusesASinkWithoutTheEventInterface)
-{
-    const auto stranger = RecordingSink::Create(__uuidof(_IPrintJobEvents));
-    DWORD cookie = 99;
-    EXPECT_EQ(point->Advise(stranger.Get(), &cookie), CONNECT_E_CANNOTCONNECT);
-    EXPECT_EQ(cookie, 0u);
-    EXPECT_EQ(stranger->References(), 1u);
-    EXPECT_EQ(point->Unadvise(cookie), CONNECT_E_NOCONNECTION);
-}
-
-TEST_F(ConnectionPoint, RefusesToConnectNothing)
-{
-    DWORD cookie = 0;
-    EXPECT_EQ(point->Advise(nullptr, &cookie), E_POINTER);
-    EXPECT_EQ(point->Advise(sink.Get(), nullptr), E_POINTER);
-    EXPECT_EQ(sink->References(), 1u);
-    EXPECT_EQ(point->Unadvise(0), CONNECT_E_NOCONNECTION);
-    EXPECT_EQ(point->Unadvise(0), CONNECT_E_NOCONNECTION);
-}
-
-TEST_F(ConnectionPoint, OfAnUnboundPrinterRefusesTheSink)
-{
-    Connect(CreatePrinter());
-    DWORD cookie = 0;
-    EXPECT_EQ(point->Advise(sink.Get(), &cookie), E_POINTER);
-    EXPECT_EQ(sink->References(), 1u);
-    EXPECT_EQ(point->Unadvise(cookie), CONNECT_E_NOCONNECTION);
-}
-
-TEST_F(ConnectionPoint, OfAnUnboundPrinterHasNothingToDisconnect)
-{
-    Connect(CreatePrinter());
-    EXPECT_EQ(point->Unadvise(1), CONNECT_E_NOCONNECTION);
-}
-
-TEST_F(ConnectionPoint, OfAPrinterThatWasUnboundTakesASinkOnceItIsBound)
-{
-    Connect(CreatePrinter());
-    EXPECT_EQ(Initialize(*printer.Get(), printerName), S_OK);
-    const DWORD cookie = Advise();
-    EXPECT_EQ(point->Unadvise(cookie), S_OK);
 }
 
 TEST_F(ConnectionPoint, LetsGoOfASinkThatStayedConnectedWhenThePrinterFellUnbound)
@@ -254,28 +143,6 @@ protected:
     const ProductTrace trace{Product()};
 };
 
-TEST_F(NotificationThread, IsNotStartedByTheBinding)
-{
-    EXPECT_EQ(Text(*StatusOf(*printer.Get()).Get(), &IPrinterStatus::get_Text), L"Ready");
-    EXPECT_EQ(Starts(), 0u);
-}
-
-TEST_F(NotificationThread, IsStartedByTheFirstSinkOnly)
-{
-    const DWORD first = Advise();
-    const DWORD second = Advise();
-    EXPECT_EQ(point->Unadvise(first), S_OK);
-    EXPECT_EQ(point->Unadvise(second), S_OK);
-    EXPECT_EQ(Starts(), 1u);
-}
-
-TEST_F(NotificationThread, RunsOnWhenTheLastSinkHasGone)
-{
-    EXPECT_EQ(point->Unadvise(Advise()), S_OK);
-    EXPECT_EQ(point->Unadvise(Advise()), S_OK);
-    EXPECT_EQ(Starts(), 1u);
-}
-
 TEST_F(NotificationThread, IsOneForAllObjectsOfAPrinter)
 {
     const DWORD cookie = Advise();
@@ -296,53 +163,6 @@ TEST_F(NotificationThread, IsStartedAnewWhenThePrinterIsOpenedAnew)
     Connect(BoundPrinter());
     EXPECT_EQ(point->Unadvise(Advise()), S_OK);
     EXPECT_EQ(Starts(), 2u);
-}
-
-TEST_F(NotificationThread, IsStartedEvenForASinkThatIsRefusedThen)
-{
-    DWORD cookie = 0;
-    EXPECT_EQ(point->Advise(nullptr, &cookie), E_POINTER);
-    EXPECT_EQ(trace.Count(added), 1u);
-    EXPECT_EQ(point->Unadvise(cookie), CONNECT_E_NOCONNECTION);
-    EXPECT_EQ(trace.Count(removed), 1u);
-    EXPECT_EQ(Starts(), 1u);
-}
-
-TEST_F(NotificationThread, ServesAPrinterFromItsFirstSinkToItsLast)
-{
-    const DWORD first = Advise();
-    EXPECT_EQ(trace.Count(added), 1u);
-    const DWORD second = Advise();
-    EXPECT_EQ(trace.Count(added), 1u);
-    EXPECT_EQ(point->Unadvise(first), S_OK);
-    EXPECT_EQ(trace.Count(removed), 0u);
-    EXPECT_EQ(point->Unadvise(second), S_OK);
-    EXPECT_EQ(trace.Count(removed), 1u);
-    EXPECT_EQ(point->Unadvise(Advise()), S_OK);
-    EXPECT_EQ(trace.Count(added), 2u);
-    EXPECT_EQ(trace.Count(removed), 2u);
-}
-
-// Deliberate: the count of sinks moves with every call, whether or not its cookie is known.
-TEST_F(NotificationThread, NoLongerServesAPrinterWhoseSinkIsDisconnectedByAWrongCookie)
-{
-    const DWORD cookie = Advise();
-    EXPECT_EQ(point->Unadvise(cookie + 1), CONNECT_E_NOCONNECTION);
-    EXPECT_EQ(trace.Count(removed), 1u);
-    EXPECT_EQ(point->Unadvise(cookie), S_OK);
-    EXPECT_EQ(trace.Count(removed), 1u);
-}
-
-// Deliberate: a printer that takes a new name stays with the old one for its sinks.
-TEST_F(NotificationThread, GoesOnServingAPrinterThatTookANewName)
-{
-    AddPrinterNamed(L"Other");
-    const DWORD cookie = Advise();
-    EXPECT_EQ(Initialize(*printer.Get(), L"Other"), S_OK);
-    EXPECT_EQ(trace.Count(removed), 0u);
-    EXPECT_EQ(trace.Count(added), 1u);
-    EXPECT_EQ(point->Unadvise(cookie), S_OK);
-    EXPECT_EQ(trace.Count(removed), 0u); // it is looked for under the new name
 }
 
 // Enumerators of connection points
@@ -373,68 +193,6 @@ TEST_F(PointEnumerator, GivesTheOnePointAndThenNothing)
     EXPECT_EQ(only.Get(), point.Get());
     EXPECT_EQ(points->Next(1, &only, &fetched), S_FALSE);
     EXPECT_EQ(fetched, 0u);
-}
-
-TEST_F(PointEnumerator, GivesFewerThanAreAskedFor)
-{
-    std::array<IConnectionPoint*, 3> given{};
-    ULONG fetched = 99;
-    EXPECT_EQ(points->Next(3, given.data(), &fetched), S_FALSE);
-    EXPECT_EQ(fetched, 1u);
-    EXPECT_EQ(given[0], point.Get());
-    given[0]->Release();
-}
-
-TEST_F(PointEnumerator, DoesNotTellTheNumberWhenOneIsAskedFor)
-{
-    ComPtr<IConnectionPoint> only;
-    EXPECT_EQ(points->Next(1, &only, nullptr), S_OK);
-    EXPECT_EQ(only.Get(), point.Get());
-}
-
-TEST_F(PointEnumerator, SkipsToItsEnd)
-{
-    EXPECT_EQ(points->Skip(1), S_OK);
-    EXPECT_EQ(points->Skip(1), S_FALSE);
-    ComPtr<IConnectionPoint> none;
-    EXPECT_EQ(points->Next(1, &none, nullptr), S_FALSE);
-}
-
-TEST_F(PointEnumerator, StartsAgainAfterReset)
-{
-    EXPECT_EQ(points->Skip(1), S_OK);
-    EXPECT_EQ(points->Reset(), S_OK);
-    ComPtr<IConnectionPoint> only;
-    EXPECT_EQ(points->Next(1, &only, nullptr), S_OK);
-    EXPECT_EQ(only.Get(), point.Get());
-}
-
-TEST_F(PointEnumerator, ClonesItselfWithItsPlace)
-{
-    EXPECT_EQ(points->Skip(1), S_OK);
-    ComPtr<IEnumConnectionPoints> clone;
-    EXPECT_EQ(points->Clone(&clone), S_OK);
-    EXPECT_EQ(points->Reset(), S_OK);
-    ComPtr<IConnectionPoint> none;
-    EXPECT_EQ(clone->Next(1, &none, nullptr), S_FALSE);
-}
-
-TEST_F(PointEnumerator, RefusesNullPointers)
-{
-    std::array<IConnectionPoint*, 2> given{};
-    ULONG fetched = 0;
-    EXPECT_EQ(points->Next(1, nullptr, &fetched), E_POINTER);
-    EXPECT_EQ(points->Next(2, given.data(), nullptr), E_POINTER);
-    EXPECT_EQ(points->Clone(nullptr), E_POINTER);
-    EXPECT_EQ(points->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
-}
-
-TEST_F(PointEnumerator, IsNothingButAnEnumerator)
-{
-    ComPtr<IUnknown> unknown;
-    ComPtr<IEnumConnections> other;
-    EXPECT_EQ(points.As(&unknown), S_OK);
-    EXPECT_EQ(points.As(&other), E_NOINTERFACE);
 }
 
 TEST_F(PointEnumerator, KeepsThePrinterAndTheModule)
@@ -529,51 +287,6 @@ TEST_F(ConnectionEnumerator, KeepsItsSinksAlive)
     EXPECT_EQ(sink->References(), 4u);
     connections.Reset();
     EXPECT_EQ(sink->References(), 1u);
-}
-
-TEST_F(ConnectionEnumerator, LeavesAGapOut)
-{
-    EXPECT_EQ(point->Unadvise(second), S_OK);
-    EXPECT_EQ(point->EnumConnections(connections.ReleaseAndGetAddressOf()), S_OK);
-    EXPECT_EQ(CookiesOf(*connections.Get()), (Cookies{first, third}));
-}
-
-TEST_F(ConnectionEnumerator, FindsANewSinkInTheGapThatAnotherLeft)
-{
-    EXPECT_EQ(point->Unadvise(second), S_OK);
-    const DWORD fourth = Advise();
-    EXPECT_EQ(point->EnumConnections(connections.ReleaseAndGetAddressOf()), S_OK);
-    EXPECT_EQ(CookiesOf(*connections.Get()), (Cookies{first, fourth, third}));
-    EXPECT_EQ(point->Unadvise(fourth), S_OK);
-}
-
-TEST_F(ConnectionEnumerator, SkipsAndStartsAgain)
-{
-    EXPECT_EQ(connections->Skip(2), S_OK);
-    EXPECT_EQ(CookiesOf(*connections.Get()), (Cookies{third}));
-    EXPECT_EQ(connections->Reset(), S_OK);
-    EXPECT_EQ(connections->Skip(4), S_FALSE);
-    EXPECT_EQ(CookiesOf(*connections.Get()), Cookies{});
-}
-
-TEST_F(ConnectionEnumerator, ClonesItselfWithItsPlace)
-{
-    EXPECT_EQ(connections->Skip(1), S_OK);
-    ComPtr<IEnumConnections> clone;
-    EXPECT_EQ(connections->Clone(&clone), S_OK);
-    EXPECT_EQ(CookiesOf(*connections.Get()), (Cookies{second, third}));
-    EXPECT_EQ(CookiesOf(*clone.Get()), (Cookies{second, third}));
-    EXPECT_EQ(clone->Reset(), S_OK);
-    EXPECT_EQ(CookiesOf(*clone.Get()), (Cookies{first, second, third}));
-}
-
-TEST_F(ConnectionEnumerator, RefusesNullPointers)
-{
-    std::array<CONNECTDATA, 2> given{};
-    ULONG fetched = 0;
-    EXPECT_EQ(connections->Next(1, nullptr, &fetched), E_POINTER);
-    EXPECT_EQ(connections->Next(2, given.data(), nullptr), E_POINTER);
-    EXPECT_EQ(connections->Clone(nullptr), E_POINTER);
 }
 
 } // namespace

@@ -91,6 +91,39 @@ TEST_F(SnapshotEnumeratorTest, RefusedCallTellsThatNothingWasFetched)
     EXPECT_EQ(fetched, 0u);
 }
 
+TEST_F(SnapshotEnumeratorTest, OneValueNeedsNoPlaceForTheNumber)
+{
+    std::array<VARIANT, 2> items{};
+    EXPECT_EQ(enumerator->Next(2, items.data(), nullptr), E_POINTER);
+    EXPECT_EQ(enumerator->Next(1, items.data(), nullptr), S_OK);
+    EXPECT_EQ(items[0].lVal, 1);
+}
+
+TEST_F(SnapshotEnumeratorTest, SkipsToItsEndAndStartsAgain)
+{
+    EXPECT_EQ(enumerator->Skip(2), S_OK);
+    EXPECT_EQ(Next(1), (Numbers{3}));
+    EXPECT_EQ(enumerator->Skip(2), S_FALSE);
+    EXPECT_EQ(Next(1), (Numbers{}));
+    EXPECT_EQ(enumerator->Reset(), S_OK);
+    EXPECT_EQ(Next(1), (Numbers{1}));
+}
+
+TEST_F(SnapshotEnumeratorTest, IsNothingButAnEnumerator)
+{
+    ComPtr<IUnknown> unknown;
+    ComPtr<IEnumConnections> other;
+    EXPECT_EQ(enumerator.As(&unknown), S_OK);
+    EXPECT_EQ(enumerator.As(&other), E_NOINTERFACE);
+    EXPECT_EQ(enumerator->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
+    EXPECT_EQ(enumerator->Clone(nullptr), E_POINTER);
+}
+
+TEST_F(SnapshotEnumeratorTest, KeepsTheModuleInUse)
+{
+    EXPECT_FALSE(Module::IsIdle());
+}
+
 TEST_F(SnapshotEnumeratorTest, CopiesWithoutItsLock)
 {
     std::vector<long> inside;

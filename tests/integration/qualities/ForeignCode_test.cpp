@@ -5,7 +5,7 @@
 #include "support/TemporaryDirectory.h"
 #include "support/com/LateBound.h"
 #include "support/com/ScriptedSink.h"
-#include "support/product/IntegrationTest.h"
+#include "support/product/JobClientTest.h"
 #include "support/product/ProductDialogs.h"
 
 #include <gmock/gmock.h>
@@ -71,6 +71,64 @@ TEST_P(RaisingSpooler, CostsTheCallAndNothingElse)
         EXPECT_THAT(UseEverything(), ::testing::Each(S_OK)) << import;
         SpoolerTest::SetUp(); // what was opened and could not be closed, written and not finished
     }
+}
+
+/// The same for the objects that speak of jobs.
+class RaisingSpoolerOfJobs : public JobClientTest, public ::testing::WithParamInterface<RaisedKind> {
+protected:
+    static ImportSlots RaiseIn(const char* import)
+    {
+        return ImportSlots(import, reinterpret_cast<void*>(GetParam().raise), Product().Handle());
+    }
+
+    std::vector<HRESULT> UseEverything() const
+    {
+        const auto job = Create<IPrintJob>(__uuidof(PrintJob));
+        const auto jobs = Create<IPrintJobs>(__uuidof(PrintJobs));
+        const auto queue = QueueOf(*BoundPrinter().Get());
+        return {Bind(*job.Get(), jobId), job->put_NotifyUser(NewBstr(L"Eva").Get()),
+                ScheduleOf(*job.Get())->put_Priority(50), queue->EnumerateJobs(jobs.Get(), VARIANT{})};
+    }
+
+    /// A world without what was opened and could not be closed.
+    void StartOver()
+    {
+        SpoolerTest::SetUp();
+        jobId = AddJob(QueuedJob());
+    }
+
+    const ProductDialogs dialogs{Product()}; // the person says no
+};
+
+INSTANTIATE_TEST_SUITE_P(Kinds, RaisingSpoolerOfJobs, ::testing::ValuesIn(raisedKinds), rowName);
+
+TEST_P(RaisingSpoolerOfJobs, CostsTheCallAndNothingElse)
+{
+    for (const char* const import : {"GetJobW", "SetJobW", "EnumJobsW", "FindFirstPrinterChangeNotification"}) {
+        {
+            const ImportSlots hook = RaiseIn(import);
+            EXPECT_TRUE(std::ranges::any_of(UseEverything(), [](HRESULT result) { return FAILED(result); })) << import;
+        }
+        ::SetErrorInfo(0, nullptr);
+        EXPECT_THAT(UseEverything(), ::testing::Each(S_OK)) << import;
+        StartOver();
+    }
+}
+
+TEST_P(RaisingSpoolerOfJobs, CostsNothingWhenItIsGivenSomethingBack)
+{
+    {
+        const ImportSlots close = RaiseIn("ClosePrinter");
+        const ImportSlots closeNotification = RaiseIn("FindClosePrinterChangeNotification");
+        const ImportSlots freeInfo = RaiseIn("FreePrinterNotifyInfo");
+        const auto job = OpenJob(jobId);
+        const Connection sink = Watch(*job.Get(), "job");
+        EXPECT_EQ(Text(*job.Get(), &IPrintJob::get_Name), L"Pallet 7");
+        EXPECT_EQ(::SpoolerQueueBatch(printerName, 0, {Status(jobId, JOB_STATUS_DELETED)}), 0u);
+        EXPECT_TRUE(log.WaitFor(3));
+        EXPECT_EQ(log.Take().back(), "job: OnJobFinalized(job 1)");
+    }
+    StartOver();
 }
 
 // Sinks

@@ -439,6 +439,24 @@ TEST_F(JobEventDispatchTest, ChangeOfStatusOfAnUnknownJobIsNotToldToQueueSinks)
                 ElementsAre("HandlePrintQueueEvents \tjobID = 1 \tFiring JobEventID_OnJobStatusChanged\n"));
 }
 
+/// Each release of a record reads the ticks once.
+TEST_F(JobEventDispatchTest, ChangeOfStatusOfAnUnknownJobMakesAPassingJobAllTheSame)
+{
+    constexpr int ofParserAndJobLevel = 2;
+    constexpr int ofJobStatusAndSchedule = 3;
+    const Connection sink = Watch(*queue.Get(), "queue");
+    Tell({Status(jobId, complete)});
+    static std::atomic<int> releases;
+    releases = 0;
+    SetTickCountSource([] {
+        ++releases;
+        return tick.load();
+    });
+    Tell({Status(jobId, printing)});
+    SetTickCountSource([] { return tick.load(); });
+    EXPECT_EQ(releases, ofParserAndJobLevel + ofJobStatusAndSchedule);
+}
+
 TEST_F(JobEventDispatchTest, JobThatEndsWhileNobodyListensIsNotNewLater)
 {
     {

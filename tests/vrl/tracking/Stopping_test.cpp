@@ -71,6 +71,7 @@ TEST_F(StoppingTest, NoticesMayStreamInMeanwhile)
         }
     });
     EXPECT_TRUE(log.WaitFor(20));
+    for (int i = 0; i < 3000; ++i) notices.Queue(WholeLife(jobId)); // it won't run dry, however slow the stream is
     const BackgroundCall stop([&] {
         sink.Close();
         LetGo();

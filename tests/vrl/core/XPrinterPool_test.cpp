@@ -56,6 +56,24 @@ TEST_F(XPrinterPoolTest, OtherLettersThanAToZKeepTheirCase)
     EXPECT_NE(upper.Get(), lower.Get());
 }
 
+TEST_F(XPrinterPoolTest, EachOfManyIsFoundAgainWhicheverWasFoundLast)
+{
+    SpoolerPrinter printer = LabelPrinter();
+    for (const wchar_t* const name : {L"Second", L"Third"}) {
+        printer.printerName = name;
+        AddPrinter(printer);
+    }
+    XPrinterRef label = XPrinterRef::Acquire(OString("Label"));
+    const XPrinterRef second = XPrinterRef::Acquire(OString("Second"));
+    const XPrinterRef third = XPrinterRef::Acquire(OString("Third"));
+    EXPECT_EQ(XPrinterRef::Acquire(OString("Third")).Get(), third.Get());
+    EXPECT_EQ(XPrinterRef::Acquire(OString("Second")).Get(), second.Get());
+    label.Release(); // the others move up
+    EXPECT_EQ(XPrinterRef::Acquire(OString("Third")).Get(), third.Get());
+    EXPECT_EQ(XPrinterRef::Acquire(OString("Second")).Get(), second.Get());
+    EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 3u);
+}
+
 TEST_F(XPrinterPoolTest, UnknownNameThrowsAndLeavesNothing)
 {
     EXPECT_THROW(XPrinterPool::Acquire(OString("No such printer")), CouldNotOpenPrinter_E);

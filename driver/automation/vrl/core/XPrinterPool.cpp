@@ -11,15 +11,12 @@
 
 OCriticalSection XPrinterPool::_lock;
 OPointerArray<XPrinter> XPrinterPool::_openPrinters;
+int XPrinterPool::_lastAskedFor = 0;
 
 XPrinter* XPrinterPool::Acquire(const OString& name)
 {
     OLockGuard guard(_lock);
-    const XPrinter* const own = PrinterOfThisThread();
-    for (int i = 0; i < _openPrinters.GetSize(); ++i) {
-        XPrinter* const open = _openPrinters.GetAt(i);
-        if (open->_closing && open != own) continue;
-        if (!open->IsNamed(name)) continue;
+    if (XPrinter* const open = Find(name)) {
         ++open->_referenceCount;
         return open;
     }
@@ -28,7 +25,27 @@ XPrinter* XPrinterPool::Acquire(const OString& name)
     opened->Open(name);
     opened->_referenceCount = 1;
     _openPrinters.Add(opened.get());
+    _lastAskedFor = _openPrinters.GetSize() - 1;
     return opened.release();
+}
+
+/// The parts of a printer are bound one after another, by its name: the printer that was asked for last comes first.
+XPrinter* XPrinterPool::Find(const OString& name)
+{
+    if (_lastAskedFor < _openPrinters.GetSize() && IsOpenAs(*_openPrinters.GetAt(_lastAskedFor), name))
+        return _openPrinters.GetAt(_lastAskedFor);
+    for (int i = 0; i < _openPrinters.GetSize(); ++i) {
+        if (!IsOpenAs(*_openPrinters.GetAt(i), name)) continue;
+        _lastAskedFor = i;
+        return _openPrinters.GetAt(i);
+    }
+    return nullptr;
+}
+
+/// One that is being closed is open for its own notification thread only.
+bool XPrinterPool::IsOpenAs(const XPrinter& xPrinter, const OString& name)
+{
+    return xPrinter.IsNamed(name) && (!xPrinter._closing || &xPrinter == PrinterOfThisThread());
 }
 
 void XPrinterPool::Release(XPrinter* xPrinter)

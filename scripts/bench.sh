@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Measures what a call of the product costs and prints the table of docs/performance.md.
+# Measures what the product costs and prints the tables of docs/performance.md: takes five minutes, two of which pass idle.
+# usage: bench.sh [TABLE...]     members enumeration device latency rate jobs memory idle
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/common.sh
@@ -7,4 +8,4 @@ source scripts/common.sh
 scripts/install-packages.sh "${packages_to_build[@]}" "${packages_to_run[@]}" >&2
 build release vorlane_bench >&2
 cmake/make-wine-prefix.sh "$PWD/build/release/wine"
-spooler=simulator under_wine release build/release/bin/vorlane_bench.exe
+spooler=simulator under_wine release build/release/bin/vorlane_bench.exe "$@"

@@ -41,12 +41,17 @@ STDMETHODIMP QueryCommand::put_Hexadecimal(BSTR argHexadecimal) noexcept
     return Guard("QueryCommand::put_Hexadecimal", [&] { return _data.SetHexadecimal(FromBstr(argHexadecimal)); });
 }
 
+HRESULT QueryCommand::GetTimeout(const char* function, long* out, const std::atomic<long>& timeout) noexcept
+{
+    return Guard(function, [&] {
+        CheckOut(out);
+        *out = timeout;
+    });
+}
+
 STDMETHODIMP QueryCommand::get_SendTimeout(long* retSendTimeout) noexcept
 {
-    return Guard("QueryCommand::get_SendTimeout", [&] {
-        CheckOut(retSendTimeout);
-        *retSendTimeout = _sendTimeout;
-    });
+    return GetTimeout("QueryCommand::get_SendTimeout", retSendTimeout, _sendTimeout);
 }
 
 STDMETHODIMP QueryCommand::put_SendTimeout(long argSendTimeout) noexcept
@@ -57,10 +62,7 @@ STDMETHODIMP QueryCommand::put_SendTimeout(long argSendTimeout) noexcept
 
 STDMETHODIMP QueryCommand::get_ReceiveStartTimeout(long* retReceiveStartTimeout) noexcept
 {
-    return Guard("QueryCommand::get_ReceiveStartTimeout", [&] {
-        CheckOut(retReceiveStartTimeout);
-        *retReceiveStartTimeout = _receiveStartTimeout;
-    });
+    return GetTimeout("QueryCommand::get_ReceiveStartTimeout", retReceiveStartTimeout, _receiveStartTimeout);
 }
 
 STDMETHODIMP QueryCommand::put_ReceiveStartTimeout(long argReceiveStartTimeout) noexcept
@@ -71,10 +73,7 @@ STDMETHODIMP QueryCommand::put_ReceiveStartTimeout(long argReceiveStartTimeout) 
 
 STDMETHODIMP QueryCommand::get_ReceiveIntervalTimeout(long* retReceiveIntervalTimeout) noexcept
 {
-    return Guard("QueryCommand::get_ReceiveIntervalTimeout", [&] {
-        CheckOut(retReceiveIntervalTimeout);
-        *retReceiveIntervalTimeout = _receiveIntervalTimeout;
-    });
+    return GetTimeout("QueryCommand::get_ReceiveIntervalTimeout", retReceiveIntervalTimeout, _receiveIntervalTimeout);
 }
 
 STDMETHODIMP QueryCommand::put_ReceiveIntervalTimeout(long argReceiveIntervalTimeout) noexcept

@@ -27,6 +27,8 @@ public:
     STDMETHODIMP put_ReceiveIntervalTimeout(long argReceiveIntervalTimeout) noexcept override;
 
 private:
+    HRESULT GetTimeout(const char* function, long* out, const std::atomic<long>& timeout) noexcept;
+
     QueryBytes _data{_lock};
     std::atomic<long> _sendTimeout{0};
     std::atomic<long> _receiveStartTimeout{0};

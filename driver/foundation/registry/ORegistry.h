@@ -150,6 +150,9 @@ private:
     bool QueryKey(const OString& key, DWORD* retSubkeys, DWORD* retValues) const;
     int ListKeys(const OString& key, OStringArray& names) const;
     int ListValues(const OString& key, OStringArray& names) const;
+    using NameLister = int (ORegistry::*)(const OString& key, OStringArray& names) const;
+    int EnumNames(const OString& path, OStringArray& names, NameLister list) const noexcept;
+    int FindNames(const OString& path, OStringArray& names, NameLister list) const noexcept;
     bool DeleteTree(const OString& key, bool recursive) const;
     bool DeleteValue(const OString& key, const OString& name) const;
     bool SetKeySecurity(const OString& key, DWORD flags) const;

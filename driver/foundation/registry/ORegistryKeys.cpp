@@ -50,44 +50,44 @@ int ORegistry::ListValues(const OString& key, OStringArray& names) const
     return List(OpenKey(key, false), NextValue, names);
 }
 
-int ORegistry::EnumKeys(const OString& path, OStringArray& names) const noexcept
+int ORegistry::EnumNames(const OString& path, OStringArray& names, NameLister list) const noexcept
 {
     return Contained(-1, [&] {
         names.RemoveAll();
         OString key;
-        return ParseKey(path, key) ? ListKeys(key, names) : -1;
+        return ParseKey(path, key) ? (this->*list)(key, names) : -1;
     });
+}
+
+int ORegistry::FindNames(const OString& path, OStringArray& names, NameLister list) const noexcept
+{
+    return Contained(-1, [&] {
+        if (!HasWildcard(path)) return EnumNames(path, names, list);
+        OString key;
+        OString pattern;
+        const bool found = ParsePath(_basePath, path, key, pattern) && (this->*list)(key, names) >= 0;
+        return found ? KeepMatching(names, pattern) : -1;
+    });
+}
+
+int ORegistry::EnumKeys(const OString& path, OStringArray& names) const noexcept
+{
+    return EnumNames(path, names, &ORegistry::ListKeys);
 }
 
 int ORegistry::EnumValues(const OString& path, OStringArray& names) const noexcept
 {
-    return Contained(-1, [&] {
-        names.RemoveAll();
-        OString key;
-        return ParseKey(path, key) ? ListValues(key, names) : -1;
-    });
+    return EnumNames(path, names, &ORegistry::ListValues);
 }
 
 int ORegistry::FindKeys(const OString& path, OStringArray& names) const noexcept
 {
-    return Contained(-1, [&] {
-        if (!HasWildcard(path)) return EnumKeys(path, names);
-        OString key;
-        OString pattern;
-        const bool found = ParsePath(_basePath, path, key, pattern) && ListKeys(key, names) >= 0;
-        return found ? KeepMatching(names, pattern) : -1;
-    });
+    return FindNames(path, names, &ORegistry::ListKeys);
 }
 
 int ORegistry::FindValues(const OString& path, OStringArray& names) const noexcept
 {
-    return Contained(-1, [&] {
-        if (!HasWildcard(path)) return EnumValues(path, names);
-        OString key;
-        OString pattern;
-        const bool found = ParsePath(_basePath, path, key, pattern) && ListValues(key, names) >= 0;
-        return found ? KeepMatching(names, pattern) : -1;
-    });
+    return FindNames(path, names, &ORegistry::ListValues);
 }
 
 bool ORegistry::DeleteKey(const OString& path, bool recursive) const noexcept

@@ -15,14 +15,6 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-HRESULT LoadModuleTypeLibrary(ITypeLib** library)
-{
-    wchar_t path[MAX_PATH];
-    const DWORD length = ::GetModuleFileNameW(GetModuleInstance(), path, static_cast<DWORD>(std::size(path)));
-    if (length == 0 || length == std::size(path)) return TYPE_E_CANTLOADLIBRARY;
-    return ::LoadTypeLibEx(path, REGKIND_NONE, library);
-}
-
 /// Holds raw references and gives none back: a release while the module is unloaded would call into a library that may
 /// be gone already, and the platform keeps one instance of a type library for a path.
 class TypeInfoCache {
@@ -44,8 +36,9 @@ private:
 
     HRESULT Load(REFIID iid, ITypeInfo** typeInfo) REQUIRES(_lock)
     {
+        std::wstring path;
         ComPtr<ITypeLib> library;
-        HRESULT result = LoadModuleTypeLibrary(&library);
+        HRESULT result = LoadModuleTypeLibrary(path, &library);
         if (FAILED(result)) return result;
 
         ComPtr<ITypeInfo> loaded;
@@ -71,7 +64,23 @@ TypeInfoCache& Cache()
     return cache;
 }
 
+HRESULT ModulePath(std::wstring& path)
+{
+    wchar_t buffer[MAX_PATH];
+    const DWORD length = ::GetModuleFileNameW(GetModuleInstance(), buffer, static_cast<DWORD>(std::size(buffer)));
+    if (length == 0) return HRESULT_FROM_WIN32(::GetLastError());
+    if (length == std::size(buffer)) return HRESULT_FROM_WIN32(ERROR_INSUFFICIENT_BUFFER);
+    path.assign(buffer, length);
+    return S_OK;
+}
+
 } // namespace
+
+HRESULT LoadModuleTypeLibrary(std::wstring& path, ITypeLib** library)
+{
+    const HRESULT result = ModulePath(path);
+    return FAILED(result) ? result : ::LoadTypeLibEx(path.c_str(), REGKIND_NONE, library);
+}
 
 HRESULT InterfaceTypeInfo(REFIID iid, ITypeInfo** typeInfo) noexcept
 try {

@@ -3,6 +3,7 @@
 
 #include "foundation/system/ModuleInstance.h"
 #include "vrl/frame/Automation.h"
+#include "vrl/frame/TypeInfo.h"
 #include "vrl/server/ClassTable.h"
 
 #include <wrl/client.h>
@@ -27,16 +28,6 @@ std::wstring GuidText(const GUID& guid)
     wchar_t text[39] = {};
     ::StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
     return text;
-}
-
-HRESULT ModulePath(std::wstring& path)
-{
-    wchar_t buffer[MAX_PATH];
-    const DWORD length = ::GetModuleFileNameW(GetModuleInstance(), buffer, static_cast<DWORD>(std::size(buffer)));
-    if (length == 0) return LastErrorResult();
-    if (length == std::size(buffer)) return HRESULT_FROM_WIN32(ERROR_INSUFFICIENT_BUFFER);
-    path.assign(buffer, length);
-    return S_OK;
 }
 
 /// The scripts are plain ASCII.
@@ -82,8 +73,7 @@ struct TypeLibrary {
 
     HRESULT Load()
     {
-        HRESULT result = ModulePath(path);
-        if (SUCCEEDED(result)) result = ::LoadTypeLibEx(path.c_str(), REGKIND_NONE, &library);
+        HRESULT result = LoadModuleTypeLibrary(path, &library);
         TLIBATTR* read = nullptr;
         if (SUCCEEDED(result)) result = library->GetLibAttr(&read);
         if (FAILED(result)) return result;
@@ -94,7 +84,7 @@ struct TypeLibrary {
 
     HRESULT Register() { return ::RegisterTypeLib(library.Get(), path.data(), nullptr); }
 
-    HRESULT Unregister() const
+    HRESULT Unregister()
     {
         if (!IsRegistered()) return S_OK;
         return ::UnRegisterTypeLib(attributes.guid, attributes.wMajorVerNum, attributes.wMinorVerNum, attributes.lcid,
@@ -112,24 +102,25 @@ private:
     }
 };
 
-} // namespace
-
-HRESULT ModuleRegistration::Register() noexcept
+/// Runs the scripts of all classes, then what is to be done with the type library.
+HRESULT RunAll(ScriptStep step, HRESULT (TypeLibrary::*last)()) noexcept
 try {
     TypeLibrary library;
     HRESULT result = library.Load();
-    if (SUCCEEDED(result)) result = RunAllScripts(&Registrar::Register, library.path, library.attributes.guid);
-    return FAILED(result) ? result : library.Register();
+    if (SUCCEEDED(result)) result = RunAllScripts(step, library.path, library.attributes.guid);
+    return FAILED(result) ? result : (library.*last)();
 } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;
 }
 
+} // namespace
+
+HRESULT ModuleRegistration::Register() noexcept
+{
+    return RunAll(&Registrar::Register, &TypeLibrary::Register);
+}
+
 HRESULT ModuleRegistration::Unregister() noexcept
-try {
-    TypeLibrary library;
-    HRESULT result = library.Load();
-    if (SUCCEEDED(result)) result = RunAllScripts(&Registrar::Unregister, library.path, library.attributes.guid);
-    return FAILED(result) ? result : library.Unregister();
-} catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
+{
+    return RunAll(&Registrar::Unregister, &TypeLibrary::Unregister);
 }

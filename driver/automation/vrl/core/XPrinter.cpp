@@ -6,12 +6,12 @@
 #include "vrl/core/XJob.h"
 #include "vrl/driver/AdvancedDriverInterface.h"
 #include "vrl/driver/BasicDriverInterface.h"
+#include "vrl/driver/InterfaceModule.h"
 #include "vrl/frame/VRException.h"
 #include "vrl/spooler/OwnText.h"
 
 namespace {
 
-constexpr DWORD interfaceValueBytes = 520;
 constexpr DWORD allJobs = 0xFFFFFFFF;
 constexpr DWORD stopTimeoutMs = 100;
 constexpr const char* forbiddenInShareName = "/\\,";
@@ -52,10 +52,8 @@ void XPrinter::Open(const OString& name)
 
 void XPrinter::ChooseDriver()
 {
-    BYTE value[interfaceValueBytes];
-    DWORD needed = 0;
-    _advancedDriver = ::GetPrinterDataW(_hPrinter, const_cast<wchar_t*>(L"VRL Interface"), nullptr, value, sizeof value,
-                                        &needed) == ERROR_SUCCESS;
+    InterfacePath path;
+    _advancedDriver = ReadInterfacePath(_hPrinter, path);
     if (_advancedDriver) {
         _driver = std::make_unique<AdvancedDriverInterface>();
     } else {

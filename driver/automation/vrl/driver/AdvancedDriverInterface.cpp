@@ -15,7 +15,6 @@
 namespace {
 
 constexpr const wchar_t* monitorFileName = L"kvnetmon.d64";
-constexpr DWORD interfaceValueBytes = 520;
 constexpr DWORD bidirectionalAgeMs = 1000;
 
 Qrml::Answer BytesOf(const OTypedArray<unsigned char>& bytes)
@@ -240,13 +239,9 @@ InterfaceModule* AdvancedDriverInterface::LoadInterfaceModule()
 {
     if (InterfaceModule* const loaded = _interfaceModule.Get()) return loaded;
 
-    wchar_t path[interfaceValueBytes / sizeof(wchar_t) + 1] = {}; // a terminator follows a value that fills all of it
-    DWORD needed = 0;
-    if (::GetPrinterDataW(_hPrinter, const_cast<wchar_t*>(L"VRL Interface"), nullptr, reinterpret_cast<BYTE*>(path),
-                          interfaceValueBytes, &needed) != ERROR_SUCCESS) {
-        return nullptr;
-    }
-    auto module = std::make_unique<InterfaceModule>(path);
+    InterfacePath path;
+    if (!ReadInterfacePath(_hPrinter, path)) return nullptr;
+    auto module = std::make_unique<InterfaceModule>(path.data());
     return *module ? _interfaceModule.Keep(std::move(module)) : nullptr;
 }
 

@@ -19,6 +19,15 @@ bool CallExport(const DriverModule& module, const char* name, Arguments... argum
 
 } // namespace
 
+bool ReadInterfacePath(HANDLE printer, InterfacePath& path)
+{
+    path = {};
+    DWORD needed = 0;
+    return ::GetPrinterDataW(printer, const_cast<wchar_t*>(L"VRL Interface"), nullptr,
+                             reinterpret_cast<BYTE*>(path.data()), dataTextLength * sizeof(wchar_t),
+                             &needed) == ERROR_SUCCESS;
+}
+
 void* InterfaceModule::Open(HANDLE printer) const
 {
     OpenFunction* const open = _module.Find<OpenFunction>("VRL_Printer_Open");

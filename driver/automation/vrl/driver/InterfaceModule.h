@@ -2,6 +2,15 @@
 #pragma once
 
 #include "vrl/driver/DriverModule.h"
+#include "vrl/spooler/Spooler.h"
+
+#include <array>
+
+/// The path of an interface module; a terminator follows a value that fills all of it.
+using InterfacePath = std::array<wchar_t, dataTextLength + 1>;
+
+/// Reads what the data of a printer names as its driver's interface module; false if it names none.
+bool ReadInterfacePath(HANDLE printer, InterfacePath& path);
 
 /// The printer driver's interface module, which reads and writes the driver's settings. Each operation looks up its
 /// export again.

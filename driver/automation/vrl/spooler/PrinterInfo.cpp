@@ -35,16 +35,15 @@ SpoolerBuffer ReadDriverLevel(HANDLE hPrinter, DWORD level, bool& sizeTold)
 /// One of the values under which a printer is published in the directory.
 std::optional<OString> ReadDirectoryText(HANDLE hPrinter, const wchar_t* name)
 {
-    constexpr int maximumLength = 260;
     constexpr DWORD oneCharacter = 3; // bytes that a text and its terminator need at the least
-    wchar_t text[maximumLength]{};
+    wchar_t text[dataTextLength]{};
     DWORD needed = 0;
     if (::GetPrinterDataExW(hPrinter, L"DsSpooler", name, nullptr, reinterpret_cast<BYTE*>(text), sizeof text,
                             &needed) != ERROR_SUCCESS ||
         needed < oneCharacter)
         return std::nullopt;
     OString result;
-    result.AssignN(text, maximumLength);
+    result.AssignN(text, dataTextLength);
     return result;
 }
 

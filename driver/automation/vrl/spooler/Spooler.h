@@ -30,6 +30,9 @@ using OChangeHandle = OHandle<CloseQuietly<::FindClosePrinterChangeNotification,
 /// What a change notification told.
 using ONotifyInfo = OHandle<CloseQuietly<::FreePrinterNotifyInfo, PRINTER_NOTIFY_INFO*>, PRINTER_NOTIFY_INFO*>;
 
+/// Deliberate: of a text in the printer's data no more characters are read than these.
+constexpr int dataTextLength = 260;
+
 /// What a sized spooler read gave: the records, with their texts in the same block.
 class SpoolerBuffer {
 public:

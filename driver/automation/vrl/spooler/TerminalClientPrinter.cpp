@@ -29,13 +29,12 @@ bool ReadData(HANDLE hPrinter, const wchar_t* name, void* data, DWORD size)
            ERROR_SUCCESS;
 }
 
-/// Empty if there is no such value, or if it needs more than 520 bytes.
+/// Empty if there is no such value, or if it is longer than `dataTextLength`.
 OString ReadTextData(HANDLE hPrinter, const wchar_t* name)
 {
-    constexpr int maximumLength = 260;
-    wchar_t text[maximumLength]{};
+    wchar_t text[dataTextLength]{};
     OString result;
-    if (ReadData(hPrinter, name, text, sizeof text)) result.AssignN(text, maximumLength);
+    if (ReadData(hPrinter, name, text, sizeof text)) result.AssignN(text, dataTextLength);
     return result;
 }
 

@@ -37,6 +37,7 @@ public:
 
     Bytes PerOne(int count) const
     {
+        ::Sleep(1000); // threads that have just begun come to rest
         ::SpoolerClearLog();
         return {(PrivateBytes() - _process) / count, static_cast<double>(_heap.LiveBytes() - _inHeap) / count};
     }

@@ -82,6 +82,18 @@ TEST_F(SpooledTest, AJobWaitsForRibbonAndGoesOn)
     EXPECT_EQ(Job(jobId).verdict, LabelPrinterVerdict::Completed);
 }
 
+TEST_F(SpooledTest, TheStepThatUsesUpTheRibbonShowsIt)
+{
+    Set(L"ribbon", L"1");
+    Queue("PRINT 1\n");
+    Step(2);
+    DWORD needed = 0;
+    ::SpoolerPeekPrinter(printerName, nullptr, 0, &needed);
+    std::vector<BYTE> bytes(needed);
+    EXPECT_EQ(::SpoolerPeekPrinter(printerName, bytes.data(), needed, &needed), 0u);
+    EXPECT_EQ(reinterpret_cast<const PRINTER_INFO_2W*>(bytes.data())->Status, DWORD{PRINTER_STATUS_NO_TONER});
+}
+
 TEST_F(SpooledTest, AJobWithoutRibbonIsThrownAwayIfTheDeviceIsToCancel)
 {
     Set(L"ribbon", L"2");

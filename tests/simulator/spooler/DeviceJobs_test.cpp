@@ -303,6 +303,18 @@ TEST_F(DeviceJobsTest, AJobThatTheDeviceRefusesOrLosesStandsStillUntilItIsRestar
     }
 }
 
+TEST_F(DeviceJobsTest, AJobThatWasLostBeginsFromItsStartWhenItsErrorIsTakenAway)
+{
+    const DWORD jobId = PrintHalf();
+    device.SetResults(ERROR_SUCCESS, ERROR_INVALID_HANDLE);
+    EXPECT_EQ(Step(spoolerAllSteps), 1u);
+    device.SetResults(ERROR_SUCCESS);
+    device.TakeCalls();
+    SpoolerSetJobStatus(L"Label", jobId, JOB_STATUS_PRINTING);
+    Step();
+    EXPECT_EQ(device.TakeCalls(), (Calls{"begin Label NET1 job 1 1", "write 10"}));
+}
+
 TEST_F(DeviceJobsTest, AJobThatIsLostAtTheEndIsNotSentAnyMore)
 {
     device.Answer({Took(10)});
@@ -393,14 +405,6 @@ TEST_F(DeviceJobsTest, ThePrintersStatusFollowsTheDeviceAtEachStep)
     EXPECT_EQ(watch.All(), (Calls{"0x0 P.STATUS=0x20020"}));
     Step();
     EXPECT_FALSE(watch.IsSignalled());
-}
-
-TEST_F(DeviceJobsTest, AStepThatChangesTheDeviceShowsItAtOnce)
-{
-    QueueJob(L"Label");
-    device.SetStatus(PRINTER_STATUS_PAPER_OUT);
-    Step();
-    EXPECT_EQ(PrinterStatus(), DWORD{PRINTER_STATUS_PAPER_OUT});
 }
 
 TEST_F(DeviceJobsTest, ADeviceThatIsNotThereMakesThePrinterOffline)

@@ -152,6 +152,37 @@ TEST_F(DriverModules, LateAnswerHoldsUpOnlyItsOwnCaller)
     EXPECT_TRUE(late.Ends());
 }
 
+TEST_F(DriverModules, LateDriverHoldsUpOnlyItsOwnCaller)
+{
+    const OWaitHandle entered(::CreateEventW(nullptr, FALSE, FALSE, nullptr));
+    const OWaitHandle release(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    interfaceModule.step = [&](const ScriptedInterface::Call& call) {
+        if (call.name != "VRL_Settings_Reset") return;
+        ::SetEvent(entered.Get());
+        ::WaitForSingleObject(release.Get(), 60000);
+    };
+    BackgroundCall late([this] { EXPECT_EQ(Reset(), succeeded); });
+    EXPECT_EQ(::WaitForSingleObject(entered.Get(), 60000), WAIT_OBJECT_0);
+    EXPECT_EQ(Text(*printer.Get(), &IPrinter::get_Location), L"Gate 7");
+    EXPECT_EQ(StatusText(), succeeded);
+    ComPtr<IPrinterConfiguration> configuration;
+    EXPECT_EQ(printer->get_Configuration(&configuration), S_OK);
+    EXPECT_EQ(configuration->Export(NewBstr(L"out.set").Get(), _variant_t()), S_OK);
+    ::SetEvent(release.Get());
+    EXPECT_TRUE(late.Ends());
+}
+
+TEST_F(DriverModules, DriverThatWritesPastTheFileNameDoesNoDamage)
+{
+    interfaceModule.step = [this](const ScriptedInterface::Call& call) {
+        if (!call.fileName.empty()) interfaceModule.givenFileName[call.fileName.size() + 1] = L'x';
+    };
+    ComPtr<IPrinterConfiguration> configuration;
+    EXPECT_EQ(printer->get_Configuration(&configuration), S_OK);
+    EXPECT_EQ(AnswerOf(configuration->Import(NewBstr(L"in.set").Get(), _variant_t())), invalidAddress);
+    EXPECT_EQ(Reset(), succeeded);
+}
+
 TEST_F(DriverModules, CrashOfTheDriverFailsTheMemberAndTheNextWorks)
 {
     interfaceModule.step = [](const ScriptedInterface::Call& call) {

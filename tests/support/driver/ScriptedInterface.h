@@ -37,6 +37,9 @@ public:
     /// What VRL_Printer_Open gives.
     std::atomic<void*> driverHandle = reinterpret_cast<void*>(0xD21);
 
+    /// Where the file name of the last call that had one stood.
+    std::atomic<wchar_t*> givenFileName{nullptr};
+
     /// Runs in each call, after it was recorded.
     std::function<void(const Call& call)> step;
 

@@ -2,6 +2,7 @@
 #include "vrl/driver/InterfaceModule.h"
 
 #include "support/driver/ScriptedInterface.h"
+#include "support/ImportHook.h"
 #include "support/Raising.h"
 #include "support/TemporaryDirectory.h"
 
@@ -126,6 +127,31 @@ TEST_F(InterfaceModuleTest, CrashComesOutAsItsFault)
     scripted.step = [](const auto&) { WriteToNowhere(); };
     for (const Operation& row : operations)
         EXPECT_EQ(FaultOf([&] { row.run(module); }), EXCEPTION_ACCESS_VIOLATION) << row.exported;
+}
+
+TEST_F(InterfaceModuleTest, WriteBehindTheFileNameIsAFaultAndNoDamage)
+{
+    const InterfaceModule module(path.c_str());
+    const std::wstring name = L"C:\\sets\\all.set";
+    scripted.step = [&](const auto&) {
+        scripted.givenFileName[0] = L'D'; // its own
+        scripted.givenFileName[name.size() + 1] = L'x';
+    };
+    EXPECT_EQ(FaultOf([&] { module.Import(driver, name.c_str(), 1); }), EXCEPTION_ACCESS_VIOLATION);
+    EXPECT_EQ(FaultOf([&] { module.Export(driver, name.c_str(), 1); }), EXCEPTION_ACCESS_VIOLATION);
+    EXPECT_EQ(name, L"C:\\sets\\all.set");
+}
+
+TEST_F(InterfaceModuleTest, FileNameForWhichThereIsNoMemoryIsAFailure)
+{
+    const InterfaceModule module(path.c_str());
+    {
+        const ImportHook<decltype(::VirtualAlloc)> noMemory(
+            "VirtualAlloc", [](void*, SIZE_T, DWORD, DWORD) -> void* { return nullptr; });
+        EXPECT_FALSE(module.Import(driver, L"in.set", 1));
+        EXPECT_FALSE(module.Export(driver, L"out.set", 1));
+    }
+    EXPECT_TRUE(scripted.Calls().empty());
 }
 
 TEST_F(InterfaceModuleTest, ModuleThatReleasesItselfOnceTooOftenIsStillThere)

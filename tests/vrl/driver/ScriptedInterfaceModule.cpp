@@ -11,6 +11,12 @@ ScriptedInterface* Script()
     return ImportedFunction<ScriptedInterface*()>(::GetModuleHandleW(nullptr), "CurrentScriptedInterface")();
 }
 
+void CallWithFile(const char* name, void* driver, const wchar_t* fileName, DWORD mask)
+{
+    Script()->givenFileName = const_cast<wchar_t*>(fileName);
+    Script()->OnCall({name, driver, fileName, mask});
+}
+
 } // namespace
 
 extern "C" {
@@ -32,12 +38,12 @@ __declspec(dllexport) void VRL_Settings_Save(void* driver)
 
 __declspec(dllexport) void VRL_Settings_Import(void* driver, const wchar_t* fileName, DWORD mask)
 {
-    Script()->OnCall({"VRL_Settings_Import", driver, fileName, mask});
+    CallWithFile("VRL_Settings_Import", driver, fileName, mask);
 }
 
 __declspec(dllexport) void VRL_Settings_Export(void* driver, const wchar_t* fileName, DWORD mask)
 {
-    Script()->OnCall({"VRL_Settings_Export", driver, fileName, mask});
+    CallWithFile("VRL_Settings_Export", driver, fileName, mask);
 }
 
 __declspec(dllexport) void VRL_Settings_Reset(void* driver, DWORD mask)

@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "vrl/driver/InterfaceModule.h"
 
+#include "foundation/OGuardedBlock.h"
+
+#include <cstring>
+#include <cwchar>
+
 namespace {
 
 using OpenFunction = void*(HANDLE printer);
@@ -15,6 +20,17 @@ bool CallExport(const DriverModule& module, const char* name, Arguments... argum
     Function* const function = module.Find<Function>(name);
     if (function) function(arguments...);
     return function != nullptr;
+}
+
+/// The driver has a copy of the file name for itself: what it writes there, and past it, does no harm. False without
+/// memory for it.
+bool CallWithFile(const DriverModule& module, const char* name, void* driver, const wchar_t* fileName, DWORD mask)
+{
+    const size_t size = (std::wcslen(fileName) + 1) * sizeof(wchar_t);
+    const OGuardedBlock copy(size);
+    if (!copy) return false;
+    std::memcpy(copy.Data(), fileName, size);
+    return CallExport<FileFunction>(module, name, driver, reinterpret_cast<const wchar_t*>(copy.Data()), mask);
 }
 
 } // namespace
@@ -46,12 +62,12 @@ void InterfaceModule::Save(void* driver) const
 
 bool InterfaceModule::Import(void* driver, const wchar_t* fileName, DWORD mask) const
 {
-    return CallExport<FileFunction>(_module, "VRL_Settings_Import", driver, fileName, mask);
+    return CallWithFile(_module, "VRL_Settings_Import", driver, fileName, mask);
 }
 
 bool InterfaceModule::Export(void* driver, const wchar_t* fileName, DWORD mask) const
 {
-    return CallExport<FileFunction>(_module, "VRL_Settings_Export", driver, fileName, mask);
+    return CallWithFile(_module, "VRL_Settings_Export", driver, fileName, mask);
 }
 
 bool InterfaceModule::Reset(void* driver, DWORD mask) const

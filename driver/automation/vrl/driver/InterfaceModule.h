@@ -30,7 +30,7 @@ public:
 
     void Save(void* driver) const;
 
-    /// Masks name groups of settings; a file's path goes out as it is.
+    /// Masks name groups of settings; a file's path goes out as it is, in a place of its own.
     bool Import(void* driver, const wchar_t* fileName, DWORD mask) const;
     bool Export(void* driver, const wchar_t* fileName, DWORD mask) const;
     bool Reset(void* driver, DWORD mask) const;

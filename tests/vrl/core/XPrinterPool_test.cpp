@@ -3,6 +3,7 @@
 
 #include "foundation/failures/OException.h"
 #include "foundation/failures/OExceptionHandler.h"
+#include "support/BackgroundCall.h"
 #include "support/Eventually.h"
 #include "support/ImportHook.h"
 #include "support/TranslatorScope.h"
@@ -266,6 +267,23 @@ TEST_F(LastReleaseTest, LeavesANewObjectToAThreadThatAcquiresTheNameMeanwhile)
     EXPECT_NE(next.Get(), closing);
     pool.RunWork();
     EXPECT_EQ(XPrinterRef::Acquire(OString("Label")).Get(), next.Get());
+}
+
+TEST_F(LastReleaseTest, LeavesTheObjectToItsOwnThreadWhoeverAskedForTheNameLast)
+{
+    const StandingPool pool;
+    XPrinter* const closing = last.Get();
+    XPrinterRef others;
+    OnStatusThreadOf(*closing, [&] {
+        last.Release();
+        const BackgroundCall opening([&] {
+            others = XPrinterRef::Acquire(OString("Label"));
+            XPrinterRef::Acquire(OString("Label")).Release();
+        });
+        EXPECT_TRUE(opening.Ends());
+        EXPECT_EQ(XPrinterRef::Acquire(OString("Label")).Get(), closing);
+    });
+    pool.RunWork();
 }
 
 class NoPoolThreadTest : public XPrinterPoolTest {

@@ -11,7 +11,7 @@
 
 OCriticalSection XPrinterPool::_lock;
 OPointerArray<XPrinter> XPrinterPool::_openPrinters;
-int XPrinterPool::_lastAskedFor = 0;
+XPrinter* XPrinterPool::_lastAskedFor = nullptr;
 
 XPrinter* XPrinterPool::Acquire(const OString& name)
 {
@@ -25,27 +25,26 @@ XPrinter* XPrinterPool::Acquire(const OString& name)
     opened->Open(name);
     opened->_referenceCount = 1;
     _openPrinters.Add(opened.get());
-    _lastAskedFor = _openPrinters.GetSize() - 1;
     return opened.release();
 }
 
-/// The parts of a printer are bound one after another, by its name: the printer that was asked for last comes first.
+/// The parts of a printer are bound one after another, by its name: the printer that was asked for last comes first. A
+/// printer that is being closed is there for its own notification thread only, which doesn't get the one that others
+/// have opened meanwhile: that one isn't remembered.
 XPrinter* XPrinterPool::Find(const OString& name)
 {
-    if (_lastAskedFor < _openPrinters.GetSize() && IsOpenAs(*_openPrinters.GetAt(_lastAskedFor), name))
-        return _openPrinters.GetAt(_lastAskedFor);
+    if (_lastAskedFor && !_lastAskedFor->_closing && _lastAskedFor->IsNamed(name)) return _lastAskedFor;
+    bool mayRemember = true;
     for (int i = 0; i < _openPrinters.GetSize(); ++i) {
-        if (!IsOpenAs(*_openPrinters.GetAt(i), name)) continue;
-        _lastAskedFor = i;
-        return _openPrinters.GetAt(i);
+        XPrinter* const open = _openPrinters.GetAt(i);
+        if (!open->IsNamed(name)) continue;
+        if (!open->_closing || open == PrinterOfThisThread()) {
+            if (mayRemember) _lastAskedFor = open;
+            return open;
+        }
+        mayRemember = false;
     }
     return nullptr;
-}
-
-/// One that is being closed is open for its own notification thread only.
-bool XPrinterPool::IsOpenAs(const XPrinter& xPrinter, const OString& name)
-{
-    return xPrinter.IsNamed(name) && (!xPrinter._closing || &xPrinter == PrinterOfThisThread());
 }
 
 void XPrinterPool::Release(XPrinter* xPrinter)
@@ -126,6 +125,7 @@ bool XPrinterPool::TakeOutOrReopen(XPrinter* xPrinter)
     for (int i = 0; i < _openPrinters.GetSize(); ++i) {
         if (_openPrinters.GetAt(i) != xPrinter) continue;
         _openPrinters.RemoveAt(i, 1);
+        if (_lastAskedFor == xPrinter) _lastAskedFor = nullptr;
         break;
     }
     return true;

@@ -43,7 +43,6 @@ private:
     friend class XPrinter; // its count stands under this lock
 
     static XPrinter* Find(const OString& name) REQUIRES(_lock);
-    static bool IsOpenAs(const XPrinter& xPrinter, const OString& name) REQUIRES(_lock);
     static XPrinter* PrinterOfThisThread() REQUIRES(_lock);
     static bool CloseOnPoolThread(XPrinter* xPrinter);
     static void Close(XPrinter* xPrinter);
@@ -52,5 +51,5 @@ private:
 
     static OCriticalSection _lock;
     static OPointerArray<XPrinter> _openPrinters GUARDED_BY(_lock); // in order of opening
-    static int _lastAskedFor GUARDED_BY(_lock);                     // index of that printer
+    static XPrinter* _lastAskedFor GUARDED_BY(_lock);               // in the table; null: nobody knows
 };

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "foundation/OHandle.h"
 #include "support/Raising.h"
 #include "support/RowName.h"
 #include "support/com/ApartmentThread.h"
 #include "support/com/HeldSink.h"
 #include "support/product/JobClientTest.h"
+#include "support/spooler/FieldDocument.h"
 
 #include <gmock/gmock.h>
 
@@ -23,37 +23,6 @@ using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
-
-/// A document that the test prints a call at a time.
-class Document {
-public:
-    explicit Document(const wchar_t* printerName)
-    {
-        ::OpenPrinterW(const_cast<wchar_t*>(printerName), _printer.Receive(), nullptr);
-        DOC_INFO_1W info = {const_cast<wchar_t*>(L"Pallet"), nullptr, const_cast<wchar_t*>(L"RAW")};
-        jobId = ::StartDocPrinterW(_printer.Get(), 1, reinterpret_cast<BYTE*>(&info));
-    }
-
-    void StartPage() const { EXPECT_TRUE(::StartPagePrinter(_printer.Get())); }
-
-    void Write() const
-    {
-        char bytes[] = "^XA^XZ";
-        DWORD written = 0;
-        EXPECT_TRUE(::WritePrinter(_printer.Get(), bytes, sizeof bytes, &written));
-    }
-
-    void End() const
-    {
-        EXPECT_TRUE(::EndPagePrinter(_printer.Get()));
-        EXPECT_TRUE(::EndDocPrinter(_printer.Get()));
-    }
-
-    DWORD jobId;
-
-private:
-    OHandle<::ClosePrinter, HANDLE> _printer;
-};
 
 /// A printer that prints a step at a time after spooling, with a queue sink.
 class JobEvents : public JobClientTest {
@@ -106,13 +75,14 @@ protected:
     DWORD SpoolWatched()
     {
         WatchQueue();
-        const Document document(printerName);
+        FieldDocument document(printerName);
         document.StartPage();
-        document.Write();
+        document.Write("^XA^XZ");
+        document.EndPage();
         document.End();
         Heard();
-        WatchJob(document.jobId);
-        return document.jobId;
+        WatchJob(document.JobId());
+        return document.JobId();
     }
 
     Lines Step(DWORD steps = 1)
@@ -144,12 +114,13 @@ protected:
 TEST_F(JobEvents, TellALabelJobFromItsArrivalToItsEnd)
 {
     WatchQueue();
-    const Document document(printerName);
+    FieldDocument document(printerName);
     EXPECT_THAT(Heard(), ElementsAre("queue: OnJobNew(job 1)", "queue: OnJobPositionChanged(job 1, 0, 1)"));
-    WatchJob(document.jobId);
+    WatchJob(document.JobId());
     document.StartPage();
     EXPECT_EQ(Heard(), AtBothLevels({"OnJobTotalPagesChanged(job 1, 0, 1)"}));
-    document.Write();
+    document.Write("^XA^XZ");
+    document.EndPage();
     document.End();
     EXPECT_THAT(Heard(), IsEmpty());
     EXPECT_EQ(Step(), AtBothLevels({"OnJobStarted(job 1)", "OnJobStatusChanged(job 1, status 'Printing')"}));
@@ -206,8 +177,9 @@ TEST_F(JobEvents, TellTroubleAtTheDeviceAndItsEnd)
 TEST_F(JobEvents, TellThatTheJobsBehindMoveUp)
 {
     SpoolWatched();
-    const Document second(printerName);
+    FieldDocument second(printerName);
     second.StartPage();
+    second.EndPage();
     second.End();
     Heard();
     EXPECT_THAT(Step(6), ::testing::Contains("queue: OnJobPositionChanged(job 2, 2, 1)"));

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "integration/scenarios/FieldDocument.h"
 #include "support/Eventually.h"
 #include "support/com/EventSink.h"
 #include "support/com/JobAnswers.h"
 #include "support/product/IntegrationTest.h"
 #include "support/product/ProductWaits.h"
+#include "support/spooler/FieldDocument.h"
 #include "support/spooler/HeldCall.h"
 
 #include <gmock/gmock.h>

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "support/Eventually.h"
-#include "support/ImportHook.h"
 #include "support/com/EventSink.h"
 #include "support/com/JobAnswers.h"
 #include "support/product/IntegrationTest.h"
+#include "support/product/ProductWaits.h"
 #include "support/spooler/QueuedJob.h"
 
 #include <utility>
@@ -26,7 +26,6 @@ protected:
     /// The thread of a printer may still be letting go of its own objects when the client has let go of his.
     void TearDown() override
     {
-        _marker.Close();
         EXPECT_TRUE(Eventually(IsUnloadable)) << "an object is left";
         EXPECT_EQ(EventSink::Living(), 0) << "a sink was not released";
         IntegrationTest::TearDown();
@@ -115,43 +114,13 @@ protected:
     /// What the sinks were told, when everything that the spooler has told so far is handled.
     Lines Heard()
     {
-        if (FAILED(_marker.Result())) _marker = Mark();
-        EXPECT_EQ(::SpoolerWaitUntilFetched(printerName, patienceMs), 0u);
-        const SpoolerNotifyEntry mark{.type = PRINTER_NOTIFY_TYPE, .field = PRINTER_NOTIFY_FIELD_COMMENT, .text = L""};
-        EXPECT_EQ(::SpoolerQueueBatch(printerName, 0, {mark}), 0u);
-        EXPECT_EQ(::WaitForSingleObject(_marked.Get(), patienceMs), WAIT_OBJECT_0) << "the thread doesn't come back";
+        EXPECT_TRUE(_waits.WaitUntilIdle()) << "a notification thread doesn't come back";
         return log.Take();
     }
-
-    /// Lets the queue sinks hear of the end of a job. One whose end they have not heard of keeps its printer open.
-    void EndJob(DWORD id)
-    {
-        const auto printer = BoundPrinter();
-        const Connection sink = Watch(*QueueOf(*printer.Get()).Get(), "end");
-        Tell({Status(id, JOB_STATUS_RESTART | JOB_STATUS_DELETED)});
-    }
-
-    static constexpr DWORD patienceMs = 30000;
 
     EventLog log;
     DWORD jobId = 0;
 
 private:
-    /// A sink that hears of each mark among the notices, which come in order.
-    Connection Mark()
-    {
-        const auto sink = EventSink::Create(_unread, "mark", PrinterEventName);
-        sink->onInvoke = [this](DISPID id, DISPPARAMS*) {
-            constexpr DISPID onCommentChanged = 4;
-            if (id == onCommentChanged) ::SetEvent(_marked.Get());
-            return S_OK;
-        };
-        return Connect(*BoundPrinter().Get(), sink.Get());
-    }
-
-    const OWaitHandle _marked{::CreateEventW(nullptr, FALSE, FALSE, nullptr)};
-    EventLog _unread;
-    Connection _marker;
-    /// A thread that is stopped is asked again at once, not after 100 ms.
-    const ImportHook<decltype(::Sleep)> _noSleep{"Sleep", [](DWORD) { ::SwitchToThread(); }, Product().Handle()};
+    const ProductWaits _waits{Product()};
 };

@@ -14,6 +14,7 @@ template <typename Record>
 struct TextKey {
     std::wstring_view key;
     OptionalText Record::*field;
+    bool isAlwaysTold = false; ///< its plain value comes from elsewhere
 };
 
 /// A way to write a number, and to read it back.
@@ -104,17 +105,17 @@ inline constexpr std::array portNumbers{
 };
 
 inline constexpr std::array jobTexts{
-    TextKey<JobRecord>{L"document",        &JobRecord::document      },
-    TextKey<JobRecord>{L"user",            &JobRecord::userName      },
-    TextKey<JobRecord>{L"machine",         &JobRecord::machineName   },
-    TextKey<JobRecord>{L"notify",          &JobRecord::notifyName    },
-    TextKey<JobRecord>{L"data type",       &JobRecord::datatype      },
-    TextKey<JobRecord>{L"print processor", &JobRecord::printProcessor},
-    TextKey<JobRecord>{L"parameters",      &JobRecord::parameters    },
-    TextKey<JobRecord>{L"status text",     &JobRecord::statusText    },
-    TextKey<JobRecord>{L"port",            &JobRecord::portName      },
-    TextKey<JobRecord>{L"output file",     &JobRecord::outputFile    },
-    TextKey<JobRecord>{L"late name",       &JobRecord::lateName      },
+    TextKey<JobRecord>{L"document",                 &JobRecord::document,           true},
+    TextKey<JobRecord>{L"user",                           &JobRecord::userName,                                                   true},
+    TextKey<JobRecord>{L"machine",                       &JobRecord::machineName,   true},
+    TextKey<JobRecord>{L"notify",&JobRecord::notifyName,      true},
+    TextKey<JobRecord>{L"data type",                   &JobRecord::datatype,                                              true},
+    TextKey<JobRecord>{L"print processor",                           &JobRecord::printProcessor,                                              true},
+    TextKey<JobRecord>{L"parameters",                       &JobRecord::parameters       },
+    TextKey<JobRecord>{L"status text",&JobRecord::statusText},
+    TextKey<JobRecord>{L"port",               &JobRecord::portName},
+    TextKey<JobRecord>{L"output file",              &JobRecord::outputFile                                               },
+    TextKey<JobRecord>{L"late name",                     &JobRecord::lateName                },
 };
 
 inline constexpr std::array jobNumbers{

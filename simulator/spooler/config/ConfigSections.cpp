@@ -47,10 +47,11 @@ void ReadMachine(const ConfigSection& section, Described& described)
 /// A plain file name lies beside the spooler, not beside the file.
 void SetDevice(PortRecord& port, const ConfigEntry& entry, const std::wstring& folder)
 {
-    const bool isPlain = entry.value.find_first_of(L"\\/") == std::wstring::npos;
-    const DWORD error = ConnectDevice(port, isPlain ? entry.value : ConfigPath(entry, folder));
+    const std::wstring file = ConfigPresentText(entry);
+    const bool isPlain = file.find_first_of(L"\\/") == std::wstring::npos;
+    const DWORD error = ConnectDevice(port, isPlain ? file : ConfigPath(entry, folder));
     if (error == ERROR_SUCCESS) return;
-    throw ConfigError{entry.line, L"there is no device in " + entry.value + L", error " + std::to_wstring(error)};
+    throw ConfigError{entry.line, L"there is no device in " + file + L", error " + std::to_wstring(error)};
 }
 
 void ReadPort(const ConfigSection& section, Described& described)
@@ -198,7 +199,8 @@ bool SetSpecial(ConfiguredPrinter& printer, const ConfigEntry& entry, const std:
     } else if (key.starts_with(capabilityPrefix)) {
         SetCapability(printer.record, entry, key.substr(capabilityPrefix.size()));
     } else if (key.starts_with(devicePrefix)) {
-        printer.record.deviceSettings.push_back({std::wstring(key.substr(devicePrefix.size())), entry.value});
+        printer.record.deviceSettings.push_back(
+            {std::wstring(key.substr(devicePrefix.size())), ConfigPresentText(entry)});
         printer.deviceLines.push_back(entry.line);
     } else {
         return false;

@@ -8,6 +8,7 @@
 #include "spooler/config/ConfigForms.h"
 #include "spooler/config/ConfigKeys.h"
 #include "spooler/config/ConfigTexts.h"
+#include "spooler/SpoolerConstants.h"
 
 #include <algorithm>
 #include <bit>
@@ -35,7 +36,8 @@ public:
                 const std::array<NumberKey<Record>, numbers>& numberKeys)
     {
         for (const auto& key : textKeys) {
-            if (record.*key.field != plain.*key.field) Entry(key.key, OptionalForm(record.*key.field));
+            if (key.isAlwaysTold || record.*key.field != plain.*key.field)
+                Entry(key.key, OptionalForm(record.*key.field));
         }
         for (const auto& key : numberKeys) {
             if (record.*key.field != plain.*key.field) Entry(key.key, key.form.write(record.*key.field));
@@ -81,6 +83,9 @@ void WritePort(Lines& lines, const PortRecord& port)
 {
     lines.Section(L"port", &port.name);
     lines.Fields(port, PortRecord(), portTexts, portNumbers);
+    const std::wstring& device = port.devicePath;
+    const bool isPlain = device.find_first_of(L"\\/") == std::wstring::npos; // beside the spooler
+    if (!device.empty()) lines.Entry(L"device", TextForm(isPlain ? device : FullPath(device)));
 }
 
 void WriteDriver(Lines& lines, const DriverRecord& driver)
@@ -119,6 +124,7 @@ void WritePrinting(Lines& lines, const PrinterRecord& printer)
     if (!printer.outputFolder.empty()) lines.Entry(L"output", TextForm(FullPath(printer.outputFolder)));
     if (printer.recording) lines.Entry(L"recording", TextForm(FullPath(printer.recording->path)));
     WriteTrouble(lines, printer.trouble);
+    for (const auto& [word, value] : printer.deviceSettings) lines.Entry(L"device " + word, TextForm(value));
 }
 
 std::wstring PartForm(const std::wstring& part, std::wstring_view reserved)
@@ -148,10 +154,22 @@ void WriteCapabilities(Lines& lines, const PrinterRecord& printer)
     }
 }
 
+/// The printer without the bits of its devices, which tell them again.
+PrinterRecord WithoutDevices(const PrinterRecord& printer)
+{
+    PrinterRecord saved;
+    static_cast<PrinterFields&>(saved) = printer;
+    saved.status &= ~printer.deviceStatus;
+    saved.grantedAccess = printer.grantedAccess;
+    saved.bytesPerSecond = printer.bytesPerSecond;
+    saved.linkedJobId = printer.linkedJobId;
+    return saved;
+}
+
 void WritePrinter(Lines& lines, const PrinterRecord& printer)
 {
     lines.Section(L"printer", &printer.name);
-    lines.Fields(printer, PrinterRecord(), printerTexts, printerNumbers);
+    lines.Fields(WithoutDevices(printer), PrinterRecord(), printerTexts, printerNumbers);
     WriteDevModes(lines, printer);
     if (!printer.securityDescriptor.empty()) lines.Hex(L"security descriptor", printer.securityDescriptor);
     WritePrinting(lines, printer);
@@ -185,32 +203,36 @@ Bytes BytesOf(const SYSTEMTIME& time)
     return CopyBytes(&time, sizeof time);
 }
 
-/// What a job that says nothing gets from its printer or the machine is told in any case.
+/// What the job is when its device knows nothing of it any more: one that is at a device begins again.
+JobRecord WithoutDevice(const JobRecord& job)
+{
+    JobRecord saved;
+    static_cast<JobFields&>(saved) = job;
+    saved.stage = job.stage;
+    saved.nextJobId = job.nextJobId;
+    saved.outputFile = job.outputFile;
+    saved.lateName = job.lateName;
+    saved.reportedSize = job.reportedSize;
+    if (!job.device) return saved;
+    constexpr DWORD begun = JOB_STATUS_PRINTING | JOB_STATUS_COMPLETE | jobStatusRetained;
+    saved.stage = JobStage::Waiting;
+    saved.status &= ~(begun | job.device->status);
+    if (job.device->hasText) saved.statusText.reset();
+    saved.portName.reset();
+    saved.pagesPrinted = saved.bytesPrinted = saved.time = 0;
+    return saved;
+}
+
 void WriteJob(Lines& lines, const PrinterRecord& printer, const JobRecord& job)
 {
-    JobRecord plain;
+    const JobRecord saved = WithoutDevice(job);
     lines.Section(L"job", &printer.name);
-    const auto tellAlways = [&](std::wstring_view key, const OptionalText& text) {
-        lines.Entry(key, OptionalForm(text));
-    };
-    tellAlways(L"document", job.document);
-    tellAlways(L"user", job.userName);
-    tellAlways(L"machine", job.machineName);
-    tellAlways(L"notify", job.notifyName);
-    tellAlways(L"data type", job.datatype);
-    tellAlways(L"print processor", job.printProcessor);
-    plain.document = job.document;
-    plain.userName = job.userName;
-    plain.machineName = job.machineName;
-    plain.notifyName = job.notifyName;
-    plain.datatype = job.datatype;
-    plain.printProcessor = job.printProcessor;
-    lines.Fields(job, plain, jobTexts, jobNumbers);
+    lines.Fields(saved, JobRecord(), jobTexts, jobNumbers);
     if (job.devMode != printer.devMode) lines.WholeDevMode(L"devmode", job.devMode);
     const std::optional<std::wstring> date = DateText(job.submitted);
     date ? lines.Entry(L"submitted", *date) : lines.Hex(L"submitted", BytesOf(job.submitted));
-    if (job.stage != JobStage::Waiting)
-        lines.Entry(L"stage", std::ranges::find(stages, job.stage, &StageWord::stage)->word);
+    if (saved.stage != JobStage::Waiting)
+        lines.Entry(L"stage", std::ranges::find(stages, saved.stage, &StageWord::stage)->word);
     if (job.retain) lines.Entry(L"retain", TruthForm(true));
     WritePageEnds(lines, job.pageEnds);
     WriteDocument(lines, job.spooled);

@@ -131,7 +131,8 @@ std::wstring CapabilityForm(const CapabilityAnswer& answer, WORD capability)
         if (elements && ConfigCapability({0, {}, *elements, false, {}}, capability).output == answer.output)
             return *elements;
     }
-    const std::wstring number = DecimalForm(static_cast<DWORD>(answer.result));
-    if (answer.output.empty() && array == arrayCapabilities.end()) return number;
-    return number + L" " + std::wstring(bytesPrefix) + BytesForm(answer.output);
+    std::wstring form = DecimalForm(static_cast<DWORD>(answer.result));
+    if (!answer.output.empty() || array != arrayCapabilities.end())
+        form.append(L" ").append(bytesPrefix).append(BytesForm(answer.output));
+    return form;
 }

@@ -105,17 +105,17 @@ inline constexpr std::array portNumbers{
 };
 
 inline constexpr std::array jobTexts{
-    TextKey<JobRecord>{L"document",                 &JobRecord::document,           true},
-    TextKey<JobRecord>{L"user",                           &JobRecord::userName,                                                   true},
-    TextKey<JobRecord>{L"machine",                       &JobRecord::machineName,   true},
-    TextKey<JobRecord>{L"notify",&JobRecord::notifyName,      true},
-    TextKey<JobRecord>{L"data type",                   &JobRecord::datatype,                                              true},
-    TextKey<JobRecord>{L"print processor",                           &JobRecord::printProcessor,                                              true},
-    TextKey<JobRecord>{L"parameters",                       &JobRecord::parameters       },
-    TextKey<JobRecord>{L"status text",&JobRecord::statusText},
-    TextKey<JobRecord>{L"port",               &JobRecord::portName},
-    TextKey<JobRecord>{L"output file",              &JobRecord::outputFile                                               },
-    TextKey<JobRecord>{L"late name",                     &JobRecord::lateName                },
+    TextKey<JobRecord>{L"document",        &JobRecord::document,       true },
+    TextKey<JobRecord>{L"user",            &JobRecord::userName,       true },
+    TextKey<JobRecord>{L"machine",         &JobRecord::machineName,    true },
+    TextKey<JobRecord>{L"notify",          &JobRecord::notifyName,     true },
+    TextKey<JobRecord>{L"data type",       &JobRecord::datatype,       true },
+    TextKey<JobRecord>{L"print processor", &JobRecord::printProcessor, true },
+    TextKey<JobRecord>{L"parameters",      &JobRecord::parameters,     false},
+    TextKey<JobRecord>{L"status text",     &JobRecord::statusText,     false},
+    TextKey<JobRecord>{L"port",            &JobRecord::portName,       false},
+    TextKey<JobRecord>{L"output file",     &JobRecord::outputFile,     false},
+    TextKey<JobRecord>{L"late name",       &JobRecord::lateName,       false},
 };
 
 inline constexpr std::array jobNumbers{

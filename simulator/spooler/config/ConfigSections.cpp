@@ -147,43 +147,42 @@ Bytes ConfigDevMode(const ConfigEntry& entry)
     return entry.value == L"none" ? Bytes() : ConfigHex(entry);
 }
 
+using Entry = const ConfigEntry&;
+using Folder = const std::wstring&;
+
 /// A key of a printer that is neither a text nor a number.
 struct SpecialKey {
     std::wstring_view key;
-    void (*set)(ConfiguredPrinter& printer, const ConfigEntry& entry, const std::wstring& folder);
+    void (*set)(ConfiguredPrinter& to, Entry entry, Folder folder);
 };
 
-using Folder = const std::wstring&;
+void SetPace(ConfiguredPrinter& to, Entry entry, Folder)
+{
+    to.record.pace = ConfigPace(entry);
+    to.paceIsSet = true;
+}
 
+void SetTroubleStatus(ConfiguredPrinter& to, Entry entry, Folder)
+{
+    to.record.trouble.printerStatus = ConfigBits(entry, printerStatusWords);
+}
+
+// clang-format off
 constexpr std::array specialKeys{
-    SpecialKey{L"output",              [](ConfiguredPrinter& printer, const ConfigEntry& entry,
-               Folder folder) { printer.record.outputFolder = ConfigPath(entry, folder); }                     },
-    SpecialKey{L"pace",
-               [](ConfiguredPrinter& printer,                         const ConfigEntry& entry, Folder) {
-                   printer.record.pace = ConfigPace(entry);
-                   printer.paceIsSet = true;
-               }},
-    SpecialKey{L"end of job",          [](ConfiguredPrinter& printer, const ConfigEntry& entry,
-               Folder) { printer.record.trueEndOfJob = ConfigTruth(entry); }                                   },
-    SpecialKey{L"late names",          [](ConfiguredPrinter& printer, const ConfigEntry& entry,
-               Folder) { printer.record.lateNames = ConfigTruth(entry); }                                      },
-    SpecialKey{L"recording",           [](ConfiguredPrinter& printer, const ConfigEntry& entry,
-               Folder folder) { SetRecording(printer.record, entry, folder); }                                 },
-    SpecialKey{L"devmode",             [](ConfiguredPrinter& printer, const ConfigEntry& entry,
-               Folder) { printer.wholeDevMode = ConfigDevMode(entry); }                                        },
-    SpecialKey{L"user devmode",        [](ConfiguredPrinter& printer, const ConfigEntry& entry,
-               Folder) { printer.record.userDevMode = ConfigDevMode(entry); }                                  },
-    SpecialKey{L"security descriptor", [](ConfiguredPrinter& printer, const ConfigEntry& entry,
-               Folder) { printer.record.securityDescriptor = ConfigHex(entry); }                               },
-    SpecialKey{L"trouble",             [](ConfiguredPrinter& printer, const ConfigEntry& entry,
-               Folder) { printer.record.trouble.jobStatus = ConfigBits(entry, jobStatusWords); }               },
-    SpecialKey{L"trouble status",
-               [](ConfiguredPrinter& printer,                         const ConfigEntry& entry, Folder) {
-                   printer.record.trouble.printerStatus = ConfigBits(entry, printerStatusWords);
-               }},
-    SpecialKey{L"trouble text",        [](ConfiguredPrinter& printer, const ConfigEntry& entry,
-               Folder) { printer.record.trouble.text = ConfigText(entry); }                                    },
+    SpecialKey{L"output",         [](auto& to, Entry entry, Folder folder) { to.record.outputFolder = ConfigPath(entry, folder); }},
+    SpecialKey{L"pace",           SetPace},
+    SpecialKey{L"end of job",     [](auto& to, Entry entry, Folder) { to.record.trueEndOfJob = ConfigTruth(entry); }},
+    SpecialKey{L"late names",     [](auto& to, Entry entry, Folder) { to.record.lateNames = ConfigTruth(entry); }},
+    SpecialKey{L"recording",      [](auto& to, Entry entry, Folder folder) { SetRecording(to.record, entry, folder); }},
+    SpecialKey{L"devmode",        [](auto& to, Entry entry, Folder) { to.wholeDevMode = ConfigDevMode(entry); }},
+    SpecialKey{L"user devmode",   [](auto& to, Entry entry, Folder) { to.record.userDevMode = ConfigDevMode(entry); }},
+    SpecialKey{L"security descriptor",
+                                  [](auto& to, Entry entry, Folder) { to.record.securityDescriptor = ConfigHex(entry); }},
+    SpecialKey{L"trouble",        [](auto& to, Entry entry, Folder) { to.record.trouble.jobStatus = ConfigBits(entry, jobStatusWords); }},
+    SpecialKey{L"trouble status", SetTroubleStatus},
+    SpecialKey{L"trouble text",   [](auto& to, Entry entry, Folder) { to.record.trouble.text = ConfigText(entry); }},
 };
+// clang-format on
 
 bool SetSpecial(ConfiguredPrinter& printer, const ConfigEntry& entry, const std::wstring& folder)
 {
@@ -266,30 +265,31 @@ Bytes ReadDocument(const ConfigEntry& entry, Folder folder)
     return document;
 }
 
+/// Its bytes are the lower halves of the text's characters.
+void SetDocumentText(JobRecord& job, Entry entry, Folder)
+{
+    const std::wstring text = ConfigPresentText(entry);
+    job.spooled.assign(text.begin(), text.end());
+}
+
 /// A key of a job that is neither a text nor a number.
 struct SpecialJobKey {
     std::wstring_view key;
-    void (*set)(JobRecord& job, const ConfigEntry& entry, Folder folder);
+    void (*set)(JobRecord& job, Entry entry, Folder folder);
 };
 
+// clang-format off
 constexpr std::array specialJobKeys{
-    SpecialJobKey{L"text",
-                  [](JobRecord& job,               const ConfigEntry& entry, Folder) {
-                      const std::wstring text = ConfigPresentText(entry);
-                      job.spooled.assign(text.begin(), text.end());
-                  }                              },
-    SpecialJobKey{L"bytes",     [](JobRecord& job, const ConfigEntry& entry, Folder) { job.spooled = ConfigHex(entry); }     },
-    SpecialJobKey{L"file",      [](JobRecord& job, const ConfigEntry& entry,
-                  Folder folder) { job.spooled = ReadDocument(entry, folder); }                                              },
-    SpecialJobKey{L"devmode",
-                  [](JobRecord& job,               const ConfigEntry& entry, Folder) { job.devMode = ConfigDevMode(entry); } },
-    SpecialJobKey{L"submitted",
-                  [](JobRecord& job,               const ConfigEntry& entry, Folder) { job.submitted = ConfigDate(entry); }  },
-    SpecialJobKey{L"stage",     [](JobRecord& job, const ConfigEntry& entry, Folder) { job.stage = ConfigStage(entry); }     },
-    SpecialJobKey{L"retain",    [](JobRecord& job, const ConfigEntry& entry, Folder) { job.retain = ConfigTruth(entry); }    },
-    SpecialJobKey{L"page ends",
-                  [](JobRecord& job,               const ConfigEntry& entry, Folder) { job.pageEnds = ConfigNumbers(entry); }},
+    SpecialJobKey{L"text",      SetDocumentText},
+    SpecialJobKey{L"bytes",     [](auto& job, Entry entry, Folder) { job.spooled = ConfigHex(entry); }},
+    SpecialJobKey{L"file",      [](auto& job, Entry entry, Folder folder) { job.spooled = ReadDocument(entry, folder); }},
+    SpecialJobKey{L"devmode",   [](auto& job, Entry entry, Folder) { job.devMode = ConfigDevMode(entry); }},
+    SpecialJobKey{L"submitted", [](auto& job, Entry entry, Folder) { job.submitted = ConfigDate(entry); }},
+    SpecialJobKey{L"stage",     [](auto& job, Entry entry, Folder) { job.stage = ConfigStage(entry); }},
+    SpecialJobKey{L"retain",    [](auto& job, Entry entry, Folder) { job.retain = ConfigTruth(entry); }},
+    SpecialJobKey{L"page ends", [](auto& job, Entry entry, Folder) { job.pageEnds = ConfigNumbers(entry); }},
 };
+// clang-format on
 
 void ReadJob(const ConfigSection& section, Described& described)
 {

@@ -2,6 +2,7 @@
 #include "support/product/PrinterEventsTest.h"
 #include "support/product/ProductWaits.h"
 #include "support/spooler/HeldCall.h"
+#include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 
@@ -214,6 +215,24 @@ TEST_F(PrinterOdometer, GoesOnFromTheStoredCountWhenThePrinterIsOpenedAgain)
     }
     printer.Reset();
     printer = BoundPrinter();
+    const Connection sink = Watch(*printer.Get(), "printer");
+    Print(1);
+    ExpectStored(8, 1200.0);
+}
+
+TEST_F(PrinterOdometer, IsThereAgainInAWorldThatWasSaved)
+{
+    {
+        const Connection sink = Watch(*printer.Get(), "printer");
+        Print(3);
+    }
+    printer.Reset();
+    const TemporaryDirectory folder;
+    ASSERT_EQ(::SpoolerSaveConfiguration(folder.Path(L"world.ini").c_str()), 0u);
+    ::SpoolerReset();
+    ASSERT_EQ(::SpoolerLoadConfig(folder.Path(L"world.ini").c_str()), 0u);
+    printer = BoundPrinter();
+    ExpectOdometer(6, 900.0F);
     const Connection sink = Watch(*printer.Get(), "printer");
     Print(1);
     ExpectStored(8, 1200.0);

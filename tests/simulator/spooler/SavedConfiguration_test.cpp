@@ -756,6 +756,152 @@ TEST_F(SavedConfiguration, EmptyWorldIsSaved)
     ExpectTheSameAgain();
 }
 
+/// Every section and every key, as it is written; only a recording and a device are missing, which name other files.
+constexpr const char* wholeLanguage = R"(; Written by the spooler simulator.
+
+[machine]
+user = jane
+machine = STORE
+access = use
+next job = 99
+
+[port NET1]
+monitor = Net Monitor
+description = a net port
+type = write, net
+
+[port LPT1:]
+
+[driver Label Driver]
+environment = Windows ARM64
+driver path = C:\d\label.dll
+data file = C:\d\gnt42.gpd
+config file = C:\d\ui.dll
+help file = C:\d\label.hlp
+monitor = Label Monitor
+default data type = TEXT
+manufacturer = Gantry
+oem url = http://example.com
+hardware id = GNT42
+provider = Marrowfield
+version = 4
+attributes = 16
+highest level = 7
+dependent files = a.dll; b.dll
+previous names = Old; text:"Very; old"
+date = 0x1DC000000000000
+driver version = 0xFFFFFFFF00000001
+
+[driver Generic / Text Only]
+
+[printer Label]
+server = \\HOST
+share = LBL
+port = NET1
+driver = Label Driver
+comment = of the depot; gate 3
+location = text:" hall\n2 "
+separator file = sep.txt
+print processor = proc
+data type = TEXT
+parameters = p=1
+priority = 9
+default priority = 7
+start time = 8:05
+until time = 1440
+average ppm = 30
+attributes = shared, local, bidirectional
+status = paper out, busy
+speed = 1000
+not selected timeout = 1
+retry timeout = 2
+linked job = 12
+access = use
+paper width = 1000
+paper length = 1500
+copies = 2
+orientation = landscape
+form = 4x6
+user devmode = hex:00 01
+security descriptor = hex:01 00 04 80
+pace = stepped
+end of job = yes
+late names = yes
+output = C:\printed
+trouble = error, paper out
+trouble status = paper out
+trouble text = Out of labels
+data DsSpooler\description = of the depot; gate 3
+data DsSpooler\driverName = Label Driver
+data DsSpooler\location = text:" hall\n2 "
+data DsSpooler\printerName = Label
+data Gantry\Odometer Distance = hex:00 00 00 00 00 00 5E 40
+data Gantry\Odometer Pages = dword:2
+data VRL Interface = label.dll
+data Various\Texts = hex(7):61 00 00 00 00 00
+capability papers = 9; 256
+capability paper sizes = 2100 x 2970; 1000 x 1500
+capability 13 = 1 hex:CB 00 00 00 CB 00 00 00
+capability paper names = A4; 4 by 6 inch
+capability copies = 999
+
+[printer Other]
+devmode = none
+pace = resting
+data DsSpooler\description =
+data DsSpooler\driverName = Generic / Text Only
+data DsSpooler\location =
+data DsSpooler\printerName = Other
+
+[job Label]
+document = Pallet
+user = joe
+machine = \\GATE3
+notify = jim
+data type = RAW
+print processor = winprint
+parameters = q=2
+status text = Busy
+port = NET1
+output file = C:\out.prn
+late name = Pallet 2
+number = 12
+linked job = 13
+bytes printed = 2
+time = 40
+priority = 5
+start time = 0:01
+until time = 23:59
+total pages = 10
+pages printed = 3
+size = 1000
+status = printing, retained
+devmode = none
+submitted = 2026-03-01 12:30:59.001
+stage = sending
+retain = yes
+page ends = 2; 4; 6
+text = abcdef
+
+[job Label]
+document =
+user = jane
+machine = \\STORE
+notify = text:null
+data type = TEXT
+print processor = proc
+number = 13
+submitted = hex:00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00
+bytes = hex:00 FF
+)";
+
+TEST_F(SavedConfiguration, WholeLanguageIsReadAndWrittenAsItIs)
+{
+    ASSERT_EQ(::SpoolerLoadConfig(folder.Make(L"language.ini", wholeLanguage).c_str()), DWORD{ERROR_SUCCESS});
+    Save();
+    EXPECT_EQ(Saved(), wholeLanguage);
+}
+
 TEST_F(SavedConfiguration, DemonstrationComesBack)
 {
     ASSERT_EQ(SpoolerLoadConfig(SIMULATOR_DEMO_CONFIG), DWORD{ERROR_SUCCESS});

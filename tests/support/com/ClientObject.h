@@ -25,8 +25,7 @@ public:
     STDMETHODIMP QueryInterface(REFIID iid, void** object) override
     {
         if (onQueryInterface) onQueryInterface();
-        const bool known = iid == IID_IUnknown || (hasDispatch && iid == IID_IDispatch) ||
-                           (hasInterface && iid == __uuidof(Interface));
+        const bool known = Knows(iid);
         *object = known ? this : nullptr;
         if (!known) return E_NOINTERFACE;
         AddRef();
@@ -48,5 +47,12 @@ public:
     STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override
     {
         return E_NOTIMPL;
+    }
+
+private:
+    virtual bool Knows(REFIID iid) const
+    {
+        return iid == IID_IUnknown || (hasDispatch && iid == IID_IDispatch) ||
+               (hasInterface && iid == __uuidof(Interface));
     }
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "foundation/Platform.h"
+#include "support/driver/ModuleLoads.h"
 
 #include <atomic>
 #include <functional>
@@ -12,7 +13,7 @@
 /// What the driver's interface module of a test does: `scripted_interface.dll` hands each call to the one that lives.
 /// By itself it does nothing but keep a record of what it met. A test that wants something else puts its own function
 /// in the place of `step`. One at a time. Any thread may come in.
-class ScriptedInterface {
+class ScriptedInterface : public ModuleLoads {
 public:
     /// One call of an export, under its name, with the arguments that it has.
     struct Call {
@@ -50,15 +51,7 @@ public:
     /// Only the names.
     std::vector<std::string> CallNames() const;
 
-    void OnLoad() { ++_loads; }
-    void OnUnload() { ++_unloads; }
-    /// How often the module came into the process, and whether it is there.
-    int Loads() const { return _loads; }
-    bool IsLoaded() const { return _loads != _unloads; }
-
 private:
     mutable std::mutex _lock;
     std::vector<Call> _calls;
-    std::atomic<int> _loads{0};
-    std::atomic<int> _unloads{0};
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "foundation/Platform.h"
+#include "support/driver/ModuleLoads.h"
 
 #include <atomic>
 #include <functional>
@@ -14,7 +15,7 @@
 /// answers every request with `answer`, and keeps a record of what it met. A test that wants something else puts its
 /// own function in the place of a step; the plain step can be called from there.
 /// One at a time. Any thread may come in.
-class ScriptedMonitor {
+class ScriptedMonitor : public ModuleLoads {
 public:
     struct Request {
         std::wstring printer;
@@ -59,12 +60,6 @@ public:
     int SizeCalls() const { return _sizeCalls; }
     int DataCalls() const { return _dataCalls; }
 
-    void OnLoad() { ++_loads; }
-    void OnUnload() { ++_unloads; }
-    /// How often the module came into the process, and whether it is there.
-    int Loads() const { return _loads; }
-    bool IsLoaded() const { return _loads != _unloads; }
-
 private:
     mutable std::mutex _lock;
     std::vector<Request> _requests;
@@ -72,6 +67,4 @@ private:
     std::size_t _nextResponse = 0x1000;
     std::atomic<int> _sizeCalls{0};
     std::atomic<int> _dataCalls{0};
-    std::atomic<int> _loads{0};
-    std::atomic<int> _unloads{0};
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "recorder/BitWords.h"
 #include "spooler/config/ConfigFile.h"
 #include "spooler/records/PrinterData.h"
 
@@ -8,11 +9,8 @@
 
 /// How the values of a configuration file are read. All throw ConfigError with the entry's line.
 
-/// A word that stands for bits.
-struct ConfigWord {
-    std::wstring_view word;
-    DWORD bits;
-};
+/// A word that stands for bits; recordings name the same bits by the same words.
+using ConfigWord = BitWord;
 
 /// A text: as it is, in quotes, or as `text:"..."` with escapes; null for `text:null`.
 OptionalText ConfigText(const ConfigEntry& entry);

@@ -7,64 +7,7 @@
 
 #include <array>
 
-/// The words by which a configuration file names bits and numbers.
-
-inline constexpr std::array attributeWords{
-    ConfigWord{L"queued",            PRINTER_ATTRIBUTE_QUEUED         },
-    ConfigWord{L"direct",            PRINTER_ATTRIBUTE_DIRECT         },
-    ConfigWord{L"default",           PRINTER_ATTRIBUTE_DEFAULT        },
-    ConfigWord{L"shared",            PRINTER_ATTRIBUTE_SHARED         },
-    ConfigWord{L"network",           PRINTER_ATTRIBUTE_NETWORK        },
-    ConfigWord{L"hidden",            PRINTER_ATTRIBUTE_HIDDEN         },
-    ConfigWord{L"local",             PRINTER_ATTRIBUTE_LOCAL          },
-    ConfigWord{L"keep printed jobs", PRINTER_ATTRIBUTE_KEEPPRINTEDJOBS},
-    ConfigWord{L"work offline",      PRINTER_ATTRIBUTE_WORK_OFFLINE   },
-    ConfigWord{L"bidirectional",     PRINTER_ATTRIBUTE_ENABLE_BIDI    },
-    ConfigWord{L"raw only",          PRINTER_ATTRIBUTE_RAW_ONLY       },
-};
-
-inline constexpr std::array printerStatusWords{
-    ConfigWord{L"paused",            PRINTER_STATUS_PAUSED           },
-    ConfigWord{L"error",             PRINTER_STATUS_ERROR            },
-    ConfigWord{L"paper jam",         PRINTER_STATUS_PAPER_JAM        },
-    ConfigWord{L"paper out",         PRINTER_STATUS_PAPER_OUT        },
-    ConfigWord{L"manual feed",       PRINTER_STATUS_MANUAL_FEED      },
-    ConfigWord{L"paper problem",     PRINTER_STATUS_PAPER_PROBLEM    },
-    ConfigWord{L"offline",           PRINTER_STATUS_OFFLINE          },
-    ConfigWord{L"io active",         PRINTER_STATUS_IO_ACTIVE        },
-    ConfigWord{L"busy",              PRINTER_STATUS_BUSY             },
-    ConfigWord{L"printing",          PRINTER_STATUS_PRINTING         },
-    ConfigWord{L"output bin full",   PRINTER_STATUS_OUTPUT_BIN_FULL  },
-    ConfigWord{L"not available",     PRINTER_STATUS_NOT_AVAILABLE    },
-    ConfigWord{L"waiting",           PRINTER_STATUS_WAITING          },
-    ConfigWord{L"processing",        PRINTER_STATUS_PROCESSING       },
-    ConfigWord{L"initializing",      PRINTER_STATUS_INITIALIZING     },
-    ConfigWord{L"warming up",        PRINTER_STATUS_WARMING_UP       },
-    ConfigWord{L"toner low",         PRINTER_STATUS_TONER_LOW        },
-    ConfigWord{L"no toner",          PRINTER_STATUS_NO_TONER         },
-    ConfigWord{L"page punt",         PRINTER_STATUS_PAGE_PUNT        },
-    ConfigWord{L"user intervention", PRINTER_STATUS_USER_INTERVENTION},
-    ConfigWord{L"out of memory",     PRINTER_STATUS_OUT_OF_MEMORY    },
-    ConfigWord{L"door open",         PRINTER_STATUS_DOOR_OPEN        },
-    ConfigWord{L"power save",        PRINTER_STATUS_POWER_SAVE       },
-};
-
-inline constexpr std::array jobStatusWords{
-    ConfigWord{L"paused",            JOB_STATUS_PAUSED           },
-    ConfigWord{L"error",             JOB_STATUS_ERROR            },
-    ConfigWord{L"deleting",          JOB_STATUS_DELETING         },
-    ConfigWord{L"spooling",          JOB_STATUS_SPOOLING         },
-    ConfigWord{L"printing",          JOB_STATUS_PRINTING         },
-    ConfigWord{L"offline",           JOB_STATUS_OFFLINE          },
-    ConfigWord{L"paper out",         JOB_STATUS_PAPEROUT         },
-    ConfigWord{L"printed",           JOB_STATUS_PRINTED          },
-    ConfigWord{L"deleted",           JOB_STATUS_DELETED          },
-    ConfigWord{L"blocked",           JOB_STATUS_BLOCKED_DEVQ     },
-    ConfigWord{L"user intervention", JOB_STATUS_USER_INTERVENTION},
-    ConfigWord{L"restart",           JOB_STATUS_RESTART          },
-    ConfigWord{L"complete",          JOB_STATUS_COMPLETE         },
-    ConfigWord{L"retained",          jobStatusRetained           },
-};
+/// The words by which a configuration file names bits and numbers, beside those of recorder/BitWords.h.
 
 inline constexpr std::array accessWords{
     ConfigWord{L"all",  PRINTER_ALL_ACCESS},

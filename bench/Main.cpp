@@ -32,10 +32,10 @@ struct Table {
 constexpr std::array tables{
     Table{"members",     PrintMemberTable     },
     Table{"enumeration", PrintEnumerationTable},
-    Table{"device",      PrintDeviceTable     },
     Table{"latency",     PrintLatencyTable    },
     Table{"rate",        PrintEventRateTable  },
     Table{"jobs",        PrintLiveJobsTable   },
+    Table{"device",      PrintDeviceTable     },
     Table{"memory",      PrintMemoryTable     },
     Table{"idle",        PrintIdleTable       },
 };

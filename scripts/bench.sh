@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Measures what the product costs and prints the tables of docs/performance.md: takes five minutes, two of which pass idle.
-# usage: bench.sh [TABLE...]     members enumeration device latency rate jobs memory idle
+# usage: bench.sh [TABLE...]     members enumeration latency rate jobs device memory idle
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/common.sh

@@ -67,9 +67,9 @@ TEST_F(XPrinterPoolTest, EachOfManyIsFoundAgainWhicheverWasFoundLast)
     XPrinterRef label = XPrinterRef::Acquire(OString("Label"));
     const XPrinterRef second = XPrinterRef::Acquire(OString("Second"));
     const XPrinterRef third = XPrinterRef::Acquire(OString("Third"));
-    EXPECT_EQ(XPrinterRef::Acquire(OString("Third")).Get(), third.Get());
     EXPECT_EQ(XPrinterRef::Acquire(OString("Second")).Get(), second.Get());
-    label.Release(); // the others move up
+    EXPECT_EQ(XPrinterRef::Acquire(OString("Third")).Get(), third.Get());
+    label.Release(); // the others move up, and the place of the last is empty
     EXPECT_EQ(XPrinterRef::Acquire(OString("Third")).Get(), third.Get());
     EXPECT_EQ(XPrinterRef::Acquire(OString("Second")).Get(), second.Get());
     EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 3u);

@@ -186,4 +186,71 @@ TEST_F(ConfiguredDeviceTest, WhatIsWrongIsToldWithItsLine)
               (Calls{"attach Label", "configure Label speed=5", "configure Label bad=1", "detach Label"}));
 }
 
+// The world is saved and begins again.
+
+class SavedDeviceTest : public ConfiguredDeviceTest {
+protected:
+    void SetUp() override
+    {
+        ConfiguredDeviceTest::SetUp();
+        ASSERT_EQ(Load("[port NET1]\ndevice = scripted_device.dll\n"
+                       "[printer Label]\nport = NET1\npace = stepped\ndevice ribbon = 2 labels\ndevice speed = 5\n"),
+                  DWORD{ERROR_SUCCESS});
+        device.TakeCalls();
+        printer = Open(L"Label");
+    }
+
+    void BeginAgain()
+    {
+        const std::wstring path = folder / "saved.ini";
+        ASSERT_EQ(SpoolerSaveConfiguration(path.c_str()), DWORD{ERROR_SUCCESS});
+        SpoolerReset();
+        device.TakeCalls();
+        ASSERT_EQ(SpoolerLoadConfig(path.c_str()), DWORD{ERROR_SUCCESS}) << Message();
+        printer = Open(L"Label");
+    }
+};
+
+TEST_F(SavedDeviceTest, APrinterStandsBeforeItsDeviceAgainWithItsSettings)
+{
+    BeginAgain();
+    const Calls calls = device.TakeCalls();
+    ASSERT_GE(calls.size(), 3u);
+    EXPECT_EQ(Calls(calls.end() - 3, calls.end()),
+              (Calls{"attach Label", "configure Label ribbon=2 labels", "configure Label speed=5"}));
+}
+
+TEST_F(SavedDeviceTest, AJobAtTheDeviceBeginsAgain)
+{
+    device.Answer({Took(4), Stalled(JOB_STATUS_ERROR, L"Head Open")});
+    const DWORD jobId = QueueJob(L"Label", {.bytes = "0123456789", .byteCount = 10});
+    Step(spoolerAllSteps);
+    BeginAgain();
+    EXPECT_EQ(StatusOf(jobId), DWORD{JOB_STATUS_RESTART});
+    EXPECT_EQ(JobText(jobId), L"(null)");
+    device.Answer({});
+    device.TakeCalls();
+    Step(2);
+    EXPECT_EQ(device.TakeCalls(), (Calls{"begin Label NET1 job 1 ", "write 10"}));
+}
+
+TEST_F(SavedDeviceTest, AJobThatWaitsForTheDeviceStaysAsItIs)
+{
+    const DWORD jobId = QueueJob(L"Label", {.statusText = L"Look here", .bytes = "x", .byteCount = 1});
+    BeginAgain();
+    EXPECT_EQ(StatusOf(jobId), 0u);
+    EXPECT_EQ(JobText(jobId), L"Look here");
+}
+
+TEST_F(SavedDeviceTest, StatusOfTheDeviceIsKnownAsItsOwn)
+{
+    device.SetStatus(PRINTER_STATUS_DOOR_OPEN);
+    Step();
+    BeginAgain();
+    EXPECT_EQ(PrinterStatus(), DWORD{PRINTER_STATUS_DOOR_OPEN});
+    device.SetStatus(0);
+    Step();
+    EXPECT_EQ(PrinterStatus(), 0u);
+}
+
 } // namespace

@@ -11,12 +11,12 @@ namespace {
 /// What came of asking the device.
 struct Answer {
     DWORD error = ERROR_SUCCESS;
-    bool begun = false; // by this call
+    bool begun = false;  // by this call
+    bool broken = false; // by that error
     SpoolerDeviceProgress progress{};
 
     bool IsStalled() const { return progress.busyMs == spoolerDeviceStalled; }
     bool IsPending() const { return progress.verdict == SpoolerDeviceVerdict::Pending; }
-    bool IsBroken() const { return error != ERROR_SUCCESS && error != ERROR_NOT_CONNECTED && error != ERROR_BUSY; }
 };
 
 DWORD Begin(const PrinterRecord& printer, const JobRecord& job)
@@ -38,6 +38,7 @@ DWORD Send(const JobRecord& job, DWORD limit, SpoolerDeviceProgress& progress)
 Answer Refusal(DWORD error)
 {
     Answer answer{.error = error};
+    answer.broken = error != ERROR_NOT_CONNECTED && error != ERROR_BUSY;
     answer.progress.busyMs = spoolerDeviceStalled;
     if (error != ERROR_NOT_CONNECTED) return answer;
     answer.progress.jobStatus = JOB_STATUS_OFFLINE;
@@ -55,6 +56,7 @@ Answer Ask(const PrinterRecord& printer, const JobRecord& job, DWORD limit)
     }
     SpoolerDeviceProgress& progress = answer.progress;
     answer.error = job.stage == JobStage::Sending ? Send(job, limit, progress) : job.device->End(progress);
+    answer.broken = answer.error != ERROR_SUCCESS;
     progress.statusText[MAX_PATH - 1] = L'\0';
     return answer;
 }
@@ -63,7 +65,7 @@ bool HasNews(const JobRecord& job, const Answer& answer)
 {
     const SpoolerDeviceProgress& progress = answer.progress;
     const std::wstring_view oldText = job.device->hasText && job.statusText ? *job.statusText : std::wstring_view();
-    return answer.begun || answer.IsBroken() || !answer.IsPending() || progress.taken > 0 ||
+    return answer.begun || answer.broken || !answer.IsPending() || progress.taken > 0 ||
            progress.pagesPrinted > job.pagesPrinted || progress.pagesKnown > job.totalPages ||
            progress.jobStatus != job.device->status || progress.statusText != oldText;
 }
@@ -126,7 +128,7 @@ bool AskDevice(World& world, const PrinterRecord& printer, const JobRecord& job,
     }
     ChangeScope scope(world, printer);
     JobRecord& changed = scope.EditJob(job.id);
-    if (answer.IsBroken()) {
+    if (answer.broken) {
         Break(changed, answer.error);
         return true;
     }

@@ -287,6 +287,7 @@ TEST_F(DeviceJobsTest, AJobThatTheDeviceRefusesOrLosesStandsStillUntilItIsRestar
     } rows[] = {
         {ERROR_INVALID_PRINTER_NAME, ERROR_SUCCESS,        L"The device has refused or lost the job, error 1801"},
         {ERROR_SUCCESS,              ERROR_INVALID_HANDLE, L"The device has refused or lost the job, error 6"   },
+        {ERROR_SUCCESS,              ERROR_NOT_CONNECTED,  L"The device has refused or lost the job, error 2250"},
     };
     for (const auto& row : rows) {
         device.SetResults(row.begin, row.write);

@@ -192,10 +192,10 @@ TEST_F(MonitorTest, MonitorCanFailOrBeSlow)
     Set(L"monitor", L"fails");
     EXPECT_EQ(AskGolden("status-text"), "-");
     EXPECT_FALSE(Post(GoldenFile("qrml/query-start.txt")));
-    Set(L"monitor", L"slow 20");
+    Set(L"monitor", L"slow 100");
     const ULONGLONG start = ::GetTickCount64();
     EXPECT_EQ(AskGolden("status-text"), "1;Ready\0"sv);
-    EXPECT_GE(::GetTickCount64() - start + 1, 20u);
+    EXPECT_GE(::GetTickCount64() - start, 50u); // the clock is a coarse one
 }
 
 TEST_F(MonitorTest, RequestsAreCounted)

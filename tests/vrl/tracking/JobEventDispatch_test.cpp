@@ -283,18 +283,27 @@ TEST_F(JobEventDispatchTest, EachJobObjectFiresWithItself)
 
 TEST_F(JobEventDispatchTest, ChangeOfStatusComesWithTheStatusOfTheObjectThatFires)
 {
-    const auto job = OpenJob(jobId);
-    Objects statuses;
-    statuses.place = 1;
-    const Connection sink = Connect(*job.Get(), KeepingSink("job", statuses).Get());
+    const auto statusOf = [](PrintJob& job) {
+        ComPtr<IPrintJobStatus> status;
+        EXPECT_EQ(job.get_Status(&status), S_OK);
+        ComPtr<IUnknown> identity;
+        status.As(&identity);
+        return identity;
+    };
+    const auto first = OpenJob(jobId);
+    const auto second = OpenJob(jobId);
+    Objects ofFirst;
+    Objects ofSecond;
+    ofFirst.place = 1;
+    ofSecond.place = 1;
+    const Connection firstSink = Connect(*first.Get(), KeepingSink("first", ofFirst).Get());
+    const Connection secondSink = Connect(*second.Get(), KeepingSink("second", ofSecond).Get());
     Tell({Status(jobId, printing)});
-    ComPtr<IPrintJobStatus> own;
-    job->get_Status(&own);
-    ComPtr<IUnknown> identity;
-    own.As(&identity);
-    ASSERT_EQ(statuses.seen.size(), 2u);
-    EXPECT_EQ(statuses.seen[0].Get(), nullptr); // of OnJobStarted
-    EXPECT_EQ(statuses.seen[1].Get(), identity.Get());
+    ASSERT_EQ(ofFirst.seen.size(), 2u);
+    ASSERT_EQ(ofSecond.seen.size(), 2u);
+    EXPECT_EQ(ofFirst.seen[0].Get(), nullptr); // of OnJobStarted
+    EXPECT_EQ(ofFirst.seen[1].Get(), statusOf(*first.Get()).Get());
+    EXPECT_EQ(ofSecond.seen[1].Get(), statusOf(*second.Get()).Get());
 }
 
 TEST_F(JobEventDispatchTest, QueueSinksGetOneJobObjectUntilTheJobIsFinal)

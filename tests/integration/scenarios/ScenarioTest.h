@@ -61,13 +61,6 @@ protected:
         return job;
     }
 
-    static Connection Connect(IPrinter& source, IUnknown* sink) { return {&source, __uuidof(_IPrinterEvents), sink}; }
-    static Connection Connect(IPrintQueue& source, IUnknown* sink)
-    {
-        return {&source, __uuidof(_IPrintQueueEvents), sink};
-    }
-    static Connection Connect(IPrintJob& source, IUnknown* sink) { return {&source, __uuidof(_IPrintJobEvents), sink}; }
-
     /// A sink that only writes down what it hears.
     template <class Source>
     Connection Watch(Source& source, std::string name)

@@ -4,7 +4,10 @@
 #include "foundation/Platform.h"
 
 #include <ocidl.h>
+#include <winspool.h>
 #include <wrl/client.h>
+
+#include "vrl/Vorlane.h"
 
 /// The connection of a sink to an object with events; taken away at the end of the scope.
 class Connection {
@@ -50,3 +53,17 @@ private:
     DWORD _cookie = 0;
     HRESULT _result = E_UNEXPECTED;
 };
+
+/// Connects a sink to the events of an object.
+inline Connection Connect(IPrinter& source, IUnknown* sink)
+{
+    return {&source, __uuidof(_IPrinterEvents), sink};
+}
+inline Connection Connect(IPrintQueue& source, IUnknown* sink)
+{
+    return {&source, __uuidof(_IPrintQueueEvents), sink};
+}
+inline Connection Connect(IPrintJob& source, IUnknown* sink)
+{
+    return {&source, __uuidof(_IPrintJobEvents), sink};
+}

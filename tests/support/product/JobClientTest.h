@@ -67,19 +67,6 @@ protected:
         return schedule;
     }
 
-    static Connection Connect(IPrintJob& job, IUnknown* sink)
-    {
-        return Connection(&job, __uuidof(_IPrintJobEvents), sink);
-    }
-    static Connection Connect(IPrintQueue& queue, IUnknown* sink)
-    {
-        return Connection(&queue, __uuidof(_IPrintQueueEvents), sink);
-    }
-    static Connection Connect(IPrinter& printer, IUnknown* sink)
-    {
-        return Connection(&printer, __uuidof(_IPrinterEvents), sink);
-    }
-
     /// A sink that only writes down what it hears.
     template <class Source>
     Connection Watch(Source& source, std::string name)

@@ -29,11 +29,6 @@ protected:
         IntegrationTest::TearDown();
     }
 
-    static Connection Connect(IPrinter& source, IUnknown* sink)
-    {
-        return Connection(&source, __uuidof(_IPrinterEvents), sink);
-    }
-
     /// A sink that writes down what it is told, and then answers that.
     Connection Watch(IPrinter& source, std::string name, HRESULT answer = S_OK)
     {

@@ -233,10 +233,11 @@ TEST_F(NoticeParserTest, OdometerIsLookedAtForPagesOnly)
                 ElementsAre("job: OnJobPriorityChanged(job 1, 9, 50)"));
 }
 
-TEST_F(NoticeParserTest, NullDeviceModeLeavesTheRecordAlone)
+TEST_F(NoticeParserTest, NullDeviceModeLeavesTheRecordAloneAndItsBatchToo)
 {
     record->SetDevMode(TwoCopies());
-    Tell({ScriptedEntry::JobNull(jobId, JOB_NOTIFY_FIELD_DEVMODE)});
+    EXPECT_THAT(Tell({ScriptedEntry::JobNull(jobId, JOB_NOTIFY_FIELD_DEVMODE), Status(jobId, JOB_STATUS_PAUSED)}),
+                ElementsAre("job: OnJobPaused(job 1)", "job: OnJobStatusChanged(job 1, status 'Paused')"));
     EXPECT_EQ(record->GetDevMode()->copies, 2);
 }
 

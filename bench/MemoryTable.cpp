@@ -37,7 +37,7 @@ public:
 
     Bytes PerOne(int count) const
     {
-        ::Sleep(1000); // threads that have just begun come to rest
+        ::Sleep(3000); // after its first quiet second a thread has all that it takes
         ::SpoolerClearLog();
         return {(PrivateBytes() - _process) / count, static_cast<double>(_heap.LiveBytes() - _inHeap) / count};
     }

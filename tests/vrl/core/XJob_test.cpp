@@ -5,6 +5,7 @@
 #include "support/CapturedTrace.h"
 #include "support/com/RecordingSinkOwner.h"
 #include "support/spooler/HeldCall.h"
+#include "support/spooler/QueuedJob.h"
 #include "support/spooler/SpoolerTest.h"
 #include "vrl/core/JobEventID.h"
 #include "vrl/driver/BasicDriverInterface.h"
@@ -68,20 +69,10 @@ protected:
 
     static SpoolerJob LabelJob()
     {
-        SpoolerJob job;
-        job.machineName = L"\\\\DESK";
-        job.userName = L"Ida";
-        job.document = L"Pallet 7";
-        job.notifyName = L"Otto";
-        job.datatype = L"RAW";
-        job.printProcessor = L"winprint";
-        job.priority = 9;
+        SpoolerJob job = QueuedJob();
         job.startTime = 61;
         job.untilTime = 122;
-        job.totalPages = 5;
-        job.pagesPrinted = 2;
-        job.submitted = {2024, 2, 4, 29, 23, 59, 58, 997};
-        job.reportedSize = 4096;
+        job.submitted.wMilliseconds = 997;
         return job;
     }
 
@@ -99,15 +90,6 @@ protected:
         OTypedArray<int> events;
         job.UpdateStatus(winStatus, events);
         return {events.GetData(), events.GetData() + events.GetSize()};
-    }
-
-    static const JOB_INFO_2W& PeekJob(std::vector<BYTE>& buffer, DWORD jobId)
-    {
-        DWORD needed = 0;
-        ::SpoolerPeekJob(printerName, jobId, nullptr, 0, &needed);
-        buffer.resize(needed);
-        EXPECT_EQ(::SpoolerPeekJob(printerName, jobId, buffer.data(), needed, &needed), 0u);
-        return *reinterpret_cast<const JOB_INFO_2W*>(buffer.data());
     }
 };
 
@@ -480,7 +462,7 @@ TEST_F(XJobTest, NotifyNameIsWrittenToTheSpoolerAndKept)
     job->SetNotifyName(OString("Eva"));
     EXPECT_EQ(job->GetNotifyName(), "Eva");
     std::vector<BYTE> buffer;
-    const JOB_INFO_2W& info = PeekJob(buffer, jobId);
+    const JOB_INFO_2W& info = *PeekJob(buffer, printerName, jobId);
     EXPECT_STREQ(info.pNotifyName, L"Eva");
     EXPECT_STREQ(info.pDocument, L"Pallet 7");
     EXPECT_EQ(info.Priority, 9u);

@@ -195,23 +195,8 @@ INSTANTIATE_TEST_SUITE_P(Row, JobNumbers, testing::ValuesIn(numberRows),
 
 // ---- who is told what, and with which objects ----
 
-class JobEventDispatchTest : public TrackingTest {
+class JobEventDispatchTest : public OpenPrinterTest {
 protected:
-    void SetUp() override
-    {
-        TrackingTest::SetUp();
-        jobId = AddJob({});
-        printer = OpenPrinter();
-        queue = QueueOf(*printer.Get());
-    }
-
-    void TearDown() override
-    {
-        queue.Reset();
-        printer.Reset();
-        TrackingTest::TearDown();
-    }
-
     /// The object argument of that place among those of each call of the sink.
     struct Objects {
         std::vector<ComPtr<IUnknown>> seen;
@@ -244,10 +229,6 @@ protected:
         job.QueryInterface(IID_PPV_ARGS(&identity));
         return identity;
     }
-
-    DWORD jobId = 0;
-    ComPtr<Printer> printer;
-    ComPtr<IPrintQueue> queue;
 };
 
 TEST_F(JobEventDispatchTest, AllJobSinksOfABatchAreToldBeforeAnyQueueSink)

@@ -13,28 +13,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class StoppingTest : public TrackingTest {
+class StoppingTest : public OpenPrinterTest {
 protected:
-    void SetUp() override
-    {
-        TrackingTest::SetUp();
-        jobId = AddJob({});
-        printer = OpenPrinter();
-        queue = QueueOf(*printer.Get());
-    }
-
-    void TearDown() override
-    {
-        LetGo();
-        TrackingTest::TearDown();
-    }
-
-    void LetGo()
-    {
-        queue.Reset();
-        printer.Reset();
-    }
-
     static bool IsClosed()
     {
         return Eventually([] { return XPrinterPool::GetCount() == 0 && Module::IsIdle(); });
@@ -45,10 +25,6 @@ protected:
     {
         return {Status(id, JOB_STATUS_RESTART | JOB_STATUS_PRINTING), Status(id, JOB_STATUS_DELETED)};
     }
-
-    DWORD jobId = 0;
-    ComPtr<Printer> printer;
-    ComPtr<IPrintQueue> queue;
 };
 
 TEST_F(StoppingTest, LastReleaseReturnsWhenTheThreadHasEnded)

@@ -136,3 +136,31 @@ private:
 };
 
 using TrackingTest = TrackingTestOn<SpoolerTest>;
+
+/// A client that has the printer and its queue; there is one job.
+class OpenPrinterTest : public TrackingTest {
+protected:
+    void SetUp() override
+    {
+        TrackingTest::SetUp();
+        jobId = AddJob({});
+        printer = OpenPrinter();
+        queue = QueueOf(*printer.Get());
+    }
+
+    void TearDown() override
+    {
+        LetGo();
+        TrackingTest::TearDown();
+    }
+
+    void LetGo()
+    {
+        queue.Reset();
+        printer.Reset();
+    }
+
+    DWORD jobId = 0;
+    ComPtr<Printer> printer;
+    ComPtr<IPrintQueue> queue;
+};

@@ -18,27 +18,7 @@ using testing::Pair;
 using testing::SizeIs;
 using testing::StartsWith;
 
-class XJobStatusThreadTest : public TrackingTest {
-protected:
-    void SetUp() override
-    {
-        TrackingTest::SetUp();
-        jobId = AddJob({});
-        printer = OpenPrinter();
-        queue = QueueOf(*printer.Get());
-    }
-
-    void TearDown() override
-    {
-        queue.Reset();
-        printer.Reset();
-        TrackingTest::TearDown();
-    }
-
-    DWORD jobId = 0;
-    ComPtr<Printer> printer;
-    ComPtr<IPrintQueue> queue;
-};
+using XJobStatusThreadTest = OpenPrinterTest;
 
 // ---- what the spooler is asked for ----
 

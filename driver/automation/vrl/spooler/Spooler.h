@@ -13,8 +13,8 @@
 #include <new>
 #include <utility>
 
-/// A closing call of the spooler for owners, which close in destructors, on any thread: what the spooler raises there is
-/// dropped.
+/// A closing call of the spooler for owners, which close in destructors, on any thread: what the spooler raises there
+/// is dropped.
 template <auto Close, class T>
 void CloseQuietly(T resource) noexcept
 {

@@ -11,20 +11,20 @@ void KeptWorld::KeepIn(std::wstring path)
 {
     _path = std::move(path);
     _text.clear();
-    _keeping = !_path.empty();
+    _failed = false;
 }
 
 DWORD KeptWorld::Update(World& world) noexcept
 {
-    if (!_keeping) return ERROR_SUCCESS;
+    if (_path.empty()) return ERROR_SUCCESS;
     DWORD error = ERROR_NOT_ENOUGH_MEMORY;
     try {
         std::string text = ConfigurationText(world);
         if (text == _text) return ERROR_SUCCESS;
         error = WriteSavedFile(_path, text);
-        _text = std::move(text);
+        if (error == ERROR_SUCCESS) _text = std::move(text);
     } catch (const std::bad_alloc&) { // as `error` says
     }
-    _keeping = error == ERROR_SUCCESS;
-    return error;
+    const bool isNews = !std::exchange(_failed, error != ERROR_SUCCESS);
+    return isNews ? error : ERROR_SUCCESS;
 }

@@ -16,11 +16,12 @@ public:
 
     const std::wstring& Path() const noexcept { return _path; }
 
-    /// Writes the file if it isn't what the world is. After an error, which it gives, nothing is kept any more.
+    /// Writes the file if it isn't what the world is. After an error it is tried again at the next update; only the
+    /// first of several errors is given.
     DWORD Update(World& world) noexcept;
 
 private:
     std::wstring _path;
-    std::string _text; // of the file
-    bool _keeping = false;
+    std::string _text;    // of the file
+    bool _failed = false; // when it was last written
 };

@@ -627,10 +627,15 @@ TEST_F(KeptWorldTest, FollowsAPrinterOfRealTimeToTheEndOfItsJob)
     EXPECT_THAT(Kept(), ::testing::HasSubstr("\nnext job = 2\n"));
 }
 
+TEST_F(KeptWorldTest, FollowsWhatHappensByItself)
+{
+    EXPECT_EQ(Probe("[printer First]\npace = real time\n", L"leave"), "First\nleft\n");
+}
+
 TEST_F(KeptWorldTest, IsNotWrittenOverByAWorldThatCouldNotBeRead)
 {
     std::ofstream(folder / "kept.ini") << "old";
-    Probe("[plotter]\n");
+    Probe("[plotter]\n", L"rename");
     EXPECT_EQ(Kept(), "old");
 }
 

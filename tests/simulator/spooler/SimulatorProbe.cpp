@@ -3,11 +3,18 @@
 /// Says what a fresh process sees of the spooler: the names of the local printers, a line each, or twice the error that
 /// keeps it from seeing them. With the argument "reset" it then empties the world and says it again; with "print" it
 /// prints on the printer "First" and says whether the job leaves the queue by itself; with "count" it counts one up in
-/// the data of "First", says to what, and is killed.
+/// the data of "First", says to what, and is killed; with "leave" it prints on "First", calls nothing more, and says
+/// when the file that the world is kept in has no job any more; with "rename" it becomes another user through the
+/// control interface.
 
 #include "spooler/SpoolerControl.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -39,19 +46,26 @@ void TryPorts()
     std::printf("error %lu\n", ::GetLastError());
 }
 
-void Print()
+constexpr DWORD limitMs = 60000;
+
+/// Spools a page on an open printer.
+void Spool(HANDLE printer)
 {
-    constexpr DWORD limitMs = 60000;
-    wchar_t name[] = L"First";
     wchar_t document[] = L"Page";
-    HANDLE printer = nullptr;
     DOC_INFO_1W info{document, nullptr, nullptr};
     DWORD written = 0;
-    if (!::OpenPrinterW(name, &printer, nullptr)) return;
-    const HANDLE gone = ::FindFirstPrinterChangeNotification(printer, PRINTER_CHANGE_DELETE_JOB, 0, nullptr);
     ::StartDocPrinterW(printer, 1, reinterpret_cast<BYTE*>(&info));
     ::WritePrinter(printer, document, sizeof document, &written);
     ::EndDocPrinter(printer);
+}
+
+void Print()
+{
+    wchar_t name[] = L"First";
+    HANDLE printer = nullptr;
+    if (!::OpenPrinterW(name, &printer, nullptr)) return;
+    const HANDLE gone = ::FindFirstPrinterChangeNotification(printer, PRINTER_CHANGE_DELETE_JOB, 0, nullptr);
+    Spool(printer);
     std::puts(::WaitForSingleObject(gone, limitMs) == WAIT_OBJECT_0 ? "printed" : "waiting");
     ::FindClosePrinterChangeNotification(gone);
     ::ClosePrinter(printer);
@@ -75,6 +89,42 @@ void Count()
     ::TerminateProcess(::GetCurrentProcess(), 0);
 }
 
+bool HasAJob(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    return text.find("[job ") != std::string::npos;
+}
+
+/// Looks into the file only when it has become shorter: whoever has it open keeps it from being replaced.
+bool LosesItsJob(const std::filesystem::path& path)
+{
+    uintmax_t longest = 0;
+    const DWORD start = ::GetTickCount();
+    while (::GetTickCount() - start < limitMs) {
+        std::error_code error;
+        const uintmax_t size = std::filesystem::file_size(path, error);
+        if (error) continue;
+        if (size < longest && !HasAJob(path)) return true;
+        longest = std::max(longest, size);
+        ::SwitchToThread();
+    }
+    return false;
+}
+
+void Leave()
+{
+    wchar_t name[] = L"First";
+    HANDLE printer = nullptr;
+    if (!::OpenPrinterW(name, &printer, nullptr)) return;
+    Spool(printer);
+    wchar_t path[MAX_PATH] = {};
+    ::GetEnvironmentVariableW(L"VORLANE_SPOOLER_SAVE", path, MAX_PATH);
+    std::puts(LosesItsJob(path) ? "left" : "kept");
+    std::fflush(stdout);
+    ::TerminateProcess(::GetCurrentProcess(), 0);
+}
+
 } // namespace
 
 int main(int argumentCount, char** arguments)
@@ -84,6 +134,8 @@ int main(int argumentCount, char** arguments)
     const std::string_view wish = argumentCount < 2 ? "" : arguments[1];
     if (wish == "print") Print();
     if (wish == "count") Count();
+    if (wish == "leave") Leave();
+    if (wish == "rename") ::SpoolerSetIdentity(L"jane", nullptr);
     if (wish != "reset") return 0;
     ::SpoolerReset();
     ListPrinters();

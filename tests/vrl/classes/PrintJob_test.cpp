@@ -6,6 +6,8 @@
 #include "support/com/EventSink.h"
 #include "support/spooler/HeldCall.h"
 #include "vrl/classes/JobTest.h"
+#include "vrl/core/XJob.h"
+#include "vrl/core/XJobRef.h"
 #include "vrl/core/XPrinter.h"
 #include "vrl/core/XPrinterRef.h"
 
@@ -395,6 +397,19 @@ TEST_F(PrintJobEventsTest, SecondSinkIsToldTooAndTheLastDisconnectEndsIt)
     EXPECT_THAT(Tell(jobId, JOB_STATUS_RESTART), ElementsAre("second: OnJobStarted(job 1)"));
     second.Close();
     EXPECT_THAT(Tell(jobId, JOB_STATUS_RESTART), IsEmpty());
+}
+
+TEST_F(PrintJobEventsTest, ObjectIsListedFromItsFirstSinkToItsLast)
+{
+    const XPrinterRef xPrinter = XPrinterRef::Acquire(OString(printerName));
+    const XJobRef record = XJobRef::Acquire(*xPrinter, jobId);
+    EXPECT_FALSE(record->HasJobReferences());
+    Connection first = Watch(*job.Get(), "first");
+    Connection second = Watch(*job.Get(), "second");
+    first.Close();
+    EXPECT_TRUE(record->HasJobReferences());
+    second.Close();
+    EXPECT_FALSE(record->HasJobReferences());
 }
 
 TEST_F(PrintJobEventsTest, BindingToTheSameJobAgainKeepsTheSinks)

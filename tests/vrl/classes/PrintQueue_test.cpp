@@ -4,6 +4,8 @@
 #include "support/com/EventSink.h"
 #include "vrl/classes/JobTest.h"
 #include "vrl/classes/Printer.h"
+#include "vrl/core/XPrinter.h"
+#include "vrl/core/XPrinterRef.h"
 
 namespace {
 
@@ -242,6 +244,18 @@ TEST_F(PrintQueueEventsTest, FirstSinkStartsTheThreadAndTheLastOneEndsTheEvents)
     EXPECT_THAT(Tell(JOB_STATUS_RESTART), ElementsAre("second: OnJobStarted(job 1)"));
     second.Close();
     EXPECT_THAT(Tell(JOB_STATUS_RESTART), IsEmpty());
+}
+
+TEST_F(PrintQueueEventsTest, ObjectIsListedFromItsFirstSinkToItsLast)
+{
+    const XPrinterRef xPrinter = XPrinterRef::Acquire(OString(printerName));
+    EXPECT_FALSE(xPrinter->HasQueueReferences());
+    Connection first = Watch(*queue.Get(), "first");
+    Connection second = Watch(*queue.Get(), "second");
+    first.Close();
+    EXPECT_TRUE(xPrinter->HasQueueReferences());
+    second.Close();
+    EXPECT_FALSE(xPrinter->HasQueueReferences());
 }
 
 TEST_F(PrintQueueEventsTest, ObjectThatIsNotBoundTakesNoSink)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/com/ApartmentThread.h"
 #include "support/com/EventSink.h"
+#include "support/com/JobEvents.h"
 #include "support/com/RecordingSink.h"
 #include "support/product/IntegrationTest.h"
 #include "support/product/ProductWaits.h"
@@ -64,7 +65,7 @@ TEST_F(GoneApartment, SinkOfAnApartmentThatHasGoneIsPassedOverAndTheOthersHearEv
     many.Run([&] { connection = Connection(queue.Get(), __uuidof(_IPrintQueueEvents), stays.Get()); });
     EXPECT_EQ(connection.Result(), S_OK);
 
-    DWORD jobId = AddJob({});
+    const DWORD jobId = AddJob({});
     EXPECT_TRUE(gone->WaitForCall());
     EXPECT_EQ(gone->Calls().front().threadId, single->Id());
     EXPECT_TRUE(waits.WaitUntilIdle());
@@ -76,7 +77,7 @@ TEST_F(GoneApartment, SinkOfAnApartmentThatHasGoneIsPassedOverAndTheOthersHearEv
     ::SpoolerDeliverJob(printerName, jobId);
     EXPECT_TRUE(waits.WaitUntilIdle());
     EXPECT_THAT(gone->Calls(), SizeIs(heard));
-    EXPECT_EQ(stays->Calls().back().id, 9) << "the job is final";
+    EXPECT_EQ(stays->Calls().back().id, onJobFinalized);
     many.Run([&] { connection.Close(); });
 }
 

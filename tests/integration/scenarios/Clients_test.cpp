@@ -2,14 +2,13 @@
 // What clients do to the product, rightly or wrongly.
 
 #include "integration/scenarios/ScenarioTest.h"
+#include "support/com/JobEvents.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-enum : DISPID { onJobStarted = 1, onJobFinalized = 9, onJobNew = 15 };
 
 class ClientScenario : public ScenarioTest {
 protected:

@@ -21,6 +21,7 @@ protected:
     void SetUp() override
     {
         ScenarioTest::SetUp();
+        if (HasFatalFailure()) return;
         queueSink = Watch(*queue.Get(), "queue");
     }
 

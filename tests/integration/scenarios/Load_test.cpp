@@ -3,6 +3,7 @@
 
 #include "integration/scenarios/TallySink.h"
 #include "support/com/EventSink.h"
+#include "support/com/JobEvents.h"
 #include "support/product/IntegrationTest.h"
 #include "support/product/ProductWaits.h"
 
@@ -14,24 +15,11 @@
 
 namespace {
 
-using testing::ElementsAre;
 using testing::SizeIs;
 
 constexpr size_t printerCount = 64;
 constexpr DWORD jobsOfPrinter = 200;
 constexpr size_t feederCount = 4;
-
-/// Dispatch identifiers of the events of jobs.
-enum : DISPID {
-    onJobStarted = 1,
-    onJobSent = 5,
-    onJobCompleted = 7,
-    onJobFinalized = 9,
-    onJobStatusChanged = 10,
-    onJobPagesPrintedChanged = 12,
-    onJobPositionChanged = 14,
-    onJobNew = 15,
-};
 
 /// What becomes of one label, but for its places in the queue.
 const std::vector<DISPID> labelsLife{onJobStarted,  onJobStatusChanged, onJobPagesPrintedChanged,

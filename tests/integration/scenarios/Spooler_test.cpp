@@ -2,8 +2,7 @@
 // A spooler that fails, stops, comes back, drops notices, and printers that others rename and delete.
 
 #include "integration/scenarios/ScenarioTest.h"
-
-#include "support/product/ProductTrace.h"
+#include "support/com/JobEvents.h"
 
 namespace {
 
@@ -13,13 +12,12 @@ using testing::Gt;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-enum : DISPID { onJobTotalPagesChanged = 11, onJobNew = 15 };
-
 class SpoolerScenario : public ScenarioTest {
 protected:
     void SetUp() override
     {
         ScenarioTest::SetUp();
+        if (HasFatalFailure()) return;
         queueSink = Watch(*queue.Get(), "queue");
     }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "foundation/Platform.h"
+#include "support/com/JobEvents.h"
 
 #include <oaidl.h>
 #include <wrl/client.h>
@@ -11,6 +11,7 @@
 #include <atomic>
 #include <map>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 /// One event of a job as a sink hears it, without the objects that it carries.
@@ -50,7 +51,6 @@ public:
 
     STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*, EXCEPINFO*, UINT*) override
     {
-        constexpr DISPID onJobFinalized = 9;
         constexpr UINT withNumbers = 3;
         const UINT count = parameters->cArgs;
         TalliedEvent event{id};

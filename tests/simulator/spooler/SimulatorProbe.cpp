@@ -9,13 +9,13 @@
 
 #include "spooler/SpoolerControl.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -96,17 +96,15 @@ bool HasAJob(const std::filesystem::path& path)
     return text.find("[job ") != std::string::npos;
 }
 
-/// Looks into the file only when it has become shorter: whoever has it open keeps it from being replaced.
+/// Looks into the file only when its size has changed: whoever has it open keeps it from being replaced.
 bool LosesItsJob(const std::filesystem::path& path)
 {
-    uintmax_t longest = 0;
+    uintmax_t last = 0;
     const DWORD start = ::GetTickCount();
     while (::GetTickCount() - start < limitMs) {
         std::error_code error;
         const uintmax_t size = std::filesystem::file_size(path, error);
-        if (error) continue;
-        if (size < longest && !HasAJob(path)) return true;
-        longest = std::max(longest, size);
+        if (!error && size != std::exchange(last, size) && !HasAJob(path)) return true;
         ::SwitchToThread();
     }
     return false;

@@ -57,6 +57,17 @@ TEST_F(JobOdometerTest, StartsFromTheStoredCount)
     ExpectOdometer(100, 5.5);
 }
 
+TEST_F(JobOdometerTest, StartForgetsTheCurrentJob)
+{
+    Printed(5);
+    odometer.Start(driver, true);
+    Printed(5);
+    ExpectOdometer(10, 0.0);
+    odometer.Start(driver, true);
+    Printed(3, 0);
+    ExpectOdometer(13, 0.0);
+}
+
 TEST_F(JobOdometerTest, CountsCopiesAndTheirLength)
 {
     SetPaper(2, 1000);
@@ -176,6 +187,13 @@ TEST_F(DeviceCountTest, AtTheStartOfTheJobIsNoPage)
 {
     Printed(3);
     ExpectOdometer(100, 0.0);
+}
+
+TEST_F(DeviceCountTest, StartsWithTheStoredCountBeforeTheFirstJob)
+{
+    driver.stored = Odometer(103, 0.0);
+    Printed(1, 0); // no change of the job
+    ExpectOdometer(103, 300.0);
 }
 
 TEST_F(DeviceCountTest, IsNotAskedOfAPlainDriver)

@@ -19,10 +19,10 @@ void AppendWith(std::wstring& text, std::wstring_view separator, std::wstring_vi
 /// The text of a stored text, if it is stored as such texts are: once, up to its one terminator.
 OptionalText StoredText(const PrinterData::Value& value)
 {
-    if (value.type != REG_SZ || value.bytes.size() % sizeof(wchar_t) != 0) return std::nullopt;
+    if (value.type != REG_SZ || value.bytes.empty() || value.bytes.size() % sizeof(wchar_t) != 0) return std::nullopt;
     std::wstring text(value.bytes.size() / sizeof(wchar_t), L'\0');
     std::memcpy(text.data(), value.bytes.data(), value.bytes.size());
-    if (text.empty() || text.find(L'\0') != text.size() - 1) return std::nullopt;
+    if (text.find(L'\0') != text.size() - 1) return std::nullopt;
     text.pop_back();
     return text;
 }

@@ -105,8 +105,10 @@ std::wstring ListForm(std::wstring_view list)
 
 std::wstring DataForm(const PrinterData::Value& value)
 {
-    if (const OptionalText text = StoredText(value))
-        return LooksLikeOtherData(*text) ? L"\"" + *text + L"\"" : TextForm(*text);
+    if (const OptionalText text = StoredText(value)) {
+        const std::wstring form = TextForm(*text);
+        return form == *text && LooksLikeOtherData(*text) ? L"\"" + *text + L"\"" : form;
+    }
     if (value.type == REG_DWORD && value.bytes.size() == sizeof(DWORD)) {
         DWORD number = 0;
         std::memcpy(&number, value.bytes.data(), sizeof number);

@@ -225,6 +225,8 @@ constexpr TextRow textRows[] = {
     {"LikeAText",          L"text:\"x\\n\""               },
     {"LikeHalfAText",      L"a text:\"b"                  },
     {"LikeData",           L"dword:12"                    },
+    {"LikeDataInLines",    L"hex:01\n[printer X]"         },
+    {"LikeDataAlone",      L"hex(\xD83D"                  },
     {"LikeANumber",        L"0x10"                        },
     {"LikeASection",       L"[printer X]"                 },
 };

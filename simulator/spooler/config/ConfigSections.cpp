@@ -144,7 +144,7 @@ Bytes ConfigHex(const ConfigEntry& entry)
 /// A whole device mode, or `none`.
 Bytes ConfigDevMode(const ConfigEntry& entry)
 {
-    return entry.value == L"none" ? Bytes() : ConfigHex(entry);
+    return SameName(entry.value, L"none") ? Bytes() : ConfigHex(entry);
 }
 
 using Entry = const ConfigEntry&;

@@ -182,6 +182,12 @@ TEST_F(ConfigurationTest, DescribesPrinterDataAndCapabilities)
     EXPECT_EQ(::DeviceCapabilitiesW(L"Label", L"", DC_STAPLE, nullptr, nullptr), 1);
 }
 
+TEST_F(ConfigurationTest, NoDeviceModeIsWrittenInAnyCase)
+{
+    ASSERT_EQ(Load("[printer Label]\ndevmode = None\n"), DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(ReadPrinter<PRINTER_INFO_2W>(Open(L"Label"), 2)->pDevMode, nullptr);
+}
+
 TEST_F(ConfigurationTest, DescribesPapersAsArrays)
 {
     const std::string longName(70, 'n');

@@ -69,10 +69,11 @@ def as_one(sources):
     return file
 
 
-def check(sources, flags):
-    """What clang-tidy says of the sources; empty if nothing."""
-    source = as_one(sources)
+def findings_in(source, flags):
+    """What the compiler or clang-tidy says of one source; empty if nothing."""
     preprocessed = subprocess.run([compiler, *flags, "-E", "-C", source], cwd=build, capture_output=True)
+    if preprocessed.returncode != 0:
+        return preprocessed.stderr.decode(errors="replace")
     text = preprocessed.stdout + (root / ".clang-tidy").read_bytes() + "\n".join([*tidy, *for_clang]).encode()
     remembered = passed / hashlib.sha256(text).hexdigest()
     if remembered.exists():
@@ -81,13 +82,21 @@ def check(sources, flags):
     if run.returncode == 0:
         remembered.touch()
         return ""
-    if len(sources) > 1:  # they may not go together
-        return "".join(check([one], flags) for one in sources)
-    return run.stdout or run.stderr
+    return run.stdout or run.stderr or f"{source}: clang-tidy ended with {run.returncode}\n"
+
+
+def check(sources, flags):
+    """What is to be said of the sources of a room; empty if nothing."""
+    said = findings_in(as_one(sources), flags)
+    if said and len(sources) > 1:  # they may not go together
+        return "".join(findings_in(pathlib.Path(one), flags) for one in sources)
+    return said
 
 
 passed.mkdir(parents=True, exist_ok=True)
 work = rooms()
+if not work:
+    sys.exit("check-lint.py: the build folder knows none of these sources")
 with concurrent.futures.ThreadPoolExecutor(len(os.sched_getaffinity(0))) as pool:
     findings = [said for said in pool.map(lambda room: check(*room), work) if said]
 print("".join(findings) or f"{sum(len(sources) for sources, _ in work)} sources are clean.")

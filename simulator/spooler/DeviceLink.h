@@ -5,9 +5,11 @@
 /// jobs printed through that port go to the functions that it gives.
 ///
 /// The device has no clock: it tells how long it is busy, and the spooler asks again when that time has passed on its
-/// own. Threads: any thread may call any function at any time; none blocks, none calls back. Ownership: texts and bytes
-/// are copied. A job's handle dies with the first call that gives a verdict, and with
-///            `cancelJob`.
+/// own.
+///
+/// Threads:   any thread may call any function at any time; none blocks, none calls back.
+/// Ownership: texts and bytes are copied. A job's handle dies with the first call for it that gives a verdict or an
+///            error, with `cancelJob`, and with the device; the spooler may still cancel a job whose device is gone.
 /// Results:   ERROR_SUCCESS or a system error code.
 
 #ifndef WIN32_LEAN_AND_MEAN

@@ -8,9 +8,9 @@
 /// The world:  one per process. It starts empty, or with what the file named by VORLANE_SPOOLER_CONFIG describes.
 /// Threads:    any thread may call any function at any time.
 /// Ownership:  texts and bytes are copied in; results are copied out into the caller's memory.
-/// Results:    a DWORD result is ERROR_SUCCESS or a system error code: ERROR_INVALID_PRINTER_NAME for an unknown
-/// printer,
-///             ERROR_INVALID_PARAMETER for an unknown job or a missing name, and what the function's comment names.
+/// Results:    a DWORD result is ERROR_SUCCESS or a system error code, unless the function's comment says otherwise:
+///             ERROR_INVALID_PRINTER_NAME for an unknown printer, ERROR_INVALID_PARAMETER for an unknown job or a
+///             missing name, and what the comment names.
 /// Calls made here are neither counted, nor logged, nor hit by injected failures.
 
 #include "spooler/Platform.h"
@@ -108,10 +108,10 @@ struct SpoolerJob {
     const wchar_t* parameters = L"";
     const DEVMODEW* devMode = nullptr; ///< null: the printer's
     const wchar_t* statusText = nullptr;
-    DWORD status = 0;   ///< JOB_STATUS_*
-    DWORD priority = 0; ///< 0: the printer's default priority, or 1
-    DWORD startTime = 0;
-    DWORD untilTime = 0;
+    DWORD status = 0;    ///< JOB_STATUS_*
+    DWORD priority = 0;  ///< 0: the printer's default priority, or 1
+    DWORD startTime = 0; ///< minutes after midnight GMT
+    DWORD untilTime = 0; ///< minutes after midnight GMT
     DWORD totalPages = 0;
     DWORD pagesPrinted = 0;
     SYSTEMTIME submitted = {};   ///< UTC; all zero: now
@@ -305,14 +305,18 @@ DWORD SpoolerAddPort(const SpoolerPort& port) noexcept;
 /// ERROR_UNKNOWN_PORT for an unknown one. Printers keep its name.
 DWORD SpoolerRemovePort(const wchar_t* portName) noexcept;
 
+/// PRINTER_STATUS_* bits, in place of those that the printer has.
 DWORD SpoolerSetPrinterStatus(const wchar_t* printerName, DWORD status) noexcept;
+/// PRINTER_ATTRIBUTE_* bits, in place of those that the printer has.
 DWORD SpoolerSetPrinterAttributes(const wchar_t* printerName, DWORD attributes) noexcept;
+/// Pages a minute.
 DWORD SpoolerSetAveragePpm(const wchar_t* printerName, DWORD averagePpm) noexcept;
 /// Holds for handles opened from now on; open ones keep what they were granted.
 DWORD SpoolerSetGrantedAccess(const wchar_t* printerName, DWORD grantedAccess) noexcept;
 /// Null takes the device mode away.
 DWORD SpoolerSetPrinterDevMode(const wchar_t* printerName, const DEVMODEW* devMode) noexcept;
 /// Gives the printer another name, as an administrator elsewhere would; open handles stay with it.
+/// ERROR_PRINTER_ALREADY_EXISTS for a name in use.
 DWORD SpoolerRenamePrinter(const wchar_t* printerName, const wchar_t* newName) noexcept;
 /// What the printer, as it stands, is: a packed PRINTER_INFO_2W. ERROR_INSUFFICIENT_BUFFER with the size in `needed`.
 DWORD SpoolerPeekPrinter(const wchar_t* printerName, void* buffer, DWORD size, DWORD* needed) noexcept;
@@ -330,6 +334,7 @@ DWORD SpoolerSetData(const wchar_t* printerName, const wchar_t* key, const wchar
 /// ERROR_FILE_NOT_FOUND for an unknown value, ERROR_MORE_DATA with the size in `needed`; `type` may be null.
 DWORD SpoolerPeekData(const wchar_t* printerName, const wchar_t* key, const wchar_t* valueName, DWORD* type, void* data,
                       DWORD size, DWORD* needed) noexcept;
+/// ERROR_FILE_NOT_FOUND for an unknown value.
 DWORD SpoolerRemoveData(const wchar_t* printerName, const wchar_t* key, const wchar_t* valueName) noexcept;
 
 // Jobs.
@@ -338,6 +343,7 @@ DWORD SpoolerRemoveData(const wchar_t* printerName, const wchar_t* key, const wc
 DWORD SpoolerAddJob(const wchar_t* printerName, const SpoolerJob& job, DWORD* jobId) noexcept;
 /// Takes the job out of the queue at once, with no further status.
 DWORD SpoolerRemoveJob(const wchar_t* printerName, DWORD jobId) noexcept;
+/// JOB_STATUS_* bits, in place of those that the job has.
 DWORD SpoolerSetJobStatus(const wchar_t* printerName, DWORD jobId, DWORD status) noexcept;
 /// Null takes the text away.
 DWORD SpoolerSetJobText(const wchar_t* printerName, DWORD jobId, const wchar_t* statusText) noexcept;
@@ -348,7 +354,7 @@ DWORD SpoolerSetJobSize(const wchar_t* printerName, DWORD jobId, DWORD reportedS
 DWORD SpoolerSetJobDevMode(const wchar_t* printerName, DWORD jobId, const DEVMODEW* devMode) noexcept;
 /// What the job, as it stands, is: a packed JOB_INFO_2W. ERROR_INSUFFICIENT_BUFFER with the size in `needed`.
 DWORD SpoolerPeekJob(const wchar_t* printerName, DWORD jobId, void* buffer, DWORD size, DWORD* needed) noexcept;
-/// The spooled bytes of a queued job: up to `size` of them; gives how many there are.
+/// The spooled bytes of a queued job: up to `size` of them; gives how many there are, 0 for an unknown job or printer.
 DWORD SpoolerJobBytes(const wchar_t* printerName, DWORD jobId, void* buffer, DWORD size) noexcept;
 /// The document's name, as the client's side tells it late.
 DWORD SpoolerSetJobDocument(const wchar_t* printerName, DWORD jobId, const wchar_t* document) noexcept;
@@ -365,6 +371,7 @@ struct SpoolerTrouble {
     const wchar_t* text = nullptr;      ///< status text of the job
 };
 
+/// When the printer's jobs move, and in real time how many bytes a second its device takes; 0: sending takes no time.
 DWORD SpoolerSetPace(const wchar_t* printerName, SpoolerPace pace, DWORD bytesPerSecond) noexcept;
 /// Does up to `steps` steps of the printer's printing, whatever its pace; tells in `done`, which may be null, how many
 /// there were to do.
@@ -374,6 +381,7 @@ DWORD SpoolerWaitUntilIdle(const wchar_t* printerName, DWORD timeoutMs) noexcept
 /// The device is in trouble until that is cleared: the job at the device, and each that comes there, bears its bits and
 /// stands still. A later trouble takes the place of an earlier one.
 DWORD SpoolerSetTrouble(const wchar_t* printerName, const SpoolerTrouble& trouble) noexcept;
+/// The trouble is over, and its bits are gone; nothing happens if there is none.
 DWORD SpoolerClearTrouble(const wchar_t* printerName) noexcept;
 /// The time of day by which jobs and printers keep their times, in minutes after midnight GMT; `spoolerRealClock`: the
 /// real one.
@@ -381,11 +389,11 @@ void SpoolerSetClock(DWORD minutes) noexcept;
 /// Prints a queued job in one go, whatever its pace and whatever holds it back, but for a device that has stalled.
 DWORD SpoolerDeliverJob(const wchar_t* printerName, DWORD jobId) noexcept;
 
-/// How many documents of the printer were delivered since the world began.
+/// How many documents of the printer were delivered since the world began; 0 for an unknown printer.
 DWORD SpoolerDeliveryCount(const wchar_t* printerName) noexcept;
 /// The delivery of that index, oldest first. ERROR_NO_MORE_ITEMS past the last.
 DWORD SpoolerDeliveryAt(const wchar_t* printerName, DWORD index, SpoolerDelivery* delivery) noexcept;
-/// The bytes of a delivered document: up to `size` of them; gives how many there are.
+/// The bytes of a delivered document: up to `size` of them; gives how many there are, 0 for an unknown one.
 DWORD SpoolerDeliveryBytes(const wchar_t* printerName, DWORD index, void* buffer, DWORD size) noexcept;
 
 // Notifications.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "spooler/config/ConfigForms.h"
 
+#include "spooler/TimeUnits.h"
 #include "spooler/config/ConfigTexts.h"
 
 #include <algorithm>
@@ -27,7 +28,7 @@ OptionalText StoredText(const PrinterData::Value& value)
     return text;
 }
 
-/// What a text of data can't begin with and stand as it is.
+/// Read as it is, the text would be data of another kind.
 bool LooksLikeOtherData(std::wstring_view text)
 {
     return text.starts_with(L"dword:") || text.starts_with(L"hex:") || text.starts_with(L"hex(");
@@ -50,8 +51,7 @@ std::wstring LongNumberForm(DWORDLONG number)
 std::wstring MinutesForm(DWORD minutes)
 {
     constexpr DWORD ofHour = 60;
-    constexpr DWORD ofDay = 24 * ofHour;
-    if (minutes >= ofDay) return DecimalForm(minutes);
+    if (minutes >= minutesOfDay) return DecimalForm(minutes);
     const DWORD ofThisHour = minutes % ofHour;
     return DecimalForm(minutes / ofHour) + (ofThisHour < 10 ? L":0" : L":") + DecimalForm(ofThisHour);
 }

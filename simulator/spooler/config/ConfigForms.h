@@ -24,7 +24,7 @@ std::wstring BytesForm(const Bytes& bytes);
 /// Null is `text:null`.
 std::wstring OptionalForm(const OptionalText& text);
 
-/// Texts separated by semicolons, of a list with a null behind each.
+/// Texts separated by semicolons, of a list with a null after each.
 std::wstring ListForm(std::wstring_view list);
 
 std::wstring DataForm(const PrinterData::Value& value);

@@ -166,7 +166,7 @@ PrinterData::Value ConfigData(const ConfigEntry& entry)
     constexpr std::wstring_view prefix = L"dword:";
     if (!entry.value.starts_with(prefix)) return TextValue(ConfigPresentText(entry));
     const std::optional<DWORD> number = ParseNumber(std::wstring_view(entry.value).substr(prefix.size()));
-    if (!number) Fail(entry, L"a number behind \"dword:\"");
+    if (!number) Fail(entry, L"a number after \"dword:\"");
     return NumberValue(*number);
 }
 

@@ -21,7 +21,7 @@ std::wstring ConfigPresentText(const ConfigEntry& entry);
 /// An element of the entry's value as an entry of its own.
 ConfigEntry ElementOf(const ConfigEntry& entry, std::wstring_view text);
 
-/// A decimal number, or a hexadecimal one behind "0x".
+/// A decimal number, or a hexadecimal one after "0x".
 DWORD ConfigNumber(const ConfigEntry& entry);
 DWORDLONG ConfigLongNumber(const ConfigEntry& entry);
 
@@ -40,7 +40,7 @@ Bytes ConfigBytes(const ConfigEntry& entry, std::wstring_view text);
 /// The pieces between separators, without the blanks around them; empty ones are left out.
 std::vector<std::wstring> ConfigPieces(std::wstring_view text, wchar_t separator);
 
-/// Texts separated by semicolons, as a list with a null behind each.
+/// Texts separated by semicolons, as a list with a null after each.
 std::wstring ConfigList(const ConfigEntry& entry);
 
 /// A piece of printer data: "dword:12", "hex:01 ff", "hex(7):00 00" with the number of its type, or a text.

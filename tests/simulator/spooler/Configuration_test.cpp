@@ -442,7 +442,7 @@ TEST_F(ConfigurationTest, WrongEntriesOfAPrinterAreToldWithTheirLine)
         {"pace = quick",                       L"unknown pace \"quick\""                                                    },
         {"late names = x",                     L"\"late names\" wants yes or no, not \"x\""                                 },
         {"output =",                           L"\"output\" wants a path, not \"\""                                         },
-        {"data V = dword:x",                   L"\"data v\" wants a number behind \"dword:\", not \"dword:x\""              },
+        {"data V = dword:x",                   L"\"data v\" wants a number after \"dword:\", not \"dword:x\""               },
         {"comment = text:\"x",                 L"\"comment\" wants one text in quotes after \"text:\", not \"text:\"x\""    },
         {"comment = text:\"x\" y",             L"\"comment\" wants one text in quotes after \"text:\", not \"text:\"x\" y\""},
         {"comment = text:\"\\q\"",             L"\"comment\" wants one text in quotes after \"text:\", not \"text:\"\\q\"\""},

@@ -11,7 +11,7 @@ static_assert(static_cast<DWORD>(SpoolerDeviceVerdict::Completed) ==
 static_assert(static_cast<DWORD>(SpoolerDeviceVerdict::Verified) == static_cast<DWORD>(LabelPrinterVerdict::Verified));
 static_assert(static_cast<DWORD>(SpoolerDeviceVerdict::Failed) == static_cast<DWORD>(LabelPrinterVerdict::Failed));
 
-/// The jobs on their way, by the handles that the spooler has. Under the lock of `LabelPrinters`.
+/// The jobs on their way, by the handles that the spooler has. Under the lock of `SharedLabelPrinters`.
 struct JobHandles {
     std::map<ULONG_PTR, std::wstring> printers;
     ULONG_PTR next = 1; // none is used twice

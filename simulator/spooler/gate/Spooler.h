@@ -34,8 +34,8 @@ struct Call : CallRecord {
 /// The process's one spooler: the world under its lock, the log, the failures, and the configuration that the world
 /// begins with.
 ///
-/// Threading: any thread. The world's lock is never held while a call waits or runs foreign code, nor with the lock of
-/// the log or of the failures.
+/// Threading: any thread. The world's lock is never held while an injected failure waits or runs its action, nor with
+/// the lock of the log or of the failures. Devices are called under it, and the kept file is written under it.
 class Spooler {
 public:
     static Spooler& Instance();

@@ -18,8 +18,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <exception>
-#include <iterator>
+#include <span>
+#include <stdexcept>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -40,15 +41,25 @@ constexpr std::array tables{
     Table{"idle",        PrintIdleTable       },
 };
 
+/// A name that is none of a table would leave its table out without a word.
+void RequireTables(std::span<char*> names)
+{
+    for (const std::string_view name : names) {
+        if (std::ranges::find(tables, name, &Table::name) == tables.end())
+            throw std::invalid_argument("there is no table \"" + std::string(name) + "\"");
+    }
+}
+
 } // namespace
 
 int main(int count, char** arguments)
 try {
+    const std::span names(arguments + 1, arguments + count);
+    RequireTables(names);
     ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    char** const end = arguments + count;
     PrintMachine();
     for (const Table& table : tables) {
-        if (count == 1 || std::find(arguments + 1, end, table.name) != end) table.print();
+        if (names.empty() || std::ranges::find(names, table.name) != names.end()) table.print();
     }
     ::CoUninitialize();
     return 0;

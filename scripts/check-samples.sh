@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs the samples on the simulated warehouse and compares what they say and what arrives.
+# Runs the samples on the simulated printers of samples/spooler and compares what they say and what arrives.
 # usage: check-samples.sh PRESET
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -30,16 +30,16 @@ prints() {
 # has begun is a matter of luck.
 without_times() { tr -d '\r' | sed 's/^[0-9:.]* *//; s/ *$//; /TotalPagesChanged *[01] -> [01]$/d'; }
 
-# events PROGRAM NAME WORLD ARGUMENT...: the C++ sample prints the lines of samples/expected/NAME.txt, in that order, each
-# with a time of day.
+# events EXIT_CODE PROGRAM NAME WORLD ARGUMENT...: the C++ sample prints the lines of samples/expected/NAME.txt, in that
+# order, each with a time of day, and ends with that code, which is the verdict on the job.
 events() {
-    local program=$1 name=$2 world=$3 verdict=0
-    shift 3
-    on_simulator "$preset" "$world.ini" "$work/$name" "build/$preset/bin/$program.exe" "$@" >"$work/$name.raw" ||
-        verdict=$? # of the job
+    local expected=$1 program=$2 name=$3 world=$4 code=0
+    shift 4
+    on_simulator "$preset" "$world.ini" "$work/$name" "build/$preset/bin/$program.exe" "$@" >"$work/$name.raw" || code=$?
     without_times <"$work/$name.raw" >"$work/$name.said"
     diff -u "samples/expected/$name.txt" "$work/$name.said"
-    echo "samples/cpp/$program: tells the events of $name.txt, and ends with $verdict"
+    [ "$code" -eq "$expected" ] || { echo "$program ends with $code, not $expected" >&2; return 1; }
+    echo "samples/cpp/$program: tells the events of $name.txt, and ends with $code"
 }
 
 # The odometer is kept with the printer, which outlives the process: one prints, the next one finds it counted.
@@ -64,8 +64,8 @@ says warehouse vbscript/status.vbs Office
 says warehouse vbscript/printers.vbs
 says labels vbscript/query.vbs "Gate 2 Labels" "?RIBBON"
 says labels vbscript/settings.vbs "Gate 1 Labels" "$(windows_path "$work/settings.txt")"
-events watch watch dock "Dock 2 Labels" "$(windows_path "$label")" "Shipping label"
-events events events dock "Dock 2 Labels" "$(windows_path "$label")"
-events watch watch-verified labels "Gate 1 Labels" "$(windows_path "$label")" "Shipping label"
-events watch watch-cancelled labels "Gate 2 Labels" "$(windows_path samples/labels/pallet.lbl)" "Pallet labels"
+events 0 watch watch dock "Dock 2 Labels" "$(windows_path "$label")" "Shipping label"
+events 0 events events dock "Dock 2 Labels" "$(windows_path "$label")"
+events 0 watch watch-verified labels "Gate 1 Labels" "$(windows_path "$label")" "Shipping label"
+events 1 watch watch-cancelled labels "Gate 2 Labels" "$(windows_path samples/labels/pallet.lbl)" "Pallet labels"
 counts_on

@@ -107,9 +107,5 @@ void DocumentSpooling::EndDoc(HANDLE handle)
     if (!access.printer.queue.Find(jobId)) return;
     ChangeScope scope(_world, access.printer);
     scope.Tell(PRINTER_CHANGE_SET_JOB);
-    JobRecord& job = scope.EditJob(jobId);
-    if (job.stage == JobStage::Leaving) return;
-    job.status &= ~static_cast<DWORD>(JOB_STATUS_SPOOLING);
-    if (job.stage == JobStage::Sending) job.status |= jobStatusRetained;
-    if (job.lateName) job.document = std::exchange(job.lateName, std::nullopt);
+    scope.EditJob(jobId).EndSpooling();
 }

@@ -223,9 +223,10 @@ JobRecord WithoutDevice(const JobRecord& job)
     return saved;
 }
 
-void WriteJob(Lines& lines, const PrinterRecord& printer, const JobRecord& job)
+void WriteJob(Lines& lines, const World& world, const PrinterRecord& printer, const JobRecord& job)
 {
-    const JobRecord saved = WithoutDevice(job);
+    JobRecord saved = WithoutDevice(job);
+    if (world.IsBeingSpooled(printer.id, job.id)) saved.EndSpooling(); // there will be nobody to go on with it
     lines.Section(L"job", &printer.name);
     lines.Fields(saved, JobRecord(), jobTexts, jobNumbers);
     if (job.devMode != printer.devMode) lines.WholeDevMode(L"devmode", job.devMode);
@@ -248,7 +249,7 @@ std::string ConfigurationText(World& world)
     for (const DriverRecord& driver : world.Drivers()) WriteDriver(lines, driver);
     for (const auto& printer : world.Printers()) WritePrinter(lines, *printer);
     for (const auto& printer : world.Printers()) {
-        for (const auto& job : printer->queue.Jobs()) WriteJob(lines, *printer, *job);
+        for (const auto& job : printer->queue.Jobs()) WriteJob(lines, world, *printer, *job);
     }
     return lines.Utf8();
 }

@@ -3,6 +3,8 @@
 
 #include "spooler/SpoolerConstants.h"
 
+#include <utility>
+
 namespace {
 
 constexpr DWORD heldStatus = JOB_STATUS_PAUSED | JOB_STATUS_ERROR | JOB_STATUS_OFFLINE | JOB_STATUS_PAPEROUT |
@@ -28,4 +30,12 @@ bool JobRecord::IsHeld() const noexcept
 bool JobRecord::MayStart() const noexcept
 {
     return stage == JobStage::Waiting && (status & (heldStatus | endedStatus)) == 0;
+}
+
+void JobRecord::EndSpooling()
+{
+    if (stage == JobStage::Leaving) return;
+    status &= ~static_cast<DWORD>(JOB_STATUS_SPOOLING);
+    if (stage == JobStage::Sending) status |= jobStatusRetained;
+    if (lateName) document = std::exchange(lateName, std::nullopt);
 }

@@ -69,4 +69,7 @@ struct JobRecord : JobFields {
     /// The device has it.
     bool IsActive() const noexcept { return stage == JobStage::Sending || stage == JobStage::Ejecting; }
     bool IsSpooling() const noexcept { return (status & JOB_STATUS_SPOOLING) != 0; }
+
+    /// The document is complete, as far as it goes. Nothing happens to a job that is being deleted.
+    void EndSpooling();
 };

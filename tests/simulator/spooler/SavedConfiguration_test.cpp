@@ -692,6 +692,43 @@ TEST_F(SavedJobs, EveryStepOfAPrintingPrinterCanBeBegunWithAgain)
     EXPECT_EQ(SpoolerDeliveryCount(L"Label"), 0u) << "what was delivered isn't saved";
 }
 
+/// A document in the middle of its spooling.
+DWORD BeginDocument(const PrinterHandle& printer, std::string bytes)
+{
+    DOC_INFO_1W info = {const_cast<wchar_t*>(L"Pallet"), nullptr, nullptr};
+    const DWORD jobId = ::StartDocPrinterW(printer.Get(), 1, reinterpret_cast<BYTE*>(&info));
+    DWORD written = 0;
+    ::WritePrinter(printer.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written);
+    return jobId;
+}
+
+TEST_F(SavedJobs, DocumentThatIsBeingSpooledEndsAsIfItsHandleWereClosed)
+{
+    SpoolerAddPrinter({.printerName = L"Late", .pace = SpoolerPace::Stepped, .lateNames = true});
+    const PrinterHandle printer = Open(L"Late");
+    BeginDocument(printer, "half");
+    BeginAgain();
+    SpoolerStep(L"Late", spoolerAllSteps, nullptr);
+    ASSERT_EQ(SpoolerDeliveryCount(L"Late"), 1u) << Saved();
+    EXPECT_EQ(AsText(SpoolerDeliveryBytes(L"Late", 0)), "half");
+    SpoolerDelivery delivery;
+    SpoolerDeliveryAt(L"Late", 0, &delivery);
+    EXPECT_STREQ(delivery.document, L"Pallet");
+}
+
+TEST_F(SavedJobs, DocumentThatIsPrintedWhileItIsBeingSpooledDoesNotBlockThePrinter)
+{
+    const PrinterHandle printer = Open(L"Label");
+    BeginDocument(printer, "half");
+    SpoolerStep(L"Label", spoolerAllSteps, nullptr);
+    BeginAgain();
+    Print(Open(L"Label"), L"Next", "whole");
+    SpoolerStep(L"Label", spoolerAllSteps, nullptr);
+    ASSERT_EQ(SpoolerDeliveryCount(L"Label"), 2u) << Saved();
+    EXPECT_EQ(AsText(SpoolerDeliveryBytes(L"Label", 0)), "half");
+    EXPECT_EQ(AsText(SpoolerDeliveryBytes(L"Label", 1)), "whole");
+}
+
 TEST_F(SavedJobs, LinksAndRetentionComeBack)
 {
     const PrinterHandle printer = Open(L"Label");

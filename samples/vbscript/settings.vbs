@@ -7,23 +7,21 @@ If WScript.Arguments.Count <> 2 Then
     WScript.Quit 2
 End If
 
-Dim files, file, printer, settings, before
+Dim files, file, printer, settings, preferences, before
 Set files = CreateObject("Scripting.FileSystemObject")
 file = WScript.Arguments(1)
 Set printer = CreateObject("Vorlane.Printer")
 printer.Initialize WScript.Arguments(0)
 Set settings = printer.Configuration
 
-' Only one group of settings. A function, as a variable would come by reference, which counts as no filter at all.
-Function Preferences()
-    Set Preferences = CreateObject("Vorlane.PrinterConfigurationF")
-    Preferences.PrintingPreferences = True
-End Function
+' Only one group of settings.
+Set preferences = CreateObject("Vorlane.PrinterConfigurationF")
+preferences.PrintingPreferences = True
 
 ' The driver's darkness, by way of the file.
 Function Darkness()
     Dim line
-    settings.Export file, Preferences()
+    settings.Export file, preferences
     For Each line In Split(files.OpenTextFile(file).ReadAll, vbLf)
         If InStr(line, "darkness") = 1 Then Darkness = Replace(line, vbCr, "")
     Next
@@ -38,7 +36,7 @@ End Sub
 before = Darkness()
 WScript.Echo "Exported:         " & before
 ChangeFile before, "darkness = 14"
-settings.Import file, Preferences()
+settings.Import file, preferences
 WScript.Echo "After the import: " & Darkness()
-settings.ResetToDefaults Preferences()
+settings.ResetToDefaults preferences
 WScript.Echo "After a reset:    " & Darkness()

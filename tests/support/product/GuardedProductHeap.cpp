@@ -14,7 +14,8 @@
 namespace {
 
 constexpr size_t alignment = 16;
-constexpr size_t mostClosed = 20000; ///< freed blocks that stay closed
+/// Freed blocks that stay closed. Some systems give a process 65,530 ranges of memory, and each block takes two.
+constexpr size_t mostClosed = 8000;
 
 struct GuardedMemory {
     struct Block {

@@ -352,7 +352,7 @@ protected:
     }
 
     EventLog queueLog;
-    const ProductWaits quiet{Product(), 100};
+    const ProductWaits quiet{Product()};
 };
 
 TEST_F(QuietOdometer, UnchangedIsNotTold)

@@ -145,7 +145,7 @@ protected:
 
     void Settle() { EXPECT_TRUE(waits.WaitUntilIdle()) << "a notification thread doesn't come back"; }
 
-    const ProductWaits waits{Product(), 2};
+    const ProductWaits waits{Product()};
     EventLog log;
     ComPtr<IPrinter> printer;
     ComPtr<IPrintQueue> queue;

@@ -80,7 +80,10 @@ TEST_F(StoppingScenario, FortyClientsStartAndEndUnderStreamingNotices)
     printer.Reset();
     std::atomic<bool> enough{false};
     const BackgroundCall stream([&] {
-        for (; !enough; QueueBatch()) ::SpoolerWaitUntilFetched(printerName, 5);
+        for (; !enough; QueueBatch()) {
+            waits.BeginQuietSecond();
+            ::SpoolerWaitUntilFetched(printerName, 5);
+        }
     });
     for (int round = 0; round < 40; ++round) {
         TallySink sink;

@@ -1,25 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "support/product/ProductWaits.h"
 
+#include "foundation/OHandle.h"
 #include "spooler/SpoolerControl.h"
 #include "support/Eventually.h"
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <map>
 #include <mutex>
+#include <vector>
 
 namespace {
 
 std::mutex lock;
 std::condition_variable entered; ///< a thread waits
 std::map<DWORD, HANDLE> waiting; ///< the notification that each thread waits for
-std::atomic<DWORD> longestMs{INFINITE};
-std::atomic<int> timeouts{0};
+int quietSeconds = 0;            ///< that have begun
+const OWaitHandle quietSecond(::CreateEventW(nullptr, FALSE, FALSE, nullptr));
 
-DWORD WINAPI Wait(DWORD count, const HANDLE* handles, BOOL all, DWORD ms)
+/// The product waits for several handles in one place only: for any of them, and up to a second.
+DWORD WINAPI Wait(DWORD count, const HANDLE* handles, BOOL, DWORD)
 {
     const DWORD thread = ::GetCurrentThreadId();
     {
@@ -27,11 +29,14 @@ DWORD WINAPI Wait(DWORD count, const HANDLE* handles, BOOL all, DWORD ms)
         waiting[thread] = handles[0];
     }
     entered.notify_all();
-    const DWORD result = ::WaitForMultipleObjects(count, handles, all, std::min<DWORD>(ms, longestMs));
+    std::vector<HANDLE> all(handles, handles + count);
+    all.push_back(quietSecond.Get());
+    const DWORD result = ::WaitForMultipleObjects(count + 1, all.data(), FALSE, INFINITE);
     const std::lock_guard guard(lock);
     waiting.erase(thread);
-    if (result == WAIT_TIMEOUT) ++timeouts;
-    return result;
+    if (result != WAIT_OBJECT_0 + count) return result;
+    ++quietSeconds;
+    return WAIT_TIMEOUT;
 }
 
 /// Requires: `lock` held.
@@ -44,17 +49,12 @@ bool IsIdle()
 
 } // namespace
 
-ProductWaits::ProductWaits(const ProductModule& product, DWORD quietSecondMs)
+ProductWaits::ProductWaits(const ProductModule& product)
     : _waits("WaitForMultipleObjects", Wait, product.Handle()),
       _noSleep(
           "Sleep", [](DWORD) { ::SwitchToThread(); }, product.Handle())
 {
-    longestMs = quietSecondMs;
-}
-
-ProductWaits::~ProductWaits()
-{
-    longestMs = INFINITE;
+    ::ResetEvent(quietSecond.Get());
 }
 
 bool ProductWaits::WaitUntilIdle() const
@@ -70,9 +70,18 @@ bool ProductWaits::WaitUntilIdle() const
     return true;
 }
 
-/// What the first time-out leads to is over when the second comes.
+void ProductWaits::BeginQuietSecond() const
+{
+    ::SetEvent(quietSecond.Get());
+}
+
 bool ProductWaits::PassQuietSecond() const
 {
-    const int before = timeouts;
-    return Eventually([&] { return timeouts >= before + 2; });
+    const auto begun = [] {
+        const std::lock_guard guard(lock);
+        return quietSeconds;
+    };
+    const int before = begun();
+    BeginQuietSecond();
+    return Eventually([&] { return begun() > before; }) && WaitUntilIdle();
 }

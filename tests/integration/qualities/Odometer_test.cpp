@@ -315,6 +315,7 @@ TEST_F(PrinterOdometer, OtherThreadsReadOnlyCountsThatThereWere)
 {
     constexpr int pages = 50;
     constexpr unsigned long allPages = 2 * pages;
+    constexpr float wholeDistance = 300.0F * pages;
     const Connection sink = Watch(*printer.Get(), "printer");
     const OWaitHandle begun(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
     std::set<unsigned long> pagesRead;
@@ -326,9 +327,10 @@ TEST_F(PrinterOdometer, OtherThreadsReadOnlyCountsThatThereWere)
                 const unsigned long pagesNow = PagesOf(*status.Get());
                 EXPECT_GE(pagesNow, pagesRead.empty() ? 0 : *pagesRead.rbegin()) << "it went back";
                 pagesRead.insert(pagesNow);
-                distancesRead.insert(DistanceOf(*status.Get()));
+                const float distanceNow = DistanceOf(*status.Get());
+                distancesRead.insert(distanceNow);
                 ::SetEvent(begun.Get());
-                return pagesNow == allPages;
+                return pagesNow == allPages && distanceNow == wholeDistance; // they are stored one after the other
             }));
         });
         ASSERT_EQ(::WaitForSingleObject(begun.Get(), patienceMs), WAIT_OBJECT_0);
@@ -338,7 +340,7 @@ TEST_F(PrinterOdometer, OtherThreadsReadOnlyCountsThatThereWere)
     EXPECT_EQ(*pagesRead.rbegin(), allPages);
     for (const unsigned long read : pagesRead) EXPECT_EQ(read % 2, 0u) << read;
     for (const float read : distancesRead) EXPECT_EQ(read / 300, static_cast<float>(static_cast<int>(read / 300)));
-    EXPECT_EQ(*distancesRead.rbegin(), 300.0F * pages);
+    EXPECT_EQ(*distancesRead.rbegin(), wholeDistance);
 }
 
 // The quiet second

@@ -313,7 +313,9 @@ TEST_F(DeviceVerdict, SlowMonitorHoldsUpTheWordAndNothingElse)
     SetDevice(L"monitor", L"slow 200");
     QueueJob();
     PrintLabels(3);
-    EXPECT_THAT(Print(), Contains("job: OnJobPrinted(job 1)"));
+    EXPECT_EQ(Print(),
+              BothHear({"OnJobSent(job 1)", "OnJobPrinted(job 1)", "OnJobCompleted(job 1)",
+                        "OnJobStatusChanged(job 1, status 'Sent, Printed, Completed')", "OnJobFinalized(job 1)"}));
 }
 
 // ---- errors on the way ----

@@ -40,19 +40,21 @@ struct JobProperty : Getter<IPrintJob> {
 
 constexpr auto boundFirst = Getter<IPrintJob>::First::Binding;
 
+// clang-format off
 const JobProperty properties[] = {
-    {{"JobId", reader<&IPrintJob::get_JobId>, boundFirst}, nullptr,      1},
-    {{"PrinterName", reader<&IPrintJob::get_PrinterName>, boundFirst},                                                    L"Label"},
-    {{"Name", reader<&IPrintJob::get_Name>, boundFirst},                                                    L"Pallet 7"              },
-    {{"MachineName", reader<&IPrintJob::get_MachineName>, boundFirst},                                                    L"\\\\DESK"},
-    {{"UserName", reader<&IPrintJob::get_UserName>, boundFirst},                                                    L"Ida"                    },
-    {{"TotalPages", reader<&IPrintJob::get_TotalPages>, boundFirst},                                                    nullptr,5},
-    {{"PagesPrinted", reader<&IPrintJob::get_PagesPrinted>, boundFirst},                                                   nullptr,                                                                                 2},
-    {{"Size", reader<&IPrintJob::get_Size>, boundFirst},nullptr,4096},
-    {{"DataType", reader<&IPrintJob::get_DataType>, boundFirst},   L"RAW"             },
-    {{"NotifyUser", reader<&IPrintJob::get_NotifyUser>, boundFirst},                                                    L"Otto"      },
-    {{"PrintProcessor", reader<&IPrintJob::get_PrintProcessor>, boundFirst},                                                    L"winprint"},
+    {{"JobId",          reader<&IPrintJob::get_JobId>,           boundFirst}, nullptr, 1},
+    {{"PrinterName",    reader<&IPrintJob::get_PrinterName>,     boundFirst}, L"Label"},
+    {{"Name",           reader<&IPrintJob::get_Name>,            boundFirst}, L"Pallet 7"},
+    {{"MachineName",    reader<&IPrintJob::get_MachineName>,     boundFirst}, L"\\\\DESK"},
+    {{"UserName",       reader<&IPrintJob::get_UserName>,        boundFirst}, L"Ida"},
+    {{"TotalPages",     reader<&IPrintJob::get_TotalPages>,      boundFirst}, nullptr, 5},
+    {{"PagesPrinted",   reader<&IPrintJob::get_PagesPrinted>,    boundFirst}, nullptr, 2},
+    {{"Size",           reader<&IPrintJob::get_Size>,            boundFirst}, nullptr, 4096},
+    {{"DataType",       reader<&IPrintJob::get_DataType>,        boundFirst}, L"RAW"},
+    {{"NotifyUser",     reader<&IPrintJob::get_NotifyUser>,      boundFirst}, L"Otto"},
+    {{"PrintProcessor", reader<&IPrintJob::get_PrintProcessor>,  boundFirst}, L"winprint"},
 };
+// clang-format on
 
 class JobProperties : public JobObject, public ::testing::WithParamInterface<JobProperty> {
 protected:

@@ -36,7 +36,7 @@ TEST_F(ClientScenario, WhoForgetsToUnadviseThePrinterLosesTheSinkWithThePrinter)
 {
     Watch(*printer.Get(), "printer").Forget();
     ::SpoolerSetPrinterStatus(printerName, PRINTER_STATUS_PAPER_OUT);
-    EXPECT_THAT(Told(), ElementsAre("printer: OnStatusChanged(printer Label)"));
+    EXPECT_THAT(Heard(), ElementsAre("printer: OnStatusChanged(printer Label)"));
     LetGo();
     EXPECT_EQ(EventSink::Living(), 0);
 }
@@ -56,8 +56,7 @@ TEST_F(ClientScenario, WhoForgetsToUnadviseAJobLosesTheSinkWithTheJob)
 TEST_F(ClientScenario, WhoForgetsTheQueueAmongOthersDisturbsNobody)
 {
     const auto other = BoundPrinter();
-    ComPtr<IPrintQueue> otherQueue;
-    EXPECT_EQ(other->get_Queue(&otherQueue), S_OK);
+    const auto otherQueue = QueueOf(*other.Get());
     const Connection sink = Watch(*otherQueue.Get(), "other");
     Watch(*queue.Get(), "forgotten").Forget();
     queue.Reset();
@@ -81,7 +80,7 @@ TEST_F(ClientScenario, JobThatIsOpenedInItsFirstEventIsHeardFromTheNextBatchOn)
     };
     const Connection queueSink = Connect(*queue.Get(), sink.Get());
     SpoolPage();
-    EXPECT_THAT(Told(),
+    EXPECT_THAT(Heard(),
                 ElementsAre("queue: OnJobNew(job 1)", "queue: OnJobPositionChanged(job 1, 0, 1)",
                             "job: OnJobTotalPagesChanged(job 1, 0, 1)", "queue: OnJobTotalPagesChanged(job 1, 0, 1)"));
     EXPECT_THAT(Step(1),
@@ -130,7 +129,7 @@ TEST_F(ClientScenario, ClientThatStopsListeningInMidJobLeavesThePrinterWatched)
 {
     auto queueSink = Watch(*queue.Get(), "queue");
     SpoolPage();
-    Told();
+    Heard();
     queueSink.Close();
     queue.Reset();
     printer.Reset();
@@ -139,9 +138,9 @@ TEST_F(ClientScenario, ClientThatStopsListeningInMidJobLeavesThePrinterWatched)
     EXPECT_EQ(::SpoolerOpenNotifications(), 1u);
 
     printer = BoundPrinter();
-    EXPECT_EQ(printer->get_Queue(&queue), S_OK);
+    queue = QueueOf(*printer.Get());
     queueSink = Watch(*queue.Get(), "queue");
-    EXPECT_THAT(Tell(0, {Status(1, JOB_STATUS_RESTART | JOB_STATUS_DELETED)}),
+    EXPECT_THAT(Tell({Status(1, JOB_STATUS_RESTART | JOB_STATUS_DELETED)}, 0),
                 testing::Contains("queue: OnJobFinalized(job 1)"));
 }
 

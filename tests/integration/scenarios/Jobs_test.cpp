@@ -63,8 +63,8 @@ protected:
 TEST_F(JobScenario, LabelIsFollowedFromItsSubmissionToItsEnd)
 {
     SpoolPage();
-    EXPECT_THAT(Told(), ElementsAre("queue: OnJobNew(job 1)", "queue: OnJobPositionChanged(job 1, 0, 1)",
-                                    "queue: OnJobTotalPagesChanged(job 1, 0, 1)"));
+    EXPECT_THAT(Heard(), ElementsAre("queue: OnJobNew(job 1)", "queue: OnJobPositionChanged(job 1, 0, 1)",
+                                     "queue: OnJobTotalPagesChanged(job 1, 0, 1)"));
     EXPECT_THAT(Step(), ElementsAre("queue: OnJobStarted(job 1)", "queue: OnJobStatusChanged(job 1, status 'Printing')",
                                     "queue: OnJobPagesPrintedChanged(job 1, 0, 1)", "queue: OnJobSent(job 1)",
                                     "queue: OnJobCompleted(job 1)",
@@ -111,7 +111,7 @@ TEST_F(JobScenario, EntriesOfALabelThatIsGoneCostNothingOfTheJobBesideIt)
 {
     const DWORD beside = SpoolPage();
     Command(beside, JOB_CONTROL_PAUSE);
-    Told();
+    Heard();
     EXPECT_THAT(InOneBatch([&] {
                     SendLabelAndPrintIt();
                     ::SpoolerSetJobPages(printerName, beside, 3, 0);
@@ -127,7 +127,7 @@ TEST_F(JobScenario, EntriesOfALabelThatIsGoneCostNothingOfTheJobBesideIt)
 TEST_F(JobScenario, DeletingPrintedAndDeletedInOneBatchAreOneVerdict)
 {
     const DWORD jobId = SpoolPage();
-    Told();
+    Heard();
     EXPECT_THAT(InOneBatch([&] {
                     Command(jobId, jobControlRelease);
                     ::SpoolerStep(printerName, spoolerAllSteps, nullptr);
@@ -144,7 +144,7 @@ TEST_F(JobScenario, RawJobWithoutPagesIsDeliveredAtZeroPages)
     Settle();
     document.Write("TEXT 1,1");
     document.End();
-    EXPECT_THAT(Told(), ElementsAre("queue: OnJobNew(job 1)", "queue: OnJobPositionChanged(job 1, 0, 1)"));
+    EXPECT_THAT(Heard(), ElementsAre("queue: OnJobNew(job 1)", "queue: OnJobPositionChanged(job 1, 0, 1)"));
     EXPECT_THAT(Step(), ElementsAre("queue: OnJobStarted(job 1)", "queue: OnJobStatusChanged(job 1, status 'Printing')",
                                     "queue: OnJobSent(job 1)", "queue: OnJobCompleted(job 1)",
                                     "queue: OnJobStatusChanged(job 1, status 'Sent, Completed')",
@@ -168,11 +168,11 @@ TEST_F(LateNameScenario, NameThatComesOnlyAfterSpoolingIsNotSeen)
     const auto job = OpenJob(document.JobId());
     EXPECT_EQ(Text(*job.Get(), &IPrintJob::get_Name), L"Local Downlevel Document");
     document.End();
-    EXPECT_THAT(Told(), ElementsAre("queue: OnJobNew(job 1)", "queue: OnJobPositionChanged(job 1, 0, 1)"));
+    EXPECT_THAT(Heard(), ElementsAre("queue: OnJobNew(job 1)", "queue: OnJobPositionChanged(job 1, 0, 1)"));
     EXPECT_EQ(Text(*job.Get(), &IPrintJob::get_Name), L"Local Downlevel Document");
     EXPECT_EQ(NameOf(1), L"Local Downlevel Document") << "there is one record";
     ::SpoolerDeliverJob(printerName, 1);
-    EXPECT_THAT(Told(), testing::Contains("queue: OnJobFinalized(job 1)"));
+    EXPECT_THAT(Heard(), testing::Contains("queue: OnJobFinalized(job 1)"));
 }
 
 TEST_F(LateNameScenario, NameThatComesBeforeTheFirstNoticeIsReadIsTheRightOne)
@@ -180,7 +180,7 @@ TEST_F(LateNameScenario, NameThatComesBeforeTheFirstNoticeIsReadIsTheRightOne)
     InOneBatch([] { FieldDocument(printerName).End(); });
     EXPECT_EQ(NameOf(1), L"Pallet label");
     ::SpoolerDeliverJob(printerName, 1);
-    EXPECT_THAT(Told(), testing::Contains("queue: OnJobFinalized(job 1)"));
+    EXPECT_THAT(Heard(), testing::Contains("queue: OnJobFinalized(job 1)"));
 }
 
 // ---- numbers ----
@@ -191,13 +191,13 @@ TEST_F(JobScenario, NumberThatIsUsedAgainWithinTheMinuteIsStillTheOldJob)
     Step();
     ::SpoolerSetNextJobId(1);
     EXPECT_EQ(SpoolPage(L"Second"), 1u);
-    EXPECT_THAT(Told(), ElementsAre("queue: OnJobNew(job 1)", "queue: OnJobTotalPagesChanged(job 1, 1, 0)",
-                                    "queue: OnJobPagesPrintedChanged(job 1, 1, 0)",
-                                    "queue: OnJobTotalPagesChanged(job 1, 0, 1)"));
+    EXPECT_THAT(Heard(), ElementsAre("queue: OnJobNew(job 1)", "queue: OnJobTotalPagesChanged(job 1, 1, 0)",
+                                     "queue: OnJobPagesPrintedChanged(job 1, 1, 0)",
+                                     "queue: OnJobTotalPagesChanged(job 1, 0, 1)"));
     EXPECT_THAT(Step(), ElementsAre("queue: OnJobPagesPrintedChanged(job 1, 0, 1)")) << "the old record is final";
     EXPECT_EQ(NameOf(1), L"Pallet label");
     EXPECT_EQ(StatusTextOf(*OpenJob(1).Get()), L"Sent, Completed");
-    Tell(0, {Status(1, JOB_STATUS_RESTART | JOB_STATUS_DELETED)}); // or the queue's job would stay for good
+    Tell({Status(1, JOB_STATUS_RESTART | JOB_STATUS_DELETED)}, 0); // or the queue's job would stay for good
 }
 
 TEST_F(JobScenario, NumberThatIsUsedAgainAfterTheMinuteIsANewJob)
@@ -209,8 +209,8 @@ TEST_F(JobScenario, NumberThatIsUsedAgainAfterTheMinuteIsANewJob)
     EXPECT_TRUE(waits.PassQuietSecond());
     ::SpoolerSetNextJobId(1);
     EXPECT_EQ(SpoolPage(), 1u);
-    EXPECT_THAT(Told(), ElementsAre("queue: OnJobNew(job 1)", "queue: OnJobPositionChanged(job 1, 0, 1)",
-                                    "queue: OnJobTotalPagesChanged(job 1, 0, 1)"));
+    EXPECT_THAT(Heard(), ElementsAre("queue: OnJobNew(job 1)", "queue: OnJobPositionChanged(job 1, 0, 1)",
+                                     "queue: OnJobTotalPagesChanged(job 1, 0, 1)"));
     EXPECT_THAT(Step(), testing::SizeIs(7));
 }
 
@@ -233,10 +233,10 @@ TEST_F(JobScenario, JobThatIsCancelledWhileItIsSpooled)
     FieldDocument document(printerName);
     Settle();
     document.StartPage();
-    EXPECT_THAT(Told(), testing::SizeIs(3));
+    EXPECT_THAT(Heard(), testing::SizeIs(3));
     EXPECT_EQ(OpenJob(1)->Cancel(), S_OK);
     EXPECT_FALSE(document.Write("TEXT 1,1"));
-    EXPECT_THAT(Told(), IsEmpty());
+    EXPECT_THAT(Heard(), IsEmpty());
     document.End();
     EXPECT_THAT(Step(), ElementsAre("queue: OnJobCancelled(job 1)",
                                     "queue: OnJobStatusChanged(job 1, status 'Spooling, Cancelled')",
@@ -257,7 +257,7 @@ TEST_F(JobScenario, JobThatIsCancelledWhileItIsPaused)
 {
     SpoolPage();
     EXPECT_EQ(OpenJob(1)->Pause(), S_OK);
-    Told();
+    Heard();
     EXPECT_EQ(OpenJob(1)->Cancel(), S_OK);
     EXPECT_THAT(Step(),
                 ElementsAre("queue: OnJobPaused(job 1)", "queue: OnJobPaused(job 1)", "queue: OnJobCancelled(job 1)",
@@ -270,8 +270,9 @@ TEST_F(JobScenario, JobThatIsCancelledInError)
     SpoolPage();
     Step(1);
     ::SpoolerSetTrouble(printerName, {JOB_STATUS_ERROR | JOB_STATUS_PAPEROUT, PRINTER_STATUS_PAPER_OUT, L"Paper out"});
-    EXPECT_THAT(Told(), ElementsAre("queue: OnJobError(job 1, printer status)",
-                                    "queue: OnJobStatusChanged(job 1, status 'Printing, User Intervention Required')"));
+    EXPECT_THAT(Heard(),
+                ElementsAre("queue: OnJobError(job 1, printer status)",
+                            "queue: OnJobStatusChanged(job 1, status 'Printing, User Intervention Required')"));
     EXPECT_EQ(OpenJob(1)->Cancel(), S_OK);
     EXPECT_THAT(Step(), ElementsAre("queue: OnJobError(job 1, printer status)", "queue: OnJobCancelled(job 1)",
                                     "queue: OnJobError(job 1, printer status)", "queue: OnJobFinalized(job 1)"));
@@ -284,7 +285,7 @@ TEST_F(JobScenario, RestartedJobIsFollowedFromItsNewStart)
     SpoolPage();
     Step(4);
     EXPECT_EQ(OpenJob(1)->Restart(), S_OK);
-    EXPECT_THAT(Told(), ElementsAre("queue: OnJobStarted(job 1)", "queue: OnJobPagesPrintedChanged(job 1, 1, 0)"));
+    EXPECT_THAT(Heard(), ElementsAre("queue: OnJobStarted(job 1)", "queue: OnJobPagesPrintedChanged(job 1, 1, 0)"));
     EXPECT_THAT(Step(), ElementsAre("queue: OnJobStatusChanged(job 1, status 'Printing')",
                                     "queue: OnJobPagesPrintedChanged(job 1, 0, 1)", "queue: OnJobSent(job 1)",
                                     "queue: OnJobCompleted(job 1)",
@@ -296,12 +297,11 @@ TEST_F(JobScenario, FinalJobThatIsRestartedIsFollowedAgain)
 {
     SpoolPage();
     Step();
-    EXPECT_THAT(Tell(PRINTER_CHANGE_SET_JOB, {Status(1, JOB_STATUS_PRINTING)}), IsEmpty());
-    EXPECT_THAT(Tell(PRINTER_CHANGE_SET_JOB, {Status(1, JOB_STATUS_RESTART)}),
-                ElementsAre("queue: OnJobStarted(job 1)"));
-    EXPECT_THAT(Tell(PRINTER_CHANGE_SET_JOB, {Status(1, JOB_STATUS_PRINTING)}),
+    EXPECT_THAT(Tell({Status(1, JOB_STATUS_PRINTING)}), IsEmpty());
+    EXPECT_THAT(Tell({Status(1, JOB_STATUS_RESTART)}), ElementsAre("queue: OnJobStarted(job 1)"));
+    EXPECT_THAT(Tell({Status(1, JOB_STATUS_PRINTING)}),
                 ElementsAre("queue: OnJobStatusChanged(job 1, status 'Printing')"));
-    EXPECT_THAT(Tell(PRINTER_CHANGE_DELETE_JOB, {Status(1, JOB_STATUS_DELETED)}),
+    EXPECT_THAT(Tell({Status(1, JOB_STATUS_DELETED)}, PRINTER_CHANGE_DELETE_JOB),
                 ElementsAre("queue: OnJobSent(job 1)", "queue: OnJobCompleted(job 1)",
                             "queue: OnJobStatusChanged(job 1, status 'Sent, Completed')",
                             "queue: OnJobFinalized(job 1)"));

@@ -2,25 +2,18 @@
 #pragma once
 
 #include "support/Eventually.h"
-#include "support/com/EventSink.h"
-#include "support/com/JobAnswers.h"
-#include "support/product/IntegrationTest.h"
-#include "support/product/ProductWaits.h"
+#include "support/product/EventClientTest.h"
 #include "support/spooler/FieldDocument.h"
 #include "support/spooler/HeldCall.h"
 
 #include <gmock/gmock.h>
 
 #include <functional>
-#include <string>
-#include <vector>
 
 /// A label printer in the field that prints a step at a time, and a client that has its queue in the product. Sinks
 /// write down what they hear. Whatever was told and not asked for fails the test.
-class ScenarioTest : public IntegrationTest {
+class ScenarioTest : public EventClientTest {
 protected:
-    using Lines = std::vector<std::string>;
-
     void Furnish() override
     {
         SpoolerPrinter label = LabelPrinter();
@@ -32,10 +25,10 @@ protected:
 
     void SetUp() override
     {
-        IntegrationTest::SetUp();
+        EventClientTest::SetUp();
         ASSERT_EQ(Product().CanUnloadNow(), S_OK) << "an earlier test left an object";
         printer = BoundPrinter();
-        EXPECT_EQ(printer->get_Queue(&queue), S_OK);
+        queue = QueueOf(*printer.Get());
     }
 
     void TearDown() override
@@ -44,7 +37,7 @@ protected:
         LetGo();
         EXPECT_THAT(log.Take(), testing::IsEmpty()) << "more was told";
         EXPECT_EQ(EventSink::Living(), 0) << "a sink was not released";
-        IntegrationTest::TearDown();
+        EventClientTest::TearDown();
     }
 
     /// The client ends. Its last hold may be closed on a thread of the system.
@@ -55,38 +48,13 @@ protected:
         EXPECT_TRUE(Eventually([] { return Product().CanUnloadNow() == S_OK; })) << "an object is left";
     }
 
-    static ComPtr<IPrintJob> OpenJob(DWORD jobId)
-    {
-        auto job = Create<IPrintJob>(__uuidof(PrintJob));
-        EXPECT_EQ(job->Initialize(NewBstr(printerName).Get(), static_cast<long>(jobId)), S_OK);
-        return job;
-    }
-
-    /// A sink that only writes down what it hears.
-    template <class Source>
-    Connection Watch(Source& source, std::string name)
-    {
-        constexpr bool isPrinter = std::is_same_v<Source, IPrinter>;
-        auto connection =
-            Connect(source, EventSink::Create(log, std::move(name), isPrinter ? PrinterEventName : JobEventName).Get());
-        EXPECT_EQ(connection.Result(), S_OK);
-        return connection;
-    }
-
-    /// What the sinks were told since the last time, when all that the spooler told has been handled.
-    Lines Told()
-    {
-        EXPECT_TRUE(waits.WaitUntilIdle()) << "a notification thread doesn't come back";
-        return log.Take();
-    }
-
     /// Does the steps one by one, each seen by the product before the next; gives what was told.
     Lines Step(DWORD steps = spoolerAllSteps, const wchar_t* name = printerName)
     {
-        EXPECT_TRUE(waits.WaitUntilIdle());
+        Settle();
         for (DWORD done = 1; steps > 0 && done > 0; --steps) {
             EXPECT_EQ(::SpoolerStep(name, 1, &done), 0u);
-            EXPECT_TRUE(waits.WaitUntilIdle());
+            Settle();
         }
         return log.Take();
     }
@@ -94,28 +62,13 @@ protected:
     /// Whatever `work` brings about reaches the product in one batch: `work` must give it something to fetch.
     Lines InOneBatch(const std::function<void()>& work)
     {
-        EXPECT_TRUE(waits.WaitUntilIdle());
+        Settle();
         {
             const HeldCall fetch(SpoolerCall::FindNextPrinterChangeNotification);
             work();
             EXPECT_TRUE(fetch.WaitUntilMade());
         }
-        return Told();
-    }
-
-    /// Queues one batch of the spooler, as it stands, and gives what was told.
-    Lines Tell(DWORD change, const std::vector<SpoolerNotifyEntry>& entries)
-    {
-        EXPECT_EQ(SpoolerQueueBatch(printerName, change, entries), 0u);
-        return Told();
-    }
-
-    static SpoolerNotifyEntry Status(DWORD jobId, DWORD status)
-    {
-        SpoolerNotifyEntry entry;
-        entry.id = jobId;
-        entry.number = status;
-        return entry;
+        return Heard();
     }
 
     /// Spools one page of a document, each call seen by the product before the next.
@@ -143,10 +96,6 @@ protected:
         document.End();
     }
 
-    void Settle() { EXPECT_TRUE(waits.WaitUntilIdle()) << "a notification thread doesn't come back"; }
-
-    const ProductWaits waits{Product()};
-    EventLog log;
     ComPtr<IPrinter> printer;
     ComPtr<IPrintQueue> queue;
 };

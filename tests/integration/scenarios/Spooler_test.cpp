@@ -31,8 +31,8 @@ protected:
     void ExpectJobIsFollowed(DWORD jobId)
     {
         const std::string job = "(job " + std::to_string(jobId);
-        EXPECT_THAT(Told(), ElementsAre("queue: OnJobNew" + job + ")", "queue: OnJobPositionChanged" + job + ", 0, 1)",
-                                        "queue: OnJobTotalPagesChanged" + job + ", 0, 1)"));
+        EXPECT_THAT(Heard(), ElementsAre("queue: OnJobNew" + job + ")", "queue: OnJobPositionChanged" + job + ", 0, 1)",
+                                         "queue: OnJobTotalPagesChanged" + job + ", 0, 1)"));
         EXPECT_THAT(Step(), SizeIs(7));
     }
 
@@ -44,7 +44,7 @@ protected:
 TEST_F(SpoolerScenario, WhileItIsStoppedEachCallFailsInItsOwnManner)
 {
     const DWORD jobId = SpoolPage();
-    Told();
+    Heard();
     ::SpoolerStop();
     EXPECT_EQ(Text(*printer.Get(), &IPrinter::get_Comment), L"");
     EXPECT_EQ(Bool(*printer.Get(), &IPrinter::get_Local), VARIANT_FALSE);
@@ -79,7 +79,7 @@ TEST_F(SpoolerScenario, JobGoesOnToItsFinalEventWhenTheSpoolerComesBack)
 TEST_F(SpoolerScenario, WhatWaitedWhenTheSpoolerStoppedIsFetchedWhenItIsBack)
 {
     FieldDocument document(printerName);
-    EXPECT_THAT(Told(), SizeIs(2));
+    EXPECT_THAT(Heard(), SizeIs(2));
     queueSink.Close();
     const auto sink = EventSink::Create(log, "queue");
     sink->onInvoke = [&](DISPID event, DISPPARAMS*) {
@@ -96,7 +96,7 @@ TEST_F(SpoolerScenario, WhatWaitedWhenTheSpoolerStoppedIsFetchedWhenItIsBack)
     EXPECT_TRUE(Eventually([&] { return refused() > 4; }));
     EXPECT_GE(::GetTickCount() - start, 250u) << "it asks without a pause";
     ::SpoolerStart();
-    EXPECT_THAT(Told(), ElementsAre("queue: OnJobTotalPagesChanged(job 1, 0, 1)"));
+    EXPECT_THAT(Heard(), ElementsAre("queue: OnJobTotalPagesChanged(job 1, 0, 1)"));
     EXPECT_THAT(Step(), Contains("queue: OnJobFinalized(job 1)"));
 }
 
@@ -120,7 +120,7 @@ TEST_F(SpoolerScenario, FailureCostsItsBatchAndTheFinalEventsAreHeard)
         FailNext(SpoolerCall::OpenPrinterW, RPC_S_SERVER_UNAVAILABLE); // for all access, to load the job
         FailNext(SpoolerCall::OpenPrinterW, RPC_S_SERVER_UNAVAILABLE); // and for what there is
     }
-    EXPECT_THAT(Told(), IsEmpty());
+    EXPECT_THAT(Heard(), IsEmpty());
     EXPECT_EQ(::SpoolerUnfreedNotifyBlocks(), 0u);
     EXPECT_THAT(Step(), ElementsAre("queue: OnJobPagesPrintedChanged(job 1, 0, 1)", "queue: OnJobSent(job 1)",
                                     "queue: OnJobCompleted(job 1)",
@@ -131,12 +131,11 @@ TEST_F(SpoolerScenario, FailureCostsItsBatchAndTheFinalEventsAreHeard)
 TEST_F(SpoolerScenario, FailureOfOneJobCostsAlsoTheOthersOfItsBatchAndNoLaterOnes)
 {
     const DWORD known = SpoolPage();
-    Told();
+    Heard();
     FailNext(SpoolerCall::OpenPrinterW, RPC_S_SERVER_UNAVAILABLE);
     FailNext(SpoolerCall::OpenPrinterW, RPC_S_SERVER_UNAVAILABLE);
-    EXPECT_THAT(Tell(PRINTER_CHANGE_SET_JOB, {Status(known, JOB_STATUS_PAUSED), Status(99, JOB_STATUS_PRINTING)}),
-                IsEmpty());
-    EXPECT_THAT(Tell(PRINTER_CHANGE_SET_JOB, {Status(known, JOB_STATUS_PRINTING)}),
+    EXPECT_THAT(Tell({Status(known, JOB_STATUS_PAUSED), Status(99, JOB_STATUS_PRINTING)}), IsEmpty());
+    EXPECT_THAT(Tell({Status(known, JOB_STATUS_PRINTING)}),
                 ElementsAre("queue: OnJobResumed(job 1)", "queue: OnJobStatusChanged(job 1, status 'Printing')"));
     EXPECT_THAT(Step(), Contains("queue: OnJobFinalized(job 1)"));
 }
@@ -150,8 +149,7 @@ TEST_F(SpoolerScenario, WatchedPrinterIsSilentAfterNoticesWereDropped)
     SpoolPage();
     EXPECT_THAT(Step(), IsEmpty());
     const auto another = BoundPrinter();
-    ComPtr<IPrintQueue> anotherQueue;
-    EXPECT_EQ(another->get_Queue(&anotherQueue), S_OK);
+    const auto anotherQueue = QueueOf(*another.Get());
     const Connection sink = Watch(*anotherQueue.Get(), "another");
     SpoolPage();
     EXPECT_THAT(Step(), IsEmpty()) << "it is the same printer";
@@ -164,7 +162,7 @@ TEST_F(SpoolerScenario, SilentPrinterIsHeardAgainOnceAllItsObjectsWereReleased)
     queueSink.Close();
     LetGo();
     printer = BoundPrinter();
-    EXPECT_EQ(printer->get_Queue(&queue), S_OK);
+    queue = QueueOf(*printer.Get());
     queueSink = Watch(*queue.Get(), "queue");
     ExpectJobIsFollowed(SpoolPage());
 }
@@ -172,17 +170,17 @@ TEST_F(SpoolerScenario, SilentPrinterIsHeardAgainOnceAllItsObjectsWereReleased)
 TEST_F(SpoolerScenario, SilentPrinterStaysSilentIfQueueSinksKnowAJobThatDidNotEnd)
 {
     const DWORD jobId = SpoolPage();
-    Told();
+    Heard();
     EXPECT_EQ(::SpoolerLoseNotifications(printerName), 0u);
     Settle();
     queueSink.Close();
     queue.Reset();
     printer.Reset();
     printer = BoundPrinter();
-    EXPECT_EQ(printer->get_Queue(&queue), S_OK);
+    queue = QueueOf(*printer.Get());
     queueSink = Watch(*queue.Get(), "queue");
     EXPECT_THAT(Step(), IsEmpty());
-    EXPECT_THAT(Tell(0, {Status(jobId, JOB_STATUS_DELETED)}), Contains("queue: OnJobFinalized(job 1)"));
+    EXPECT_THAT(Tell({Status(jobId, JOB_STATUS_DELETED)}, 0), Contains("queue: OnJobFinalized(job 1)"));
 }
 
 TEST_F(SpoolerScenario, SinkThatIsFarTooSlowLosesNotices)
@@ -197,9 +195,9 @@ TEST_F(SpoolerScenario, SinkThatIsFarTooSlowLosesNotices)
     };
     const Connection connection = Connect(*queue.Get(), sink.Get());
     FieldDocument(printerName).End();
-    EXPECT_THAT(Told(), SizeIs(Gt(0u)));
+    EXPECT_THAT(Heard(), SizeIs(Gt(0u)));
     EXPECT_THAT(Step(), IsEmpty());
-    Tell(0, {Status(1, JOB_STATUS_DELETED)}); // or the queue's job would stay for good
+    Tell({Status(1, JOB_STATUS_DELETED)}, 0); // or the queue's job would stay for good
 }
 
 // ---- printers that others change ----
@@ -208,9 +206,9 @@ TEST_F(SpoolerScenario, RenamedPrinterTellsItsNamesAndItsKnownJobsGoOn)
 {
     const Connection printerSink = Watch(*printer.Get(), "printer");
     SpoolPage();
-    Told();
+    Heard();
     EXPECT_EQ(::SpoolerRenamePrinter(printerName, L"Dock 3"), 0u);
-    EXPECT_THAT(Told(), ElementsAre("printer: OnPrinterNameChanged(printer Label, 'Label', 'Dock 3')"));
+    EXPECT_THAT(Heard(), ElementsAre("printer: OnPrinterNameChanged(printer Label, 'Label', 'Dock 3')"));
     EXPECT_THAT(Step(spoolerAllSteps, L"Dock 3"),
                 ElementsAre("queue: OnJobStarted(job 1)", "queue: OnJobStatusChanged(job 1, status 'Printing')",
                             "printer: OnOdometerChanged(printer Label)", "queue: OnJobPagesPrintedChanged(job 1, 0, 1)",
@@ -225,11 +223,10 @@ TEST_F(SpoolerScenario, JobsThatComeToARenamedPrinterAreHeardByClientsOfTheNewNa
     EXPECT_EQ(::SpoolerRenamePrinter(printerName, L"Dock 3"), 0u);
     Settle();
     const auto renamed = BoundPrinter(L"Dock 3");
-    ComPtr<IPrintQueue> renamedQueue;
-    EXPECT_EQ(renamed->get_Queue(&renamedQueue), S_OK);
+    const auto renamedQueue = QueueOf(*renamed.Get());
     const Connection sink = Watch(*renamedQueue.Get(), "renamed");
     FieldDocument(L"Dock 3").End();
-    EXPECT_THAT(Told(), ElementsAre("renamed: OnJobNew(job 1)", "renamed: OnJobPositionChanged(job 1, 0, 1)"));
+    EXPECT_THAT(Heard(), ElementsAre("renamed: OnJobNew(job 1)", "renamed: OnJobPositionChanged(job 1, 0, 1)"));
     EXPECT_THAT(Step(spoolerAllSteps, L"Dock 3"),
                 testing::AllOf(SizeIs(6), testing::Each(testing::StartsWith("renamed: "))));
 }
@@ -237,7 +234,7 @@ TEST_F(SpoolerScenario, JobsThatComeToARenamedPrinterAreHeardByClientsOfTheNewNa
 TEST_F(SpoolerScenario, DeletedPrinterIsSilentAndLeavesNothingBehind)
 {
     EXPECT_EQ(::SpoolerRemovePrinter(printerName), 0u);
-    EXPECT_THAT(Told(), IsEmpty());
+    EXPECT_THAT(Heard(), IsEmpty());
     EXPECT_EQ(Text(*printer.Get(), &IPrinter::get_Comment), L"");
     EXPECT_EQ(AnswerOf(Create<IPrintJob>(__uuidof(PrintJob))->Initialize(NewBstr(printerName).Get(), 1)),
               couldNotOpenPrinter);
@@ -254,7 +251,7 @@ TEST_F(SpoolerScenario, JobOfADeletedPrinterKeepsItsLastState)
     const Connection jobSink = Watch(*job.Get(), "job");
     EXPECT_THAT(Step(1), SizeIs(2));
     EXPECT_EQ(::SpoolerRemovePrinter(printerName), 0u);
-    EXPECT_THAT(Told(), IsEmpty());
+    EXPECT_THAT(Heard(), IsEmpty());
     ComPtr<IPrintJobStatus> status;
     EXPECT_EQ(job->get_Status(&status), S_OK);
     EXPECT_EQ(Text(*status.Get(), &IPrintJobStatus::get_Text), L"Printing");

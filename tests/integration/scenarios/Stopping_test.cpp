@@ -60,7 +60,7 @@ protected:
 
         explicit Client(IUnknown* sink) : printer(BoundPrinter())
         {
-            EXPECT_EQ(printer->get_Queue(&queue), S_OK);
+            queue = QueueOf(*printer.Get());
             connections.push_back(Connect(*printer.Get(), sink));
             connections.push_back(Connect(*queue.Get(), sink));
             for (DWORD id = 1; id <= jobCount; ++id) {

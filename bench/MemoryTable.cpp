@@ -39,12 +39,15 @@ public:
     {
         ::Sleep(3000); // after its first quiet second a thread has all that it takes
         ::SpoolerClearLog();
-        return {(PrivateBytes() - _process) / count, static_cast<double>(_heap.LiveBytes() - _inHeap) / count};
+        return {(PrivateBytes() - _process) / count, (HeapBytes() - _inHeap) / count};
     }
 
 private:
+    /// A heap can also shrink.
+    double HeapBytes() const { return static_cast<double>(_heap.LiveBytes()); }
+
     const ProductHeap& _heap;
-    const size_t _inHeap = _heap.LiveBytes();
+    const double _inHeap = HeapBytes();
     const double _process = PrivateBytes();
 };
 

@@ -109,8 +109,11 @@ void World::InsertPrinter(PrinterRecord printer)
     FillDirectoryKey(printer);
     printer.id = ++_lastPrinterId;
     _printers.push_back(std::make_unique<PrinterRecord>(std::move(printer)));
-    NoteChange(*_printers.back());
-    _notifications.Tell(_printers.back()->id, {PRINTER_CHANGE_ADD_PRINTER, {}});
+    PrinterRecord& added = *_printers.back();
+    NoteChange(added);
+    added.deviceStatus = DeviceStatusOf(added); // from the beginning: nobody who watches it hears of a change
+    added.status |= added.deviceStatus;
+    _notifications.Tell(added.id, {PRINTER_CHANGE_ADD_PRINTER, {}});
 }
 
 void World::AddMissingPorts(const PrinterRecord& printer)

@@ -157,6 +157,15 @@ TEST_F(ConfiguredDeviceTest, SettingsAreMadeInTheOrderOfTheFile)
                                          "configure Gate on error=cancel", "configure Gate ribbon=out"}));
 }
 
+TEST_F(ConfiguredDeviceTest, StatusOfTheDeviceIsThePrintersFromTheBeginning)
+{
+    device.SetStatus(PRINTER_STATUS_TONER_LOW);
+    ASSERT_EQ(Load("[port NET1]\ndevice = scripted_device.dll\n[printer Label]\nport = NET1\npace = stepped\n"),
+              DWORD{ERROR_SUCCESS});
+    printer = Open(L"Label");
+    EXPECT_EQ(PrinterStatus(), DWORD{PRINTER_STATUS_TONER_LOW});
+}
+
 TEST_F(ConfiguredDeviceTest, ThePortMayBeThereAlready)
 {
     ASSERT_EQ(AddPort(L"NET1"), DWORD{ERROR_SUCCESS});

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "foundation/OLazy.h"
 
+#include "support/RunTogether.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
-#include <barrier>
-#include <thread>
 
 namespace {
 
@@ -51,19 +51,11 @@ TEST(OLazy, DestroysWhatItKeeps)
 
 TEST(OLazy, ThreadsThatComeTogetherGetTheSameObject)
 {
-    constexpr size_t threads = 4;
+    constexpr int threads = 4;
     for (int round = 0; round < 100; ++round) {
         OLazy<int> lazy;
         std::array<int*, threads> given{};
-        std::barrier start(threads);
-        std::array<std::thread, threads> callers;
-        for (size_t index = 0; index < threads; ++index) {
-            callers[index] = std::thread([&, index] {
-                start.arrive_and_wait();
-                given[index] = lazy.Keep(std::make_unique<int>(static_cast<int>(index)));
-            });
-        }
-        for (std::thread& caller : callers) caller.join();
+        RunTogether(threads, [&](int number) { given.at(number) = lazy.Keep(std::make_unique<int>(number)); });
         for (int* const one : given) ASSERT_EQ(one, lazy.Get());
     }
 }

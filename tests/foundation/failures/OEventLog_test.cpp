@@ -6,14 +6,13 @@
 
 #include <algorithm>
 #include <atomic>
-#include <latch>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "support/AllocationFailure.h"
 #include "support/ImportHook.h"
+#include "support/RunTogether.h"
 
 namespace {
 
@@ -378,16 +377,9 @@ TEST_F(OEventLogTest, WritersOfSeveralThreadsRegisterOnceAndReportInTurn)
         });
     OEventLog log(sourceName, 1);
     std::atomic<int> reported = 0;
-    std::latch start(4);
-    {
-        std::vector<std::jthread> writers;
-        for (int writer = 0; writer < 4; ++writer) {
-            writers.emplace_back([&] {
-                start.arrive_and_wait();
-                for (int entry = 0; entry < 50; ++entry) reported += log.WriteError("text");
-            });
-        }
-    }
+    RunTogether(4, [&](int) {
+        for (int entry = 0; entry < 50; ++entry) reported += log.WriteError("text");
+    });
     EXPECT_EQ(reported, 200);
     EXPECT_EQ(registrations, 1);
     EXPECT_EQ(mostWritersInside, 1);

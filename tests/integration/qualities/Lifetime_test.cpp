@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/RowName.h"
+#include "support/RunTogether.h"
 #include "support/product/IntegrationTest.h"
 #include "support/com/LateBound.h"
 #include "support/product/ProductDialogs.h"
@@ -12,7 +13,6 @@
 #include <olectl.h>
 
 #include <algorithm>
-#include <barrier>
 #include <functional>
 #include <thread>
 
@@ -379,20 +379,6 @@ protected:
     static constexpr int threadCount = 8;
     static constexpr int rounds = 25;
 
-    /// Runs `work` on many threads that start at one moment; each gets its number.
-    static void RunTogether(const std::function<void(int thread)>& work)
-    {
-        std::barrier start(threadCount);
-        std::vector<std::thread> threads;
-        for (int thread = 0; thread < threadCount; ++thread) {
-            threads.emplace_back([&, thread] {
-                start.arrive_and_wait();
-                work(thread);
-            });
-        }
-        for (std::thread& thread : threads) thread.join();
-    }
-
     static void ReadAll(IPrinter& printer)
     {
         EXPECT_EQ(Text(printer, &IPrinter::get_ModelName), L"Label Driver");
@@ -404,14 +390,14 @@ protected:
 
 TEST_F(ManyThreads, EachWithItsOwnObjectsOfOnePrinter)
 {
-    RunTogether([](int) {
+    RunTogether(threadCount, [](int) {
         for (int round = 0; round < rounds; ++round) ReadAll(*BoundPrinter().Get());
     });
 }
 
 TEST_F(ManyThreads, EachWithItsOwnPrinter)
 {
-    RunTogether([](int thread) {
+    RunTogether(threadCount, [](int thread) {
         const std::wstring name = L"Printer " + std::to_wstring(thread);
         AddPrinterNamed(name.c_str());
         for (int round = 0; round < rounds; ++round) {
@@ -425,7 +411,7 @@ TEST_F(ManyThreads, EachWithItsOwnPrinter)
 TEST_F(ManyThreads, ShareOneHandleAsLongAsAnObjectOfThePrinterLives)
 {
     const auto printer = BoundPrinter();
-    RunTogether([](int) {
+    RunTogether(threadCount, [](int) {
         for (int round = 0; round < rounds; ++round) ReadAll(*BoundPrinter(L"LABEL").Get());
     });
     EXPECT_EQ(SpoolerCalls(SpoolerCall::OpenPrinterW), 1u);
@@ -434,7 +420,7 @@ TEST_F(ManyThreads, ShareOneHandleAsLongAsAnObjectOfThePrinterLives)
 TEST_F(ManyThreads, ReadAndWriteOneObject)
 {
     const auto printer = BoundPrinter();
-    RunTogether([&](int thread) {
+    RunTogether(threadCount, [&](int thread) {
         const std::wstring comment(static_cast<size_t>(thread) + 1, static_cast<wchar_t>(L'a' + thread));
         for (int round = 0; round < rounds; ++round) {
             EXPECT_EQ(printer->put_Comment(NewBstr(comment).Get()), S_OK);
@@ -449,7 +435,7 @@ TEST_F(ManyThreads, ReadAndWriteOneObject)
 TEST_F(ManyThreads, TakeAndDropTheParts)
 {
     const auto printer = BoundPrinter();
-    RunTogether([&](int thread) {
+    RunTogether(threadCount, [&](int thread) {
         const PrinterGetter& getter = printerChildren[static_cast<size_t>(thread) % std::size(printerChildren)];
         for (int round = 0; round < rounds * 10; ++round) {
             ComPtr<IUnknown> part;
@@ -462,7 +448,7 @@ TEST_F(ManyThreads, TakeAndDropTheParts)
 
 TEST_F(ManyThreads, HoldPartsWhileTheirPrintersGo)
 {
-    RunTogether([](int) {
+    RunTogether(threadCount, [](int) {
         for (int round = 0; round < rounds; ++round) {
             const auto status = StatusOf(*BoundPrinter().Get());
             EXPECT_EQ(Text(*status.Get(), &IPrinterStatus::get_Text), L"Ready");
@@ -472,7 +458,7 @@ TEST_F(ManyThreads, HoldPartsWhileTheirPrintersGo)
 
 TEST_F(ManyThreads, FailAndSucceedSideBySideEachWithItsOwnErrorInformation)
 {
-    RunTogether([](int) {
+    RunTogether(threadCount, [](int) {
         const auto printer = CreatePrinter();
         for (int round = 0; round < rounds; ++round) {
             EXPECT_EQ(AnswerOf(Initialize(*printer.Get(), L"No such printer")), couldNotOpenPrinter);
@@ -487,7 +473,7 @@ TEST_F(ManyThreads, ConnectAndDisconnectSinks)
 {
     const auto printer = BoundPrinter();
     const auto sink = RecordingSink::Create(__uuidof(_IPrinterEvents));
-    RunTogether([&](int) {
+    RunTogether(threadCount, [&](int) {
         ComPtr<IConnectionPointContainer> container;
         ComPtr<IConnectionPoint> point;
         EXPECT_EQ(printer.As(&container), S_OK);
@@ -505,7 +491,7 @@ TEST_F(ManyThreads, ConnectAndDisconnectSinks)
 TEST_F(ManyThreads, UseOneObjectLateBound)
 {
     const auto printer = BoundPrinter();
-    RunTogether([&](int) {
+    RunTogether(threadCount, [&](int) {
         const LateBound late(printer.Get());
         for (int round = 0; round < rounds; ++round) {
             EXPECT_EQ(late.Get("ModelName").value, _variant_t(L"Label Driver"));

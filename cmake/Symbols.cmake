@@ -1,9 +1,11 @@
 # What ships has no symbols in it; a debugger finds them in a file beside it.
 find_program(VORLANE_OBJCOPY NAMES ${CMAKE_OBJCOPY} x86_64-w64-mingw32-objcopy objcopy REQUIRED)
 
-# Debug information for the parts of what ships. It changes no code.
+# Debug information for the parts of what ships. It changes no code. The compiler's tracking of assignments is left out,
+# because it does not come out the same each time.
 add_library(vorlane_symbols INTERFACE)
-target_compile_options(vorlane_symbols INTERFACE $<$<CONFIG:Release>:-g> $<$<CONFIG:Release>:-gdwarf-4>)
+target_compile_options(vorlane_symbols INTERFACE
+  $<$<CONFIG:Release>:-g> $<$<CONFIG:Release>:-gdwarf-4> $<$<CONFIG:Release>:-fno-var-tracking-assignments>)
 
 # vorlane_part_symbols(target): moves the symbols of a release build into the file beside it whose name ends in ".debug".
 function(vorlane_part_symbols target)
